@@ -1,0 +1,136 @@
+#include "cli/arguments.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+namespace vantora::cli {
+namespace {
+
+struct RawRun {
+  std::string model;
+  std::string method;
+  std::string output;
+  bool in_place = false;
+  bool dry_run = false;
+  std::vector<std::string> cells_to_set;
+  RunOptions options;
+};
+
+// A list option that takes one value each time it is given.
+void AddRepeated(CLI::App& app, const std::string& name, std::vector<std::string>& values,
+                 const std::string& help, const std::string& value_name) {
+  app.add_option(name, values, help)
+      ->allow_extra_args(false)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->type_name(value_name);
+}
+
+void AddText(CLI::App& app, const std::string& name, std::string& value, const std::string& help,
+             const std::string& value_name) {
+  app.add_option(name, value, help)->type_name(value_name);
+}
+
+void DescribeRun(CLI::App& run, RawRun& raw) {
+  RunOptions& options = raw.options;
+  run.add_option("MODEL", raw.model, "The workbook (.xlsx, .xlsm)")->required()->type_name("");
+  run.add_option("CLASS.METHOD", raw.method, "What to run; 'vantora list' shows all")
+      ->required()
+      ->type_name("");
+  // Without extra arguments an argument in brackets is taken as it stands.
+  run.add_option("ARG", options.arguments, "The method's arguments")
+      ->allow_extra_args(false)
+      ->type_name("");
+  AddText(run, "--output", raw.output, "Write the result to FILE", "FILE");
+  run.add_flag("--in-place", raw.in_place,
+               "Replace MODEL and keep the file before it as MODEL.bak");
+  run.add_flag("--dry-run", raw.dry_run, "Write nothing");
+  AddRepeated(run, "--answer", options.answers,
+              "Answer of the next message box or dialog (repeatable, in order)", "TEXT");
+  run.add_flag("--yes", options.yes, "Answer OK or Yes to every message box without an answer");
+  AddRepeated(run, "--set", raw.cells_to_set,
+              "Write a cell first, as if typed: 'Sheet!A1=value' (repeatable)", "CELL=VALUE");
+  AddText(run, "--sheet", options.sheet, "Activate this sheet first", "NAME");
+  AddText(run, "--select", options.selection, "Select this address of the active sheet first",
+          "ADDRESS");
+  run.add_flag("--changes", options.changes, "Print what changed, a line a cell");
+  run.add_flag("--json", options.json,
+               "Print the outcome as one JSON object on standard output");
+}
+
+void SplitMethod(const std::string& text, RunOptions& options) {
+  const std::size_t dot = text.find('.');
+  if (dot == std::string::npos || dot == 0 || dot + 1 == text.size()) {
+    throw UsageError("\"" + text + "\" is no CLASS.METHOD, such as clsYearEnd.SaveCurrentYear.");
+  }
+  options.class_name = text.substr(0, dot);
+  options.method_name = text.substr(dot + 1);
+}
+
+RunOptions ToRunOptions(RawRun raw) {
+  RunOptions options = std::move(raw.options);
+  options.model = raw.model;
+  SplitMethod(raw.method, options);
+  const int targets = (raw.output.empty() ? 0 : 1) + (raw.in_place ? 1 : 0) + (raw.dry_run ? 1 : 0);
+  if (targets != 1) {
+    throw UsageError(
+        "Say where the result goes, with exactly one of --output FILE, --in-place and --dry-run.");
+  }
+  if (raw.in_place) options.target = Target::kInPlace;
+  if (!raw.output.empty()) options.target = Target::kOutputFile;
+  options.output = raw.output;
+  for (const std::string& text : raw.cells_to_set) {
+    options.cells_to_set.push_back(ParseCellToSet(text));
+  }
+  return options;
+}
+
+}  // namespace
+
+CellToSet ParseCellToSet(const std::string& text) {
+  std::size_t position = 0;
+  bool quoted = false;
+  while (position < text.size() && (quoted || text[position] != '=')) {
+    if (text[position] == '\'') quoted = !quoted;
+    ++position;
+  }
+  if (position == 0 || position >= text.size()) {
+    throw UsageError("--set \"" + text + "\" is no cell and value, such as 'Sheet!A1=value'.");
+  }
+  return {text.substr(0, position), text.substr(position + 1)};
+}
+
+Command ParseArguments(const std::vector<std::string>& arguments) {
+  CLI::App app("Runs the operations of the Vantora planning model on its workbook.", "vantora");
+  app.set_version_flag("--version", "vantora " VANTORA_VERSION);
+  app.require_subcommand(1);
+  RawRun raw;
+  CLI::App* run = app.add_subcommand("run", "Run a method on a workbook");
+  DescribeRun(*run, raw);
+  CLI::App* list = app.add_subcommand("list", "List every class and method");
+
+  std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+  Command command;
+  try {
+    app.parse(reversed);
+  } catch (const CLI::CallForHelp&) {
+    command.text = app.help();
+    return command;
+  } catch (const CLI::CallForAllHelp&) {
+    command.text = app.help("", CLI::AppFormatMode::All);
+    return command;
+  } catch (const CLI::CallForVersion& version) {
+    command.text = std::string(version.what()) + "\n";
+    return command;
+  } catch (const CLI::ParseError& error) {
+    throw UsageError(std::string(error.what()) + "\nRun with --help for more information.");
+  }
+  if (list->parsed()) {
+    command.kind = Command::Kind::kList;
+    return command;
+  }
+  command.kind = Command::Kind::kRun;
+  command.run = ToRunOptions(std::move(raw));
+  return command;
+}
+
+}  // namespace vantora::cli

@@ -1,0 +1,47 @@
+// What a run of one method on a workbook is asked to do.
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace vantora::cli {
+
+// The command was called in a way it can't be followed; nothing was opened or changed. `what()` is a
+// sentence for the user.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// A cell to write before the method runs.
+struct CellToSet {
+  std::string reference;  // "Planning!C12"; without a sheet, on the active one
+  std::string value;      // as a user types it: "12", "=A1+1", "text"
+};
+
+// Where the result goes.
+enum class Target { kOutputFile, kInPlace, kNowhere };
+
+struct RunOptions {
+  std::filesystem::path model;
+  std::string class_name;
+  std::string method_name;
+  std::vector<std::string> arguments;
+
+  Target target = Target::kNowhere;
+  std::filesystem::path output;  // for kOutputFile
+
+  std::vector<std::string> answers;
+  bool yes = false;
+
+  std::vector<CellToSet> cells_to_set;
+  std::string sheet;      // to activate; empty for the one that is active
+  std::string selection;  // address on the active sheet; empty for what is selected
+
+  bool changes = false;
+  bool json = false;
+};
+
+}  // namespace vantora::cli

@@ -1,0 +1,53 @@
+// The component's public classes: one table that everything which offers them to the outside reads
+// (the command line, the COM server).
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "core/public_object.h"
+#include "core/user_interface.h"
+#include "core/value.h"
+
+namespace vantora::component {
+
+enum class ParameterType { kText, kInteger, kBoolean };
+
+struct Parameter {
+  std::string_view name;
+  ParameterType type;
+  std::string_view help;
+};
+
+struct Method {
+  std::string_view name;
+  std::vector<Parameter> parameters;
+  // What the method asks the user while it runs ("" when nothing): message boxes and dialogs.
+  std::string_view asks;
+  // One line on what it does.
+  std::string_view help;
+  // Calls it with as many arguments as there are parameters, each of its parameter's type; returns
+  // the method's result, empty for a method without one.
+  std::function<Value(PublicObject& object, std::span<const Value> arguments)> call;
+};
+
+struct PublicClass {
+  std::string_view name;
+  std::string_view help;
+  // In declaration order; `Init` and the members that hold objects (`App`, `Menus`) are not listed.
+  std::vector<Method> methods;
+  // Creates an object that is not yet initialised; null while the class does not exist.
+  std::function<std::unique_ptr<PublicObject>(Services& services)> create;
+};
+
+// All 16 classes in declaration order.
+const std::vector<PublicClass>& PublicClasses();
+
+// Both case-insensitive; null when there is none.
+const PublicClass* FindClass(std::string_view name);
+const Method* FindMethod(const PublicClass& public_class, std::string_view name);
+
+}  // namespace vantora::component

@@ -1,0 +1,28 @@
+// Where things stand on the model's sheets, and the letters and names that mark them. Columns are
+// 1-based numbers.
+#pragma once
+
+#include <string_view>
+
+namespace vantora::model {
+
+// Flags in cell A1.
+inline constexpr std::string_view kReferenceSheetFlag = "X";
+inline constexpr std::string_view kHistorySheetFlag = "S";
+
+// The yearly columns.
+inline constexpr int kFirstHistoryColumn = 10;  // J, the oldest year
+inline constexpr int kLastYearColumn = 14;      // N, the last history year, "Last Year"
+inline constexpr int kCurrentYearColumn = 15;   // O, "Current Year"
+inline constexpr int kHistoryYears = kLastYearColumn - kFirstHistoryColumn + 1;
+
+// Row 1 of a history sheet holds its column flags, row 2 the comments of saved columns.
+inline constexpr int kFlagRow = 1;
+inline constexpr int kSavedCommentRow = 2;
+inline constexpr std::string_view kMarkerColumnFlag = "k";
+
+// Defined names of the workbook.
+inline constexpr std::string_view kMarkerName = "marker";
+inline constexpr std::string_view kFiscalYearName = "planning_fiscal_year";
+
+}  // namespace vantora::model

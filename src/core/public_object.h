@@ -1,0 +1,53 @@
+// What every public class of the component is.
+#pragma once
+
+#include <string_view>
+
+#include "core/host.h"
+#include "core/user_interface.h"
+
+namespace vantora {
+
+class clsGlobals;
+
+// A public class as the outside holds it.
+class PublicObject {
+ public:
+  virtual ~PublicObject() = default;
+  virtual std::string_view class_name() const = 0;
+};
+
+// Every public class other than clsGlobals: bound to the session by Init, and silent until then.
+class BoundObject : public PublicObject {
+ public:
+  std::string_view class_name() const override { return class_name_; }
+
+  // Binds the object to the session. `globals` is null when the caller passed nothing, or something
+  // that is no clsGlobals. Takes the application from it; a missing context or application is
+  // reported with the programming-error report under the class's own name, and the object stays
+  // unusable: its methods do nothing and return their type's empty value. May be called again, to
+  // replace the application; a call that is refused then leaves the object as it was.
+  void Init(clsGlobals* globals);
+  bool initialized() const { return initialized_; }
+
+ protected:
+  // `class_name` must be a literal; `services` must outlive the object.
+  BoundObject(std::string_view class_name, Services& services)
+      : class_name_(class_name), services_(services) {}
+
+  // Further set-up once the application is known; returns whether the object is usable. When it
+  // throws, the object is not, and the caller of Init gets the error.
+  virtual bool Bind() { return true; }
+
+  Services& services() { return services_; }
+  // Null until Init has found it.
+  const host::ApplicationPtr& application() const { return application_; }
+
+ private:
+  std::string_view class_name_;
+  Services& services_;
+  host::ApplicationPtr application_;
+  bool initialized_ = false;
+};
+
+}  // namespace vantora

@@ -1,0 +1,27 @@
+// What stands before the "!" of a reference.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "formula/formula.h"
+
+namespace vantora::embedded {
+
+// Sheet ids as Reference has them.
+struct SheetSpan {
+  int first = Reference::kOwnSheet;
+  int last = Reference::kOwnSheet;
+};
+
+// "Owner's" for "Owner''s".
+std::string WithoutDoubledQuotes(std::string_view quoted);
+
+// The sheets of "Plan" or "First:Last" (without quotes); nullopt when one does not exist.
+std::optional<SheetSpan> FindSheets(std::string_view names, const SheetDirectory& sheets);
+
+// Appends "Plan!" or "'First:Last'!", in quotes where the names need them.
+void AppendSheetPrefix(std::string& out, int first, int last, const SheetDirectory& sheets);
+
+}  // namespace vantora::embedded

@@ -1,0 +1,89 @@
+// The calculating model of a workbook: its sheets' cells and formulas, names, formats. What the
+// package's parts hold beyond it is not here.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "cells/cell_store.h"
+#include "cells/string_pool.h"
+#include "cells/styles.h"
+#include "formula/formula.h"
+
+namespace vantora::embedded {
+
+// An array formula: the formula stands in the top left cell, the others hold its results.
+struct ArrayFormula {
+  Area area;
+};
+
+// Formats of a run of whole columns (an element of <cols>).
+struct ColumnFormat {
+  int first = 1;
+  int last = 1;
+  StyleId style = 0;
+  // The other attributes as they stand in the element, blank-separated with a leading blank:
+  // ` width="6.7109375" customWidth="1"`.
+  std::string attributes;
+};
+
+enum class Visibility { kVisible, kHidden, kVeryHidden };
+
+struct SheetModel {
+  int id = 0;
+  std::string name;
+  Visibility visibility = Visibility::kVisible;
+  // False for chart sheets, dialog sheets and macro sheets: they have a tab, but no cells.
+  bool is_worksheet = true;
+  bool is_protected = false;
+
+  CellStore cells;
+  FormulaTable formulas;
+  std::vector<ArrayFormula> arrays;
+  // Ascending and disjoint. `column_formats_changed` when they differ from the package's part.
+  std::vector<ColumnFormat> column_formats;
+  bool column_formats_changed = false;
+  // Formats of whole rows that have one of their own.
+  std::map<int, StyleId> row_styles;
+
+  // The format of a cell, whether or not it exists: its own, its row's, its column's.
+  StyleId StyleOf(CellAddress cell) const;
+};
+
+struct DefinedName {
+  std::string name;
+  // Id of the sheet that the name is local to, -1 for the workbook's.
+  int scope = -1;
+  // Without "=".
+  std::string refers_to;
+};
+
+class WorkbookModel : public SheetDirectory {
+ public:
+  // By id; ids are 0-based and fixed.
+  std::vector<std::unique_ptr<SheetModel>> sheets;
+  // The ids in tab order.
+  std::vector<int> tab_order;
+  StringPool strings;
+  Styles styles;
+  std::vector<DefinedName> names;
+  bool date_1904 = false;
+
+  SheetModel& AddSheet(std::string name);
+  std::optional<int> IdOf(std::string_view name) const override;
+  const std::string& NameOf(int id) const override { return sheets[id]->name; }
+  int PositionOf(int id) const override;
+  // The name as seen from a sheet: the sheet's own before the workbook's; case-insensitive. Null
+  // when there is none.
+  const DefinedName* FindName(std::string_view name, int from_sheet) const;
+
+ private:
+  // By name as written, so that reading millions of references costs a look-up each.
+  std::unordered_map<std::string_view, int> ids_;
+};
+
+}  // namespace vantora::embedded

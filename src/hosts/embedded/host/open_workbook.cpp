@@ -1,0 +1,332 @@
+#include "host/open_workbook.h"
+
+#include <algorithm>
+
+#include "core/host.h"
+#include "formula/evaluate.h"
+#include "host/column_formats.h"
+#include "host/sheet_selection.h"
+#include "package/sheet_features.h"
+
+namespace vantora::embedded {
+
+namespace {
+
+constexpr const char* kProtectedSheet =
+    "The cell or chart you're trying to change is on a protected sheet. To make a change, unprotect "
+    "the sheet.";
+constexpr const char* kNoRoomForColumns =
+    "Microsoft Excel can't insert new cells because it would push non-empty cells off the end of the "
+    "worksheet.";
+
+// A cell that comes into being takes its row's or column's format along.
+void KeepFormatOf(SheetModel& sheet, CellAddress cell) {
+  if (!sheet.cells.Exists(cell)) sheet.cells.SetStyle(cell, sheet.StyleOf(cell));
+}
+
+// The rows and columns of the area that can hold anything: what lies beyond the cells in use of
+// both areas needs no visit.
+Area Clip(const Area& area, int last_row, int last_column) {
+  Area clipped = area;
+  clipped.last_row = std::min(area.last_row, std::max(last_row, area.first_row));
+  clipped.last_column = std::min(area.last_column, std::max(last_column, area.first_column));
+  return clipped;
+}
+
+}  // namespace
+
+OpenWorkbook::OpenWorkbook(std::unique_ptr<WorkbookFile> file)
+    : file_(std::move(file)), calculator_(file_->model()), active_sheet_(file_->active_sheet()) {}
+
+void OpenWorkbook::Refuse(const std::string& text) {
+  throw HostError(HostError::kApplicationDefined, text);
+}
+
+std::string OpenWorkbook::Describe(int sheet_id, const Area& area) {
+  return "'" + sheet(sheet_id).name + "'!" + ToA1(area);
+}
+
+void OpenWorkbook::RefuseOnProtectedSheet(int sheet_id, const Area& area) {
+  SheetModel& target = sheet(sheet_id);
+  if (!target.is_protected) return;
+  // The formats decide, cell by cell; a cell that was never touched has its row's or column's.
+  Area used = target.cells.UsedArea().value_or(Area{});
+  Area checked = Clip(area, used.last_row + 1, used.last_column + 1);
+  for (int column = checked.first_column; column <= checked.last_column; ++column) {
+    for (int row = checked.first_row; row <= checked.last_row; ++row) {
+      if (model().styles[target.StyleOf({row, column})].locked) Refuse(kProtectedSheet);
+    }
+  }
+}
+
+void OpenWorkbook::RefusePartOfArray(int sheet_id, const Area& area) {
+  for (const ArrayFormula& array : sheet(sheet_id).arrays) {
+    bool whole = area.Contains({array.area.first_row, array.area.first_column}) &&
+                 area.Contains({array.area.last_row, array.area.last_column});
+    if (area.Intersects(array.area) && !whole) Refuse("You can't change part of an array.");
+  }
+}
+
+void OpenWorkbook::RefusePartOfMerge(int sheet_id, const Area& area) {
+  for (const Area& merged : MergedAreas(file_->markup(sheet_id))) {
+    bool whole = area.Contains({merged.first_row, merged.first_column}) &&
+                 area.Contains({merged.last_row, merged.last_column});
+    if (area.Intersects(merged) && !whole) {
+      Refuse("We can't do that to a merged cell: " + Describe(sheet_id, merged) + ".");
+    }
+  }
+}
+
+Value OpenWorkbook::Read(int sheet_id, CellAddress cell) {
+  SheetModel& target = sheet(sheet_id);
+  Cell stored = target.cells.Get(cell);
+  if (stored.flags & (kNeedsCalculation | kStale)) {
+    if (!calculator_.EnsureCalculated(sheet_id, cell)) {
+      Refuse("The value of " + Describe(sheet_id, {cell.row, cell.column, cell.row, cell.column}) +
+             " is out of date: " + calculator_.ReasonFor(sheet_id, cell) +
+             ". Open the workbook in Excel, let it calculate, save it, and run this again.");
+    }
+    stored = target.cells.Get(cell);
+  }
+  switch (stored.value.kind) {
+    case CellKind::kNumber: return Value(stored.value.number);
+    case CellKind::kText: return Value(model().strings[stored.value.text]);
+    case CellKind::kBoolean: return Value(stored.value.boolean);
+    case CellKind::kError: return Value(stored.value.error);
+    default: return Value();
+  }
+}
+
+void OpenWorkbook::Clear(int sheet_id, CellAddress cell) {
+  CellStore& cells = sheet(sheet_id).cells;
+  if (cells.Exists(cell)) cells.SetConstant(cell, CellValue::Blank());
+}
+
+void OpenWorkbook::PutText(int sheet_id, CellAddress cell, const std::string& text) {
+  SheetModel& target = sheet(sheet_id);
+  const CellFormat& format = model().styles[target.StyleOf(cell)];
+  if (format.text_format) {
+    target.cells.SetConstant(cell, CellValue::Text(model().strings.Intern(text)));
+  } else if (text.size() > 1 && text.front() == '=') {
+    Formula formula = ParseFormula(std::string_view(text).substr(1), cell, model());
+    target.cells.SetConstant(cell, CellValue::Blank());
+    target.cells.SetFormula(cell, target.formulas.Intern(std::move(formula)));
+  } else if (text.front() == '\'') {
+    target.cells.SetConstant(cell,
+                             CellValue::Text(model().strings.Intern(std::string_view(text).substr(1))));
+  } else {
+    target.cells.SetConstant(cell, ValueFromEnteredText(model(), text));
+  }
+}
+
+void OpenWorkbook::Put(int sheet_id, const Area& area, const Value& value) {
+  RefuseOnProtectedSheet(sheet_id, area);
+  RefusePartOfArray(sheet_id, area);
+  SheetModel& target = sheet(sheet_id);
+  std::erase_if(target.arrays, [&](const ArrayFormula& array) {
+    return area.Intersects(array.area);
+  });
+  for (int row = area.first_row; row <= area.last_row; ++row) {
+    for (int column = area.first_column; column <= area.last_column; ++column) {
+      CellAddress cell{row, column};
+      bool clears = value.IsEmpty() || (value.IsText() && value.AsText().empty());
+      if (!clears) KeepFormatOf(target, cell);
+      if (clears) {
+        Clear(sheet_id, cell);
+      } else if (value.IsText()) {
+        PutText(sheet_id, cell, value.AsText());
+      } else if (value.IsNumber()) {
+        target.cells.SetConstant(cell, CellValue::Number(value.AsNumber()));
+      } else if (value.IsBoolean()) {
+        target.cells.SetConstant(cell, CellValue::Boolean(value.AsBoolean()));
+      } else {
+        target.cells.SetConstant(cell, CellValue::Error(value.AsError()));
+      }
+    }
+  }
+  calculator_.Changed(sheet_id, area);
+}
+
+int OpenWorkbook::FillColorIndex(int sheet_id, CellAddress cell) {
+  return model().styles[sheet(sheet_id).StyleOf(cell)].fill_color_index;
+}
+
+Area OpenWorkbook::UsedRange(int sheet_id) {
+  SheetModel& target = sheet(sheet_id);
+  Area used = target.cells.UsedArea().value_or(Area{});
+  if (!target.row_styles.empty()) {
+    used.first_row = std::min(used.first_row, target.row_styles.begin()->first);
+    used.last_row = std::max(used.last_row, target.row_styles.rbegin()->first);
+  }
+  return used;
+}
+
+void OpenWorkbook::InsertColumns(int sheet_id, int column, int count) {
+  SheetModel& target = sheet(sheet_id);
+  if (target.is_protected) Refuse(kProtectedSheet);
+  if (auto used = target.cells.UsedArea(); used && used->last_column >= column &&
+                                           used->last_column > kMaxColumn - count) {
+    Refuse(kNoRoomForColumns);
+  }
+  for (const ArrayFormula& array : target.arrays) {
+    if (array.area.first_column < column && column <= array.area.last_column) {
+      Refuse("You can't change part of an array.");
+    }
+  }
+  ColumnInsertion insertion{sheet_id, column, count};
+  calculator_.InsertColumns(insertion);
+  file_->AddInsertion(insertion);
+  insertions_.push_back(insertion);
+}
+
+void OpenWorkbook::ClearFormats(int sheet_id, const Area& area) {
+  RefuseOnProtectedSheet(sheet_id, area);
+  SheetModel& target = sheet(sheet_id);
+  int last_column = std::min(area.last_column, target.cells.LastColumn());
+  for (int column = area.first_column; column <= last_column; ++column) {
+    target.cells.ForEachInColumn(column, area.first_row, area.last_row,
+                                 [&](int row, const Cell&) { target.cells.SetStyle({row, column}, 0); });
+    // Rows with a format of their own would show through.
+    for (auto row = target.row_styles.lower_bound(area.first_row);
+         row != target.row_styles.end() && row->first <= area.last_row; ++row) {
+      target.cells.SetStyle({row->first, column}, 0);
+    }
+  }
+  if (area.IsWholeColumns()) SetColumnStyle(target, area.first_column, area.last_column, 0);
+  file_->FollowInsertions(sheet_id);
+  ClearFeatures(file_->markup(sheet_id), area, kConditionalFormats);
+}
+
+void OpenWorkbook::PasteCell(SheetModel& target, const Cell& source, CellAddress from,
+                             CellAddress to, unsigned parts) {
+  if (parts & (kPasteFormulas | kPasteValues)) {
+    if (source.has_content()) KeepFormatOf(target, to);
+    if ((parts & kPasteFormulas) && source.formula != 0) {
+      auto relocated = RelocateForPaste(target.formulas[source.formula], from, to);
+      FormulaId formula = relocated ? target.formulas.Intern(std::move(*relocated)) : source.formula;
+      target.cells.SetFormula(to, formula);
+      target.cells.SetValue(to, source.value);
+    } else if (source.has_content() || target.cells.Exists(to)) {
+      target.cells.SetConstant(to, source.exists() ? source.value : CellValue::Blank());
+    }
+  }
+  if (parts & kPasteFormats) {
+    StyleId style = target.StyleOf(from);
+    if (target.StyleOf(to) != style) target.cells.SetStyle(to, style);
+  }
+}
+
+void OpenWorkbook::PasteCells(SheetModel& target, const Area& from, const Area& to,
+                              unsigned parts) {
+  Area used = UsedRange(target.id);
+  // Overlapping areas: the columns are taken in the order in which none is overwritten unread.
+  bool rightward = to.first_column > from.first_column;
+  for (int step = 0; step < from.columns(); ++step) {
+    int index = rightward ? from.columns() - 1 - step : step;
+    int source_column = from.first_column + index;
+    int target_column = to.first_column + index;
+    int rows = std::min(from.rows(), std::max(used.last_row - from.first_row,
+                                              used.last_row - to.first_row) + 1);
+    for (int offset = 0; offset < rows; ++offset) {
+      CellAddress source{from.first_row + offset, source_column};
+      CellAddress destination{to.first_row + offset, target_column};
+      PasteCell(target, target.cells.Get(source), source, destination, parts);
+    }
+  }
+}
+
+void OpenWorkbook::PasteColumnFormats(SheetModel& target, const Area& from, const Area& to) {
+  for (int index = 0; index < from.columns(); ++index) {
+    CopyColumnFormat(target, from.first_column + index, to.first_column + index);
+  }
+}
+
+void OpenWorkbook::Paste(int sheet_id, const Area& from, const Area& to, unsigned parts) {
+  SheetModel& target = sheet(sheet_id);
+  RefuseOnProtectedSheet(sheet_id, to);
+  RefusePartOfArray(sheet_id, to);
+  RefusePartOfMerge(sheet_id, to);
+  if (parts & kPasteValues) {
+    for (int column = from.first_column; column <= from.last_column; ++column) {
+      target.cells.ForEachInColumn(column, from.first_row, from.last_row,
+                                   [&](int row, const Cell&) { Read(sheet_id, {row, column}); });
+    }
+  }
+  file_->FollowInsertions(sheet_id);
+  PasteCells(target, from, to, parts);
+  if ((parts & kPasteFormats) && from.IsWholeColumns()) PasteColumnFormats(target, from, to);
+  unsigned features = 0;
+  if (parts & kPasteFormats) features |= kConditionalFormats | kMergedCells;
+  if (parts & kPasteValidations) features |= kValidations;
+  if (parts & kPasteHyperlinks) features |= kHyperlinks;
+  if (features) PasteFeatures(file_->markup(sheet_id), from, to, features);
+  if (parts & kPasteComments) Comments(sheet_id).Paste(from, to);
+  if (parts & (kPasteFormulas | kPasteValues)) calculator_.Changed(sheet_id, to);
+}
+
+SheetComments OpenWorkbook::Comments(int sheet_id) {
+  file_->FollowInsertions(sheet_id);
+  return SheetComments(file_->package(), file_->markup(sheet_id), file_->part_of(sheet_id));
+}
+
+void OpenWorkbook::AddComment(int sheet_id, CellAddress cell) {
+  if (sheet(sheet_id).is_protected) Refuse(kProtectedSheet);
+  Area area{cell.row, cell.column, cell.row, cell.column};
+  SheetComments comments = Comments(sheet_id);
+  if (comments.Has(cell)) Refuse(Describe(sheet_id, area) + " already has a comment.");
+  comments.Add(cell);
+  notes_.push_back("comment added at " + Describe(sheet_id, area));
+}
+
+void OpenWorkbook::SetCommentText(int sheet_id, CellAddress cell, std::string_view text) {
+  Comments(sheet_id).SetText(cell, text);
+}
+
+void OpenWorkbook::SetCommentVisible(int sheet_id, CellAddress cell, bool visible) {
+  Comments(sheet_id).SetVisible(cell, visible);
+}
+
+void OpenWorkbook::Activate(int sheet_id) {
+  if (sheet(sheet_id).visibility != Visibility::kVisible) {
+    Refuse("Activate method of Worksheet class failed: the sheet \"" + sheet(sheet_id).name +
+           "\" is hidden.");
+  }
+  active_sheet_ = sheet_id;
+}
+
+Area OpenWorkbook::Selection(int sheet_id) {
+  if (auto selected = selections_.find(sheet_id); selected != selections_.end()) {
+    return selected->second;
+  }
+  return SelectionInMarkup(file_->markup(sheet_id));
+}
+
+void OpenWorkbook::Select(int sheet_id, const Area& area) { selections_[sheet_id] = area; }
+
+std::optional<OpenWorkbook::Place> OpenWorkbook::PlaceOf(const DefinedName& name) {
+  Formula formula = ParseFormula(name.refers_to, {1, 1}, model());
+  if (formula.text != "\x01") return std::nullopt;
+  const Reference& reference = formula.references.front();
+  auto area = reference.At({1, 1});
+  if (!area || reference.first_sheet != reference.last_sheet) return std::nullopt;
+  int sheet_id = reference.first_sheet != Reference::kOwnSheet ? reference.first_sheet
+                 : name.scope >= 0                            ? name.scope
+                                                              : active_sheet_;
+  return Place{sheet_id, *area};
+}
+
+std::vector<Uncalculated> OpenWorkbook::Calculate() {
+  calculator_.CalculateAll();
+  return calculator_.Uncalculable();
+}
+
+void OpenWorkbook::Save(const std::filesystem::path& path) {
+  if (!Calculate().empty()) file_->RequestCalculationOnOpening();
+  file_->SetActiveSheet(active_sheet_);
+  for (const auto& [sheet_id, area] : selections_) {
+    file_->SetSelection(sheet_id, area, {area.first_row, area.first_column});
+  }
+  file_->Save(path);
+}
+
+}  // namespace vantora::embedded

@@ -1,0 +1,102 @@
+// An open workbook and what can be done to it: the edits that the host's objects make, each as Excel
+// makes it, with values kept true and everything around the cells following.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/host_error.h"
+#include "core/value.h"
+#include "formula/calculator.h"
+#include "package/comments.h"
+#include "package/workbook_file.h"
+
+namespace vantora::embedded {
+
+// Which parts of the copied cells a paste brings. A set of bits.
+enum PasteParts : unsigned {
+  kPasteFormulas = 1,  // formulas relatively, constants as they are
+  kPasteValues = 2,    // results instead of formulas
+  kPasteFormats = 4,   // cell formats, conditional formats, merges; the width of whole columns
+  kPasteComments = 8,
+  kPasteValidations = 16,
+  kPasteHyperlinks = 32,
+  kPasteAll = kPasteFormulas | kPasteFormats | kPasteComments | kPasteValidations |
+             kPasteHyperlinks,
+};
+
+class OpenWorkbook {
+ public:
+  explicit OpenWorkbook(std::unique_ptr<WorkbookFile> file);
+
+  WorkbookFile& file() { return *file_; }
+  WorkbookModel& model() { return file_->model(); }
+  SheetModel& sheet(int id) { return *model().sheets[id]; }
+  Calculator& calculator() { return calculator_; }
+
+  // The value as a macro reads it. Throws HostError when it is out of date and can't be calculated.
+  Value Read(int sheet, CellAddress cell);
+  // A macro's put into every cell of the area.
+  void Put(int sheet, const Area& area, const Value& value);
+  int FillColorIndex(int sheet, CellAddress cell);
+  Area UsedRange(int sheet);
+
+  void InsertColumns(int sheet, int column, int count);
+  void ClearFormats(int sheet, const Area& area);
+  // Both areas lie on `sheet`; `to` is of the same size as `from`.
+  void Paste(int sheet, const Area& from, const Area& to, unsigned parts);
+
+  void AddComment(int sheet, CellAddress cell);
+  void SetCommentText(int sheet, CellAddress cell, std::string_view text);
+  void SetCommentVisible(int sheet, CellAddress cell, bool visible);
+
+  int active_sheet() const { return active_sheet_; }
+  // Throws HostError for a hidden sheet.
+  void Activate(int sheet);
+  // What is selected on a sheet: what the file says until something else is selected.
+  Area Selection(int sheet);
+  void Select(int sheet, const Area& area);
+
+  // The cells that the name refers to and their sheet; nullopt when it refers to something else.
+  struct Place {
+    int sheet;
+    Area area;
+  };
+  std::optional<Place> PlaceOf(const DefinedName& name);
+
+  // Insertions made and comments added since the workbook was opened, for the list of changes.
+  const std::vector<ColumnInsertion>& insertions() const { return insertions_; }
+  const std::vector<std::string>& notes() const { return notes_; }
+
+  // Calculates everything and writes the file.
+  std::vector<Uncalculated> Calculate();
+  void Save(const std::filesystem::path& path);
+
+ private:
+  std::string Describe(int sheet, const Area& area);
+  [[noreturn]] void Refuse(const std::string& text);
+  void RefuseOnProtectedSheet(int sheet, const Area& area);
+  // Refuses an edit that would change some but not all cells of an array formula.
+  void RefusePartOfArray(int sheet, const Area& area);
+  void RefusePartOfMerge(int sheet, const Area& area);
+  SheetComments Comments(int sheet);
+  void PutText(int sheet, CellAddress cell, const std::string& text);
+  void Clear(int sheet, CellAddress cell);
+  void PasteCells(SheetModel& sheet, const Area& from, const Area& to, unsigned parts);
+  void PasteCell(SheetModel& sheet, const Cell& source, CellAddress from, CellAddress to,
+                 unsigned parts);
+  void PasteColumnFormats(SheetModel& sheet, const Area& from, const Area& to);
+
+  std::unique_ptr<WorkbookFile> file_;
+  Calculator calculator_;
+  int active_sheet_ = 0;
+  std::map<int, Area> selections_;
+  std::vector<ColumnInsertion> insertions_;
+  std::vector<std::string> notes_;
+};
+
+}  // namespace vantora::embedded

@@ -1,0 +1,73 @@
+#include "host/session.h"
+
+#include "host/application.h"
+#include "host/change_recorder.h"
+
+namespace vantora::embedded {
+
+struct Session::Impl {
+  std::shared_ptr<ApplicationState> state = std::make_shared<ApplicationState>();
+  std::optional<ChangeRecorder> recorder;
+
+  OpenWorkbook& workbook() { return *state->workbook; }
+};
+
+Session::Session() : impl_(std::make_unique<Impl>()) {}
+Session::~Session() = default;
+
+std::unique_ptr<Session> Session::Open(const std::filesystem::path& path) {
+  std::unique_ptr<Session> session(new Session);
+  session->impl_->state->workbook = std::make_unique<OpenWorkbook>(WorkbookFile::Open(path));
+  return session;
+}
+
+std::unique_ptr<Session> Session::Create(const std::vector<std::string>& sheet_names) {
+  std::unique_ptr<Session> session(new Session);
+  session->impl_->state->workbook =
+      std::make_unique<OpenWorkbook>(WorkbookFile::Create(sheet_names));
+  return session;
+}
+
+host::ApplicationPtr Session::application() { return MakeApplication(impl_->state); }
+
+WorkbookFile& Session::file() { return impl_->workbook().file(); }
+
+void Session::RecordChanges() { impl_->recorder.emplace(impl_->workbook()); }
+
+ChangeList Session::Changes() {
+  if (!impl_->recorder) return {};
+  Calculate();
+  return impl_->recorder->Changes();
+}
+
+host::WorksheetPtr Session::Worksheet(std::string_view name) {
+  auto sheet = impl_->workbook().model().IdOf(name);
+  if (!sheet || !impl_->workbook().sheet(*sheet).is_worksheet) {
+    throw HostError(HostError::kSubscriptOutOfRange,
+                    "Subscript out of range: the workbook has no worksheet \"" + std::string(name) +
+                        "\".");
+  }
+  return MakeWorksheet(impl_->state, *sheet);
+}
+
+host::RangePtr Session::Range(std::string_view reference) {
+  // A formula that is this one reference says what it means, sheet names in quotes included.
+  Formula formula = ParseFormula(reference, {1, 1}, impl_->workbook().model());
+  std::optional<Area> area;
+  if (formula.text == "\x01") area = formula.references.front().At({1, 1});
+  if (!area) {
+    throw HostError(HostError::kApplicationDefined,
+                    "\"" + std::string(reference) +
+                        "\" is no reference to cells of this workbook. Write it as 'Sheet name'!A1 or "
+                        "A1:B2.");
+  }
+  int sheet = formula.references.front().first_sheet;
+  return MakeRange(impl_->state,
+                   sheet == Reference::kOwnSheet ? impl_->workbook().active_sheet() : sheet, *area);
+}
+
+std::vector<Uncalculated> Session::Calculate() { return impl_->workbook().Calculate(); }
+
+void Session::Save(const std::filesystem::path& path) { impl_->workbook().Save(path); }
+
+}  // namespace vantora::embedded

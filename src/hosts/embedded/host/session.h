@@ -1,0 +1,75 @@
+// The embedded host as a program uses it: opens a workbook, gives the engine the host interfaces over
+// it, tells what changed, saves.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/host.h"
+#include "formula/calculator.h"
+#include "package/workbook_file.h"
+
+namespace vantora::embedded {
+
+// One changed cell. Formulas read "=..."; an absent or empty cell "".
+struct CellChange {
+  std::string sheet;
+  CellAddress cell;   // where the cell stands now
+  std::string before;
+  std::string after;
+};
+
+// Columns that an operation inserted, as they stand now.
+struct InsertedColumns {
+  std::string sheet;
+  int column = 1;
+  int count = 1;
+};
+
+struct ChangeList {
+  std::vector<InsertedColumns> inserted;
+  // In workbook order: sheet by tab, then row, then column. A cell that only moved is no change, nor
+  // is a formula that only follows an insertion.
+  std::vector<CellChange> cells;
+  // Other changes in plain words: "comment added at 'Data 01'!AD2".
+  std::vector<std::string> others;
+};
+
+class Session {
+ public:
+  // Throws FileError.
+  static std::unique_ptr<Session> Open(const std::filesystem::path& path);
+  // A workbook in memory with empty worksheets of these names.
+  static std::unique_ptr<Session> Create(const std::vector<std::string>& sheet_names);
+  ~Session();
+
+  // The host application with the one workbook open and active.
+  host::ApplicationPtr application();
+  WorkbookFile& file();
+
+  // Records what changes from now on (before any change); Changes() is empty otherwise.
+  void RecordChanges();
+  ChangeList Changes();
+
+  // The sheet of that name (case-insensitive); throws HostError 9 when there is none.
+  host::WorksheetPtr Worksheet(std::string_view name);
+  // The range that a text like "Planning!C12", "'Data 01'!J4:N4" or "C12" (active sheet) names; throws
+  // HostError 1004 when it is no reference.
+  host::RangePtr Range(std::string_view reference);
+
+  // Brings every value up to date and tells which formulas could not be calculated.
+  std::vector<Uncalculated> Calculate();
+  // Calculates, then writes the workbook. Throws FileError and leaves `path` as it was on failure.
+  void Save(const std::filesystem::path& path);
+
+ private:
+  Session();
+  class Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace vantora::embedded

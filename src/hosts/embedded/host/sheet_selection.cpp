@@ -1,0 +1,25 @@
+#include "host/sheet_selection.h"
+
+#include "package/xml_scanner.h"
+
+namespace vantora::embedded {
+
+Area SelectionInMarkup(const SheetMarkup& markup) {
+  const MarkupElement* views = markup.Find("sheetViews");
+  if (!views) return {};
+  XmlScanner scanner(views->text);
+  std::string_view active_pane = "topLeft";
+  while (scanner.Next() != XmlScanner::Token::kDone) {
+    if (scanner.token() != XmlScanner::Token::kStart) continue;
+    if (scanner.local_name() == "pane") {
+      active_pane = scanner.Attribute("activePane").value_or("topLeft");
+    } else if (scanner.local_name() == "selection" &&
+               scanner.Attribute("pane").value_or("topLeft") == active_pane) {
+      std::string_view areas = scanner.Attribute("sqref").value_or("A1");
+      return ParseA1(areas.substr(0, areas.find(' '))).value_or(Area{});
+    }
+  }
+  return {};
+}
+
+}  // namespace vantora::embedded

@@ -1,0 +1,68 @@
+// A workbook as a file: its calculating model beside the package it came from.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "formula/workbook_model.h"
+#include "package/opc_package.h"
+#include "package/sheet_markup.h"
+
+namespace vantora::embedded {
+
+class WorkbookFile {
+ public:
+  // Opens an .xlsx, .xlsm, .xltx or .xltm package. Throws FileError; nothing is ever written by it.
+  static std::unique_ptr<WorkbookFile> Open(const std::filesystem::path& path);
+  // A new workbook with empty worksheets of these names, which can be saved as well.
+  static std::unique_ptr<WorkbookFile> Create(const std::vector<std::string>& sheet_names);
+  ~WorkbookFile();
+
+  WorkbookModel& model() { return model_; }
+  OpcPackage& package() { return *package_; }
+  SheetMarkup& markup(int sheet) { return sheets_[sheet].markup; }
+  const std::string& part_of(int sheet) const { return sheets_[sheet].part; }
+  // File name without its folder ("Model.xlsm"; "Book1" for a new one).
+  const std::string& name() const { return name_; }
+  bool has_macros() const;
+
+  // Id of the active sheet when the workbook was opened.
+  int active_sheet() const { return active_sheet_; }
+
+  // Makes everything around the cells follow an insertion: applied at the next call of
+  // FollowInsertions or Save, in one pass over each part however many insertions came.
+  void AddInsertion(const ColumnInsertion& insertion) { insertions_.push_back(insertion); }
+  // Applies the insertions added since the last call to one sheet's markup and parts (comments,
+  // drawings), as an edit of these must see them.
+  void FollowInsertions(int sheet);
+
+  // Formulas are left that could not be calculated: Excel is asked to calculate all on opening.
+  void RequestCalculationOnOpening() { calculate_on_opening_ = true; }
+  // The tab that is active on opening, written when it differs.
+  void SetActiveSheet(int sheet);
+  // Selection of a sheet, written into its active pane.
+  void SetSelection(int sheet, const Area& area, CellAddress active_cell);
+
+  // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on failure.
+  void Save(const std::filesystem::path& path);
+
+ private:
+  struct SheetPart {
+    std::string part;
+    SheetMarkup markup;
+    std::size_t insertions_followed = 0;
+  };
+
+  WorkbookFile();
+  WorkbookModel model_;
+  std::unique_ptr<OpcPackage> package_;
+  std::vector<SheetPart> sheets_;
+  std::vector<ColumnInsertion> insertions_;
+  std::string name_;
+  int active_sheet_ = 0;
+  bool calculate_on_opening_ = false;
+};
+
+}  // namespace vantora::embedded

@@ -1,0 +1,212 @@
+#include "ui/console/form_prompts.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "core/text.h"
+#include "ui/console/terminal_text.h"
+
+namespace vantora::ui {
+namespace {
+
+bool IsUsable(const Control& control) { return control.visible() && control.enabled(); }
+
+// Typed for an empty text, where Enter alone keeps the one that is there.
+constexpr std::string_view kEmptyText = "\"\"";
+
+void WriteEntries(Terminal& terminal, const std::vector<std::string>& entries) {
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    terminal.WriteParagraph("  " + std::to_string(i + 1) + "  " + entries[i]);
+  }
+}
+
+}  // namespace
+
+void FormPrompts::Run() {
+  terminal_.Write("\n");
+  terminal_.WriteParagraph(form_.caption());
+  terminal_.WriteParagraph(std::string(DisplayWidth(form_.caption()), '-'));
+  while (Open()) {
+    ShowTexts();
+    if (AskControls() == Next::kCancel) {
+      Cancel();
+    } else if (Open() && AskButtons() == Next::kCancel) {
+      Cancel();
+    }
+  }
+}
+
+void FormPrompts::ShowTexts() {
+  for (const auto& control : form_.controls()) {
+    if (control->kind() != ControlKind::kLabel || !control->visible()) continue;
+    if (!control->caption().empty()) terminal_.WriteParagraph(WithoutAccelerators(control->caption()));
+  }
+}
+
+// A control's handler may show, hide, enable or disable the ones after it, or close the form.
+FormPrompts::Next FormPrompts::AskControls() {
+  for (std::size_t i = 0; i < form_.controls().size() && Open(); ++i) {
+    if (IsUsable(*form_.controls()[i]) && AskControl(i) == Next::kCancel) return Next::kCancel;
+  }
+  return Next::kGoOn;
+}
+
+FormPrompts::Next FormPrompts::AskControl(std::size_t position) {
+  Control& control = *form_.controls()[position];
+  switch (control.kind()) {
+    case ControlKind::kTextBox: {
+      auto& box = static_cast<TextBox&>(control);
+      return box.multi_line() ? AskMultiLineText(box) : AskText(box);
+    }
+    case ControlKind::kComboBox:
+    case ControlKind::kListBox:
+      return AskList(static_cast<ChoiceList&>(control));
+    case ControlKind::kCheckBox:
+      return AskCheckBox(static_cast<CheckBox&>(control));
+    case ControlKind::kOptionButton: {
+      const auto& option = static_cast<OptionButton&>(control);
+      const bool first_of_group = UsableOptions(option.group()).front() == &option;
+      return first_of_group ? AskOptions(option) : Next::kGoOn;
+    }
+    case ControlKind::kLabel:
+    case ControlKind::kButton:
+      break;
+  }
+  return Next::kGoOn;
+}
+
+FormPrompts::Next FormPrompts::AskText(TextBox& box) {
+  const std::string prompt =
+      box.text().empty() ? "Text: "
+                         : "Text [" + box.text() + "] (Enter keeps it, \"\" empties it): ";
+  const std::optional<std::string> typed = terminal_.AskVerbatim(prompt);
+  if (!typed) return Next::kCancel;
+  if (!typed->empty()) box.SetText(*typed == kEmptyText ? "" : *typed);
+  return Next::kGoOn;
+}
+
+FormPrompts::Next FormPrompts::AskMultiLineText(TextBox& box) {
+  if (!box.text().empty()) terminal_.WriteParagraph("Text: " + box.text());
+  terminal_.WriteParagraph(box.text().empty()
+                               ? "Type the text, then an empty line:"
+                               : "Enter keeps it, \"\" empties it; or type another, then an empty "
+                                 "line:");
+  std::string text;
+  while (true) {
+    const std::optional<std::string> line = terminal_.AskVerbatim("> ");
+    if (!line) return Next::kCancel;
+    if (line->empty()) break;
+    if (text.empty() && *line == kEmptyText) {
+      box.SetText("");
+      return Next::kGoOn;
+    }
+    text += (text.empty() ? "" : "\n") + *line;
+  }
+  if (!text.empty()) box.SetText(text);
+  return Next::kGoOn;
+}
+
+FormPrompts::Next FormPrompts::AskList(ChoiceList& list) {
+  if (list.items().empty()) {
+    terminal_.WriteParagraph("  (the list is empty)");
+    return Next::kGoOn;
+  }
+  WriteEntries(terminal_, list.items());
+  const int chosen_before = list.list_index();
+  const std::string prompt =
+      chosen_before >= 0
+          ? "Choice [" + std::to_string(chosen_before + 1) + " " + list.items()[chosen_before] + "]: "
+          : (list.initial_text().empty() ? "Choice" : list.initial_text()) + ": ";
+  const Chosen chosen = AskChoice(terminal_, prompt, list.items());
+  if (chosen.kind == Chosen::Kind::kCancelled) return Next::kCancel;
+  if (chosen.kind == Chosen::Kind::kEntry) list.Choose(chosen.index);
+  return Next::kGoOn;
+}
+
+FormPrompts::Next FormPrompts::AskOptions(const OptionButton& first) {
+  const std::vector<OptionButton*> options = UsableOptions(first.group());
+  std::vector<std::string> captions;
+  std::string pressed;
+  for (const OptionButton* option : options) {
+    captions.push_back(WithoutAccelerators(option->caption()));
+    if (option->pressed()) pressed = " [" + std::to_string(captions.size()) + "]";
+  }
+  WriteEntries(terminal_, captions);
+  const Chosen chosen = AskChoice(terminal_, "Choice" + pressed + ": ", captions);
+  if (chosen.kind == Chosen::Kind::kCancelled) return Next::kCancel;
+  if (chosen.kind == Chosen::Kind::kEntry) form_.PressOption(*options[chosen.index]);
+  return Next::kGoOn;
+}
+
+FormPrompts::Next FormPrompts::AskCheckBox(CheckBox& box) {
+  const std::string prompt = WithoutAccelerators(box.caption()) + " (y/n) [" +
+                             (box.checked() ? "y" : "n") + "]: ";
+  while (true) {
+    const std::optional<std::string> typed = terminal_.Ask(prompt);
+    if (!typed || EqualIgnoringCase(*typed, "cancel")) return Next::kCancel;
+    if (typed->empty()) return Next::kGoOn;
+    const bool yes = EqualIgnoringCase(*typed, "y") || EqualIgnoringCase(*typed, "yes");
+    const bool no = EqualIgnoringCase(*typed, "n") || EqualIgnoringCase(*typed, "no");
+    if (yes || no) {
+      if (box.checked() != yes) box.SetChecked(yes);
+      return Next::kGoOn;
+    }
+    terminal_.WriteParagraph("Type y for yes or n for no.");
+  }
+}
+
+FormPrompts::Next FormPrompts::AskButtons() {
+  const std::vector<Button*> buttons = UsableButtons();
+  std::vector<std::string> captions;
+  std::string prompt;
+  Button* on_enter = buttons.size() == 1 ? buttons.front() : nullptr;
+  for (Button* button : buttons) {
+    captions.push_back(WithoutAccelerators(button->caption()));
+    prompt += (prompt.empty() ? "" : "   ") + std::to_string(captions.size()) + " " + captions.back();
+    if (button->is_default()) on_enter = button;
+  }
+  if (on_enter != nullptr) prompt += "   [Enter: " + WithoutAccelerators(on_enter->caption()) + "]";
+  while (true) {
+    const Chosen chosen = AskChoice(terminal_, prompt + ": ", captions);
+    if (chosen.kind == Chosen::Kind::kCancelled) return Next::kCancel;
+    Button* button = chosen.kind == Chosen::Kind::kEntry ? buttons[chosen.index] : on_enter;
+    if (button != nullptr) {
+      button->Press();
+      return Next::kGoOn;
+    }
+    terminal_.WriteParagraph("Enter presses none of the buttons: type a number or a caption.");
+  }
+}
+
+void FormPrompts::Cancel() {
+  for (Button* button : UsableButtons()) {
+    if (!button->is_cancel()) continue;
+    button->Press();
+    if (!Open()) return;
+  }
+  if (form_.CloseByUser()) return;
+  throw InputEnded("The dialog \"" + form_.caption() + "\" can't be left without an answer.");
+}
+
+std::vector<Button*> FormPrompts::UsableButtons() const {
+  std::vector<Button*> buttons;
+  for (const auto& control : form_.controls()) {
+    if (control->kind() == ControlKind::kButton && IsUsable(*control)) {
+      buttons.push_back(static_cast<Button*>(control.get()));
+    }
+  }
+  return buttons;
+}
+
+std::vector<OptionButton*> FormPrompts::UsableOptions(const std::string& group) const {
+  std::vector<OptionButton*> options;
+  for (const auto& control : form_.controls()) {
+    if (control->kind() != ControlKind::kOptionButton || !IsUsable(*control)) continue;
+    auto* option = static_cast<OptionButton*>(control.get());
+    if (option->group() == group) options.push_back(option);
+  }
+  return options;
+}
+
+}  // namespace vantora::ui
