@@ -1,7 +1,9 @@
 #include "cli/arguments.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
+#include <utility>
+
+#include "core/convert.h"
 
 namespace vantora::cli {
 namespace {
@@ -33,13 +35,13 @@ void AddText(CLI::App& app, const std::string& name, std::string& value, const s
 void DescribeRun(CLI::App& run, RawRun& raw) {
   RunOptions& options = raw.options;
   run.add_option("MODEL", raw.model, "The workbook (.xlsx, .xlsm)")->required()->type_name("");
-  run.add_option("CLASS.METHOD", raw.method, "What to run; 'vantora list' shows all")
+  run.add_option("CLASS.METHOD", raw.method,
+                 "What to run, with its arguments behind it; 'vantora list' shows all")
       ->required()
       ->type_name("");
-  // Without extra arguments an argument in brackets is taken as it stands.
-  run.add_option("ARG", options.arguments, "The method's arguments")
-      ->allow_extra_args(false)
-      ->type_name("");
+  // The method's arguments: as a list option they would be split at commas when in brackets, and a
+  // negative number would be no argument.
+  run.allow_extras();
   AddText(run, "--output", raw.output, "Write the result to FILE", "FILE");
   run.add_flag("--in-place", raw.in_place,
                "Replace MODEL and keep the file before it as MODEL.bak");
@@ -66,9 +68,19 @@ void SplitMethod(const std::string& text, RunOptions& options) {
   options.method_name = text.substr(dot + 1);
 }
 
-RunOptions ToRunOptions(RawRun raw) {
+std::vector<std::string> MethodArguments(const std::vector<std::string>& remaining) {
+  for (const std::string& text : remaining) {
+    if (text.starts_with('-') && text.size() > 1 && !TextToNumber(text)) {
+      throw UsageError("There is no option " + text + ".\nRun with --help for more information.");
+    }
+  }
+  return remaining;
+}
+
+RunOptions ToRunOptions(RawRun raw, const std::vector<std::string>& remaining) {
   RunOptions options = std::move(raw.options);
   options.model = raw.model;
+  options.arguments = MethodArguments(remaining);
   SplitMethod(raw.method, options);
   const int targets = (raw.output.empty() ? 0 : 1) + (raw.in_place ? 1 : 0) + (raw.dry_run ? 1 : 0);
   if (targets != 1) {
@@ -129,7 +141,7 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
     return command;
   }
   command.kind = Command::Kind::kRun;
-  command.run = ToRunOptions(std::move(raw));
+  command.run = ToRunOptions(std::move(raw), run->remaining());
   return command;
 }
 

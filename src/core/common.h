@@ -37,10 +37,10 @@ inline constexpr int kInvalidGlobals = 1;
 inline constexpr int kNoApplication = 2;
 
 struct ProgrammingError {
-  std::optional<std::string_view> module;
-  std::optional<std::string_view> detail;
+  std::optional<std::string_view> module = std::nullopt;
+  std::optional<std::string_view> detail = std::nullopt;
   // Reported when greater than 0.
-  std::optional<int> number;
+  std::optional<int> number = std::nullopt;
 };
 
 // Shows what the user should pass on to support. Raises nothing: the caller decides what to do next.

@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "core/text.h"
+#include "core/convert.h"
 
 namespace vantora::ui {
 
@@ -16,9 +16,9 @@ std::optional<int> MatchEntry(const std::vector<std::string>& entries, std::stri
   std::optional<int> starts_so;
   int starting = 0;
   for (int i = 0; i < count; ++i) {
-    if (EqualIgnoringCase(entries[i], typed)) return i;
+    if (EqualsIgnoreCase(entries[i], typed)) return i;
     if (entries[i].size() < typed.size()) continue;
-    if (EqualIgnoringCase(std::string_view(entries[i]).substr(0, typed.size()), typed)) {
+    if (EqualsIgnoreCase(std::string_view(entries[i]).substr(0, typed.size()), typed)) {
       starts_so = i;
       ++starting;
     }
@@ -35,7 +35,7 @@ Chosen AskChoice(Terminal& terminal, std::string_view prompt,
     if (const std::optional<int> index = MatchEntry(entries, *typed)) {
       return {Chosen::Kind::kEntry, *index};
     }
-    if (EqualIgnoringCase(*typed, "cancel")) return {Chosen::Kind::kCancelled};
+    if (EqualsIgnoreCase(*typed, "cancel")) return {Chosen::Kind::kCancelled};
     terminal.WriteParagraph("\"" + *typed + "\" is none of these: type a number from 1 to " +
                             std::to_string(entries.size()) + ", or the start of a text.");
   }

@@ -5,82 +5,49 @@
 
 #include "ui/console/choice_prompt.h"
 #include "ui/console/form_prompts.h"
+#include "ui/console/message_box.h"
 
 namespace vantora::ui {
-namespace {
-
-struct BoxButton {
-  std::string caption;
-  MessageBoxResult result;
-};
-
-std::vector<BoxButton> ButtonsOf(int style) {
-  switch (style & 0xF) {
-    case kOkCancel:
-      return {{"OK", MessageBoxResult::kOk}, {"Cancel", MessageBoxResult::kCancel}};
-    case kYesNo:
-      return {{"Yes", MessageBoxResult::kYes}, {"No", MessageBoxResult::kNo}};
-    default:
-      return {{"OK", MessageBoxResult::kOk}};
-  }
-}
-
-std::string_view IconWord(int style) {
-  switch (style & 0x70) {
-    case kCritical:
-      return "Error";
-    case kQuestion:
-      return "Question";
-    case kExclamation:
-      return "Warning";
-    case kInformation:
-      return "Information";
-    default:
-      return "";
-  }
-}
-
-// What closing the box answers; nullopt for one that can't be closed.
-std::optional<MessageBoxResult> CloseResult(int style) {
-  switch (style & 0xF) {
-    case kOkCancel:
-      return MessageBoxResult::kCancel;
-    case kYesNo:
-      return std::nullopt;
-    default:
-      return MessageBoxResult::kOk;
-  }
-}
-
-}  // namespace
 
 ConsoleUserInterface::ConsoleUserInterface(Terminal terminal, Progress progress)
     : terminal_(std::move(terminal)), shows_progress_(progress == Progress::kShown) {}
 
 ConsoleUserInterface::~ConsoleUserInterface() { EndProgress(); }
 
-MessageBoxResult ConsoleUserInterface::MessageBox(std::string_view text, int style,
-                                                  std::string_view title) {
-  SuspendProgress();
-  const std::string_view icon = IconWord(style);
+void ConsoleUserInterface::WriteMessageBox(std::string_view text, int style,
+                                           std::string_view title) {
+  const std::string_view icon = IconWordOf(style);
   terminal_.Write("\n");
   terminal_.WriteParagraph("[" + std::string(title) + "]" + (icon.empty() ? "" : " ") +
                            std::string(icon));
   terminal_.WriteParagraph(text);
-  const std::vector<BoxButton> buttons = ButtonsOf(style);
-  const std::size_t on_enter = (style & kDefaultButton2) != 0 && buttons.size() > 1 ? 1 : 0;
+}
+
+MessageBoxResult ConsoleUserInterface::MessageBox(std::string_view text, int style,
+                                                  std::string_view title) {
+  SuspendProgress();
+  WriteMessageBox(text, style, title);
+  const std::vector<MessageBoxResult> buttons = ButtonsOf(style);
+  const std::size_t on_enter = DefaultButtonOf(style);
   std::vector<std::string> captions;
   std::string prompt;
-  for (const BoxButton& button : buttons) {
-    captions.push_back(button.caption);
-    prompt += std::to_string(captions.size()) + " " + button.caption + "   ";
+  for (const MessageBoxResult button : buttons) {
+    captions.emplace_back(CaptionOf(button));
+    prompt += std::to_string(captions.size()) + " " + captions.back() + "   ";
   }
-  prompt += "[Enter: " + buttons[on_enter].caption + "]: ";
+  prompt += "[Enter: " + captions[on_enter] + "]: ";
   const Chosen chosen = AskChoice(terminal_, prompt, captions);
-  if (chosen.kind == Chosen::Kind::kEntry) return buttons[chosen.index].result;
-  if (chosen.kind == Chosen::Kind::kKept) return buttons[on_enter].result;
-  if (const std::optional<MessageBoxResult> closed = CloseResult(style)) return *closed;
+  if (chosen.kind == Chosen::Kind::kEntry) return buttons[chosen.index];
+  if (chosen.kind == Chosen::Kind::kKept) return buttons[on_enter];
+  if (const std::optional<MessageBoxResult> closed = CloseResultOf(style)) return *closed;
   throw InputEnded("The message box \"" + std::string(title) + "\" must be answered Yes or No.");
+}
+
+void ConsoleUserInterface::ShowAnswered(std::string_view text, int style, std::string_view title,
+                                        MessageBoxResult answer) {
+  line_.Clear();
+  WriteMessageBox(text, style, title);
+  terminal_.WriteParagraph("(answered: " + std::string(CaptionOf(answer)) + ")");
 }
 
 void ConsoleUserInterface::ShowModal(Form& form) {

@@ -21,6 +21,9 @@ class ConsoleUserInterface : public UserInterface {
 
   // Throws InputEnded when the input ends and the box has neither OK nor Cancel.
   MessageBoxResult MessageBox(std::string_view text, int style, std::string_view title) override;
+  // Shows a message box that has been answered elsewhere, without asking.
+  void ShowAnswered(std::string_view text, int style, std::string_view title,
+                    MessageBoxResult answer);
   // Throws InputEnded when the input ends and the form can't be left without an answer.
   void ShowModal(Form& form) override;
   void ShowModeless(Form& form) override;
@@ -30,6 +33,7 @@ class ConsoleUserInterface : public UserInterface {
   void DoEvents() override;
 
  private:
+  void WriteMessageBox(std::string_view text, int style, std::string_view title);
   void DrawProgress();
   void SuspendProgress();
   void EndProgress();

@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "core/text.h"
+#include "core/convert.h"
 #include "ui/console/terminal_text.h"
 
 namespace vantora::ui {
@@ -144,10 +144,10 @@ FormPrompts::Next FormPrompts::AskCheckBox(CheckBox& box) {
                              (box.checked() ? "y" : "n") + "]: ";
   while (true) {
     const std::optional<std::string> typed = terminal_.Ask(prompt);
-    if (!typed || EqualIgnoringCase(*typed, "cancel")) return Next::kCancel;
+    if (!typed || EqualsIgnoreCase(*typed, "cancel")) return Next::kCancel;
     if (typed->empty()) return Next::kGoOn;
-    const bool yes = EqualIgnoringCase(*typed, "y") || EqualIgnoringCase(*typed, "yes");
-    const bool no = EqualIgnoringCase(*typed, "n") || EqualIgnoringCase(*typed, "no");
+    const bool yes = EqualsIgnoreCase(*typed, "y") || EqualsIgnoreCase(*typed, "yes");
+    const bool no = EqualsIgnoreCase(*typed, "n") || EqualsIgnoreCase(*typed, "no");
     if (yes || no) {
       if (box.checked() != yes) box.SetChecked(yes);
       return Next::kGoOn;
@@ -159,16 +159,16 @@ FormPrompts::Next FormPrompts::AskCheckBox(CheckBox& box) {
 FormPrompts::Next FormPrompts::AskButtons() {
   const std::vector<Button*> buttons = UsableButtons();
   std::vector<std::string> captions;
-  std::string prompt;
   Button* on_enter = buttons.size() == 1 ? buttons.front() : nullptr;
   for (Button* button : buttons) {
     captions.push_back(WithoutAccelerators(button->caption()));
-    prompt += (prompt.empty() ? "" : "   ") + std::to_string(captions.size()) + " " + captions.back();
     if (button->is_default()) on_enter = button;
   }
-  if (on_enter != nullptr) prompt += "   [Enter: " + WithoutAccelerators(on_enter->caption()) + "]";
+  WriteEntries(terminal_, captions);
+  const std::string on_enter_caption =
+      on_enter != nullptr ? " [" + WithoutAccelerators(on_enter->caption()) + "]" : "";
   while (true) {
-    const Chosen chosen = AskChoice(terminal_, prompt + ": ", captions);
+    const Chosen chosen = AskChoice(terminal_, "Button" + on_enter_caption + ": ", captions);
     if (chosen.kind == Chosen::Kind::kCancelled) return Next::kCancel;
     Button* button = chosen.kind == Chosen::Kind::kEntry ? buttons[chosen.index] : on_enter;
     if (button != nullptr) {

@@ -71,8 +71,9 @@ std::size_t FittingLength(std::string_view text, int width) {
 }
 
 void WrapLine(std::string_view line, int width, std::vector<std::string>& lines) {
+  const std::size_t lines_before = lines.size();
   while (DisplayWidth(line) > width) {
-    std::size_t length = std::max<std::size_t>(FittingLength(line, width), 1);
+    std::size_t length = std::max(FittingLength(line, width), CharacterAt(line, 0).length);
     const std::size_t blank = line.rfind(' ', length);
     const bool at_blank = blank != std::string_view::npos && blank > 0;
     if (at_blank) length = blank;
@@ -80,7 +81,7 @@ void WrapLine(std::string_view line, int width, std::vector<std::string>& lines)
     line.remove_prefix(length);
     if (at_blank) line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
   }
-  lines.emplace_back(line);
+  if (!line.empty() || lines.size() == lines_before) lines.emplace_back(line);
 }
 
 }  // namespace

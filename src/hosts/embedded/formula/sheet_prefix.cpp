@@ -1,34 +1,10 @@
 #include "formula/sheet_prefix.h"
 
-#include <cstdint>
-
 #include "formula/lexical.h"
+#include "formula/unicode.h"
 
 namespace vantora::embedded {
 namespace {
-
-// Reads the code point at `position` and moves behind it.
-std::uint32_t NextCodePoint(std::string_view text, std::size_t& position) {
-  const auto byte = [&](std::size_t at) -> std::uint32_t {
-    return at < text.size() ? static_cast<unsigned char>(text[at]) : 0u;
-  };
-  const std::uint32_t first = byte(position);
-  const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC0 ? 1 : 0;
-  std::uint32_t point = more == 0 ? first : first & (0x3Fu >> more);
-  for (int i = 1; i <= more; ++i) point = (point << 6) | (byte(position + i) & 0x3F);
-  position += 1 + more;
-  return point;
-}
-
-// Blocks of letters and ideographs; signs and punctuation between them need quotes.
-bool IsLetterBeyondAscii(std::uint32_t point) {
-  if (point == 0xAA || point == 0xB5 || point == 0xBA) return true;
-  if (point == 0xD7 || point == 0xF7) return false;
-  return (point >= 0xC0 && point <= 0x2C1) || (point >= 0x370 && point <= 0x1FFF) ||
-         (point >= 0x2C00 && point <= 0x2DFF) || (point >= 0x3041 && point <= 0x318E) ||
-         (point >= 0x3400 && point <= 0x9FFF) || (point >= 0xA000 && point <= 0xA4CF) ||
-         (point >= 0xAC00 && point <= 0xD7A3) || (point >= 0xF900 && point <= 0xFAFF);
-}
 
 // "R", "C", "RC", "R1", "C1", "R1C1".
 bool LooksLikeR1C1(std::string_view name) {
@@ -47,7 +23,7 @@ bool NeedsQuotes(std::string_view name) {
   for (std::size_t position = 0; position < name.size();) {
     const char c = name[position];
     if (IsBeyondAscii(c)) {
-      if (!IsLetterBeyondAscii(NextCodePoint(name, position))) return true;
+      if (!IsAlphabetic(NextCharacter(name, position))) return true;
     } else {
       if (!IsLetter(c) && !IsDigit(c) && c != '_' && c != '.') return true;
       ++position;

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "formula/formula.h"
 #include "package/sheet_markup.h"
@@ -14,12 +15,14 @@
 namespace vantora::embedded {
 
 // `sheet` is the id of the sheet that the markup or part belongs to; insertions on other sheets
-// matter to the formulas in it. Insertions are applied one after the other.
+// matter to the formulas in it. Insertions are applied one after the other. Throws XmlError for a part
+// that is not well-formed.
 //
 // Sheet markup: merged cells, conditional formats and validations (areas and formulas), hyperlinks
-// (places and locations), autofilter, sort state, protected ranges, scenarios, selections and panes,
-// custom views, page breaks, ignored errors, data consolidation, cell watches, sparklines and the
-// other extension lists, anchors of form controls. (<cols> and <dimension> are the writer's.)
+// (places and locations), autofilter, sort state, protected ranges, scenarios, page breaks, ignored
+// errors, data consolidation, cell watches, sparklines and the other extension lists, anchors of form
+// controls and embedded objects, the same in custom views. Selections, panes and scroll positions stay
+// at their addresses, as in Excel. (<cols> and <dimension> are the writer's.)
 bool FollowInSheetMarkup(SheetMarkup& markup, int sheet, std::span<const ColumnInsertion> insertions,
                          const SheetDirectory& sheets);
 // xl/drawings/drawingN.xml: anchors of charts, pictures, shapes and controls (as their editAs says),
@@ -39,11 +42,19 @@ std::optional<std::string> FollowInComments(std::string_view text, int sheet,
 std::optional<std::string> FollowInChart(std::string_view text,
                                          std::span<const ColumnInsertion> insertions,
                                          const SheetDirectory& sheets);
+// The text that the header cell of a new table column must hold, for the table and the cells to agree.
+struct TableHeader {
+  CellAddress cell;
+  std::string text;
+};
+
 // tableN.xml: area, autofilter, sort state, calculated columns; a column inserted within becomes a
-// table column ("Column1" or the next free name).
+// table column ("Column1" or the next free name). Adds the headers of such columns to `headers`, with
+// their cells after all insertions.
 std::optional<std::string> FollowInTable(std::string_view text, int sheet,
                                          std::span<const ColumnInsertion> insertions,
-                                         const SheetDirectory& sheets);
+                                         const SheetDirectory& sheets,
+                                         std::vector<TableHeader>* headers = nullptr);
 // ctrlPropN.xml: linked cell, list fill range, group text.
 std::optional<std::string> FollowInControlProperties(std::string_view text, int sheet,
                                                      std::span<const ColumnInsertion> insertions,

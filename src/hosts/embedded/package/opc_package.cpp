@@ -133,14 +133,7 @@ std::string ToUtf8(std::string bytes, std::string_view part) {
   return text;
 }
 
-[[noreturn]] void FailMalformed(std::string_view part, const XmlError& error) {
-  throw FileError(FileError::Code::kDamaged,
-                  "The part \"" + std::string(part) + "\" of the package is damaged: " +
-                      error.what() + ", at byte " + std::to_string(error.offset()) +
-                      ". Open the file in Excel to repair it, or use a backup.");
-}
-
-// The element `element` put in before the end of the document's root, whose prefix it takes.
+// The text with a new element before the end of its root, whose prefix it takes.
 std::string WithLastChild(std::string_view text, std::string_view name,
                           std::string_view attributes) {
   TextPatch patch(text);
@@ -173,7 +166,7 @@ void ForEachChild(std::string_view part, std::string_view text, Visitor&& visit)
       if (scanner.token() == XmlScanner::Token::kStart && scanner.depth() == 1) visit(scanner);
     }
   } catch (const XmlError& error) {
-    FailMalformed(part, error);
+    ThrowDamaged(part, error);
   }
 }
 
@@ -195,6 +188,13 @@ bool IsOverrideOf(const XmlScanner& scanner, std::string_view part) {
 }
 
 }  // namespace
+
+void ThrowDamaged(std::string_view part, const XmlError& error) {
+  throw FileError(FileError::Code::kDamaged,
+                  "The part \"" + std::string(part) + "\" of the package is damaged: " +
+                      error.what() + ", at byte " + std::to_string(error.offset()) +
+                      ". Open the file in Excel to repair it, or use a backup.");
+}
 
 bool Relationship::IsType(std::string_view kind) const {
   std::size_t slash = type.rfind('/');

@@ -12,9 +12,13 @@
 #include <vector>
 
 #include "package/file_error.h"
+#include "package/xml_scanner.h"
 #include "package/zip_archive.h"
 
 namespace vantora::embedded {
+
+// A part that is no well-formed XML, as FileError (kDamaged).
+[[noreturn]] void ThrowDamaged(std::string_view part, const XmlError& error);
 
 struct Relationship {
   std::string id;

@@ -3,8 +3,8 @@
 import zipfile
 from xml.sax.saxutils import escape as escape_text
 
-from model_chart import chart_part
-from model_formulas import CellError, Range, column_letters, column_number, split_address
+from demo_model.chart import chart_part
+from demo_model.formulas import CellError, Range, column_letters, column_number, split_address
 
 MAIN = 'http://schemas.openxmlformats.org/spreadsheetml/2006/main'
 RELATIONS = 'http://schemas.openxmlformats.org/officeDocument/2006/relationships'
@@ -320,8 +320,9 @@ class WorkbookWriter:
                 '<a:ext cx="0" cy="0"/></a:xfrm><a:prstGeom prst="rect"><a:avLst/></a:prstGeom>'
                 '</xdr:spPr></xdr:sp><xdr:clientData fPrintsWithSheet="0"/></xdr:twoCellAnchor>'
                 '</mc:Choice><mc:Fallback/></mc:AlternateContent>')
-        self.package.add(part, HEAD + f'<xdr:wsDr xmlns:xdr="{SHEET_DRAWING}" xmlns:a="{DRAWING}">' +
-                         ''.join(shapes) + '</xdr:wsDr>',
+        text = (f'<xdr:wsDr xmlns:xdr="{SHEET_DRAWING}" xmlns:a="{DRAWING}">' +
+                ''.join(shapes) + '</xdr:wsDr>')
+        self.package.add(part, HEAD + text,
                          'application/vnd.openxmlformats-officedocument.drawing+xml')
         key = self.package.relate(path, 'drawing', f'../drawings/drawing{self.drawings}.xml')
         return f'<drawing r:id="{key}"/>'
@@ -464,7 +465,8 @@ def vml_part(number, notes, spinners, shapes):
     return ('<xml xmlns:v="urn:schemas-microsoft-com:vml" '
             'xmlns:o="urn:schemas-microsoft-com:office:office" '
             'xmlns:x="urn:schemas-microsoft-com:office:excel"><o:shapelayout v:ext="edit">'
-            f'<o:idmap v:ext="edit" data="{number}"/></o:shapelayout>{kinds}{"".join(shapes)}</xml>')
+            f'<o:idmap v:ext="edit" data="{number}"/></o:shapelayout>{kinds}' +
+            ''.join(shapes) + '</xml>')
 
 
 def note_shape(shape, order, address):

@@ -1,6 +1,6 @@
 """A worksheet of the demonstration model while it is being put together."""
 
-from model_formulas import column_letters, column_number, copied, split_address
+from demo_model.formulas import column_letters, column_number, copied, split_address
 
 
 class Cell:

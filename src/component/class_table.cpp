@@ -1,0 +1,139 @@
+#include "component/class_table.h"
+
+#include <algorithm>
+
+#include "core/convert.h"
+#include "core/globals.h"
+#include "maintenance/year_end.h"
+#include "refsheet/ref_sheet.h"
+
+namespace vantora::component {
+namespace {
+
+constexpr std::string_view kAsksToConfirm = "confirmation (OK/Cancel)";
+constexpr std::string_view kAsksToSave = "confirmation (OK/Cancel), frmSaveComments";
+
+template <typename Class>
+std::unique_ptr<PublicObject> Create(Services& services) {
+  return std::make_unique<Class>(services);
+}
+
+// A method without arguments and result.
+template <typename Class, void (Class::*method)()>
+Value Run(PublicObject& object, std::span<const Value>) {
+  (static_cast<Class&>(object).*method)();
+  return {};
+}
+
+PublicClass Globals() {
+  return {.name = "clsGlobals",
+          .help = "The session context that every other class is initialised with",
+          .methods = {{.name = "Version",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Returns the version line of the installed component",
+                       .call =
+                           [](PublicObject& object, std::span<const Value>) {
+                             return Value(static_cast<clsGlobals&>(object).Version());
+                           }}},
+          .create = Create<clsGlobals>};
+}
+
+PublicClass RefSheet() {
+  return {.name = "clsRefSheet",
+          .help = "The Reference Sheet: the model's metadata",
+          .methods = {{.name = "PutDLLVersion",
+                       .parameters = {{.name = "versionText",
+                                       .type = ParameterType::kText,
+                                       .help = "the text to write"}},
+                       .asks = "",
+                       .help = "Writes the version line into cell C6 of the Reference Sheet",
+                       .call =
+                           [](PublicObject& object, std::span<const Value> arguments) {
+                             static_cast<clsRefSheet&>(object).PutDLLVersion(
+                                 arguments[0].AsText());
+                             return Value();
+                           }}},
+          .create = Create<clsRefSheet>};
+}
+
+PublicClass YearEnd() {
+  return {
+      .name = "clsYearEnd",
+      .help = "Year-end history: saving years as snapshots, shifting the history, copying the "
+              "current year",
+      .methods =
+          {{.name = "SaveHistoryYear",
+            .parameters = {},
+            .asks = "frmSaveHistoryPrompt, confirmation (OK/Cancel), frmSaveComments",
+            .help = "Saves one of the history years (columns J to N) as a new column at the marker",
+            .call = Run<clsYearEnd, &clsYearEnd::SaveHistoryYear>},
+           {.name = "SaveCurrentYear",
+            .parameters = {},
+            .asks = kAsksToSave,
+            .help = "Saves the current year (column O) as a new column at the marker",
+            .call = Run<clsYearEnd, &clsYearEnd::SaveCurrentYear>},
+           {.name = "SaveLastYear",
+            .parameters = {},
+            .asks = kAsksToSave,
+            .help = "Saves the last history year (column N) as a new column at the marker",
+            .call = Run<clsYearEnd, &clsYearEnd::SaveLastYear>},
+           {.name = "ShiftHistory",
+            .parameters = {},
+            .asks = kAsksToConfirm,
+            .help = "Moves the history columns K to N one column to the left; column J is lost",
+            .call = Run<clsYearEnd, &clsYearEnd::ShiftHistory>},
+           {.name = "CopyCurrentYear",
+            .parameters = {},
+            .asks = kAsksToConfirm,
+            .help = "Copies the values of column O into the cells of column N that have no fill",
+            .call = Run<clsYearEnd, &clsYearEnd::CopyCurrentYear>}},
+      .create = Create<clsYearEnd>};
+}
+
+// A class that is part of the component's surface but does not exist yet.
+PublicClass Missing(std::string_view name, std::string_view help) {
+  return {.name = name, .help = help, .methods = {}, .create = nullptr};
+}
+
+}  // namespace
+
+const std::vector<PublicClass>& PublicClasses() {
+  static const std::vector<PublicClass> classes = {
+      Globals(),
+      RefSheet(),
+      YearEnd(),
+      Missing("clsFreeze", "Freezing the current results"),
+      Missing("clsPlanningSpinners", "The spin buttons of the planning sheets"),
+      Missing("clsDisplayModes", "Window arrangements beside the dashboard"),
+      Missing("clsRatiosCompDataSet", "The ratio comparison data set"),
+      Missing("clsDevelopmentMode", "Switching between normal and development mode"),
+      Missing("clsClearAllData", "Clearing all entered data"),
+      Missing("clsMenuManagement", "The model's and the dashboard's menus"),
+      Missing("clsDashboard", "The dashboard's chart list and column configurations"),
+      Missing("clsCopyWorksheet", "Copying a worksheet or range into another workbook"),
+      Missing("clsHider", "Handling of workbook open and save"),
+      Missing("clsChartListControl", "The dashboard's chart list control"),
+      Missing("clsNameManagement", "Defining and cleaning up defined names"),
+      Missing("clsFormatting", "Column-block selection and formula paste"),
+  };
+  return classes;
+}
+
+const PublicClass* FindClass(std::string_view name) {
+  const auto& classes = PublicClasses();
+  auto found = std::find_if(classes.begin(), classes.end(), [&](const PublicClass& candidate) {
+    return EqualsIgnoreCase(candidate.name, name);
+  });
+  return found == classes.end() ? nullptr : &*found;
+}
+
+const Method* FindMethod(const PublicClass& public_class, std::string_view name) {
+  const auto& methods = public_class.methods;
+  auto found = std::find_if(methods.begin(), methods.end(), [&](const Method& candidate) {
+    return EqualsIgnoreCase(candidate.name, name);
+  });
+  return found == methods.end() ? nullptr : &*found;
+}
+
+}  // namespace vantora::component

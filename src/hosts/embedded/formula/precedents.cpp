@@ -1,0 +1,93 @@
+#include "formula/precedents.h"
+
+#include <algorithm>
+
+namespace vantora::embedded {
+
+void PrecedentFinder::Reset() {
+  found_.clear();
+  name_formulas_.assign(model_.names.size(), std::nullopt);
+}
+
+const Formula& PrecedentFinder::FormulaOfName(std::size_t name) {
+  if (name_formulas_.size() != model_.names.size()) Reset();
+  auto& formula = name_formulas_[name];
+  if (!formula) formula = ParseFormula(model_.names[name].refers_to, CellAddress{1, 1}, model_);
+  return *formula;
+}
+
+std::optional<std::size_t> PrecedentFinder::FindName(const std::string& name, int from_sheet) {
+  auto [found, is_new] = found_.try_emplace({name, from_sheet});
+  if (!is_new) return found->second;
+  std::string_view local = name;
+  std::optional<int> sheet = from_sheet;
+  if (std::size_t mark = name.rfind('!'); mark != std::string::npos) {
+    std::string_view qualifier = local.substr(0, mark);
+    if (qualifier.size() >= 2 && qualifier.front() == '\'' && qualifier.back() == '\'') {
+      qualifier = qualifier.substr(1, qualifier.size() - 2);
+    }
+    sheet = model_.IdOf(qualifier);
+    local = local.substr(mark + 1);
+  }
+  if (!sheet) return std::nullopt;
+  if (const DefinedName* known = model_.FindName(local, *sheet)) {
+    found->second = static_cast<std::size_t>(known - model_.names.data());
+  }
+  return found->second;
+}
+
+std::vector<std::size_t> PrecedentFinder::NamesOf(const Formula& formula, int sheet) {
+  if (name_formulas_.size() != model_.names.size()) Reset();
+  std::vector<std::size_t> used;
+  std::vector<bool> is_used(model_.names.size());
+  auto add_names_in = [&](const Formula& text) {
+    for (const std::string& name : text.names) {
+      std::optional<std::size_t> index = FindName(name, sheet);
+      if (!index || is_used[*index]) continue;
+      is_used[*index] = true;
+      used.push_back(*index);
+    }
+  };
+  add_names_in(formula);
+  for (std::size_t i = 0; i < used.size(); ++i) add_names_in(FormulaOfName(used[i]));
+  return used;
+}
+
+void PrecedentFinder::AddReferences(const Formula& formula, int sheet,
+                                    std::vector<Precedent>& precedents) const {
+  for (const Reference& reference : formula.references) {
+    std::optional<ReferenceShape> shape = ReferenceShape::Of(reference);
+    if (!shape) continue;
+    if (reference.first_sheet == reference.last_sheet) {
+      bool own = reference.first_sheet == Reference::kOwnSheet;
+      precedents.push_back({own ? sheet : reference.first_sheet, *shape});
+      continue;
+    }
+    auto [first, last] = std::minmax(
+        {model_.PositionOf(reference.first_sheet), model_.PositionOf(reference.last_sheet)});
+    for (int place = first; place <= last; ++place) {
+      precedents.push_back({model_.tab_order[place], *shape});
+    }
+  }
+}
+
+std::vector<Precedent> PrecedentFinder::PrecedentsOf(const Formula& formula, int sheet) {
+  std::vector<Precedent> precedents;
+  AddReferences(formula, sheet, precedents);
+  if (!formula.names.empty()) {
+    for (std::size_t name : NamesOf(formula, sheet)) {
+      AddReferences(FormulaOfName(name), sheet, precedents);
+    }
+  }
+  std::sort(precedents.begin(), precedents.end());
+  precedents.erase(std::unique(precedents.begin(), precedents.end()), precedents.end());
+  return precedents;
+}
+
+bool PrecedentFinder::UsesName(const Formula& formula, int sheet, const std::vector<bool>& names) {
+  if (formula.names.empty()) return false;
+  std::vector<std::size_t> used = NamesOf(formula, sheet);
+  return std::any_of(used.begin(), used.end(), [&](std::size_t name) { return names[name]; });
+}
+
+}  // namespace vantora::embedded

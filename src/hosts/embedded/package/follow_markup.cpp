@@ -1,0 +1,126 @@
+#include "package/follow_markup.h"
+
+#include <array>
+
+#include "package/markup_follower.h"
+
+namespace vantora::embedded {
+namespace {
+
+constexpr auto kAreas = FollowRule::Kind::kAreas;
+constexpr auto kFormula = FollowRule::Kind::kFormula;
+
+// What a sheet shows (<selection>, <pane>, top left cells) is not among them: Excel leaves the
+// selection, the split and the scroll position at their addresses.
+constexpr FollowRule kSheetRules[] = {
+    {"mergeCell", "ref", kAreas},
+    {"conditionalFormatting", "sqref", kAreas},
+    {"formula", "", kFormula},
+    {"cfvo", "val", kFormula},
+    {"dataValidation", "sqref", kAreas},
+    {"formula1", "", kFormula},
+    {"formula2", "", kFormula},
+    {"hyperlink", "ref", kAreas},
+    {"autoFilter", "ref", kAreas},
+    {"sortState", "ref", kAreas},
+    {"sortCondition", "ref", kAreas},
+    {"protectedRange", "sqref", kAreas},
+    {"scenarios", "sqref", kAreas},
+    {"inputCells", "r", kAreas},
+    {"ignoredError", "sqref", kAreas},
+    {"cellWatch", "r", kAreas},
+    {"cellSmartTags", "r", kAreas},
+    {"webPublishItem", "sourceRef", kAreas},
+    {"controlPr", "linkedCell", kFormula},
+    {"controlPr", "listFillRange", kFormula},
+    // The extension lists: conditional formats, validations, sparklines and others.
+    {"sqref", "", kAreas},
+    {"f", "", kFormula},
+};
+
+// "Sheet1!A1", "'Owner''s Equity'!$J$4:$N$4" or "A1". A name, or a place in another file, stays.
+void FollowLocation(const XmlScanner& hyperlink, MarkupFollower& follower) {
+  std::string_view piece = AttributeOf(hyperlink, "location");
+  if (piece.empty() || HasRelationshipId(hyperlink)) return;
+  std::string location = DecodeXml(piece);
+  const std::size_t sheet_end = location.rfind('!') + 1;  // 0 without a sheet
+  std::string place = location.substr(sheet_end);
+  if (!ParseA1(place)) return;
+  int sheet = follower.sheet();
+  if (sheet_end > 0) {
+    std::string name = location.substr(0, sheet_end - 1);
+    if (name.starts_with('#')) name.erase(0, 1);
+    if (name.size() > 1 && name.front() == '\'' && name.back() == '\'') {
+      name = name.substr(1, name.size() - 2);
+      for (std::size_t at = name.find("''"); at != std::string::npos;
+           at = name.find("''", at + 1)) {
+        name.erase(at, 1);
+      }
+    }
+    std::optional<int> id = follower.sheets()->IdOf(name);
+    if (!id) return;
+    sheet = *id;
+  }
+  std::optional<std::string> followed =
+      FollowInsertionsInText(place, sheet, follower.insertions(), *follower.sheets());
+  if (!followed) return;
+  location.replace(sheet_end, std::string::npos, *followed);
+  follower.patch().Replace(piece, EncodeXmlAttribute(location));
+}
+
+// A break's id is the 0-based column that it stands left of.
+void FollowColumnBreaks(const XmlScanner& at, MarkupFollower& follower) {
+  VisitInside(at, XmlScanner::Mode::kStrict, [&](XmlScanner& scanner) {
+    std::string_view piece = AttributeOf(scanner, "id");
+    std::optional<int> id = ReadNumber(piece);
+    if (scanner.local_name() != "brk" || !id || *id >= kMaxColumn) return;
+    follower.ReplaceNumber(piece, *id, follower.Follow(*id + 1) - 1);
+  });
+}
+
+// A source of a consolidation names its sheet; with a relationship it lies in another file.
+void FollowDataReference(const XmlScanner& at, MarkupFollower& follower) {
+  std::string_view sheet_name = AttributeOf(at, "sheet");
+  if (HasRelationshipId(at)) return;
+  std::optional<int> sheet = follower.sheet();
+  if (!sheet_name.empty()) sheet = follower.sheets()->IdOf(DecodeXml(sheet_name));
+  if (sheet) follower.FollowAreas(AttributeOf(at, "ref"), *sheet);
+}
+
+void FollowElement(std::string_view text, MarkupFollower& follower) {
+  follower.Walk(XmlScanner(text), kSheetRules, [&](const XmlScanner& scanner) {
+    std::string_view name = scanner.local_name();
+    if (name == "hyperlink") {
+      FollowLocation(scanner, follower);
+    } else if (name == "autoFilter") {
+      FollowFilterColumns(scanner, follower);
+    } else if (name == "colBreaks") {
+      FollowColumnBreaks(scanner, follower);
+    } else if (name == "dataRef") {
+      FollowDataReference(scanner, follower);
+    } else if (name == "anchor") {
+      FollowObjectAnchor(scanner, follower);
+    }
+  });
+}
+
+}  // namespace
+
+bool FollowInSheetMarkup(SheetMarkup& markup, int sheet,
+                         std::span<const ColumnInsertion> insertions,
+                         const SheetDirectory& sheets) {
+  bool changed = false;
+  for (MarkupElement& element : markup.elements) {
+    if (element.text.empty()) continue;
+    MarkupFollower follower(element.text, sheet, insertions, &sheets);
+    FollowElement(element.text, follower);
+    if (auto followed = follower.Result()) {
+      element.text = std::move(*followed);
+      changed = true;
+    }
+  }
+  if (changed) markup.changed = true;
+  return changed;
+}
+
+}  // namespace vantora::embedded

@@ -1,0 +1,181 @@
+#include "package/workbook_reader.h"
+
+#include <algorithm>
+
+#include "package/parallel.h"
+#include "package/sheet_reader.h"
+#include "package/xml_scanner.h"
+#include "package/xml_tree.h"
+
+namespace vantora::embedded {
+namespace {
+
+using Code = FileError::Code;
+
+constexpr std::string_view kBinaryWorkbook =
+    "application/vnd.ms-excel.sheet.binary.macroEnabled.main";
+constexpr std::string_view kWorkbookTypes[] = {
+    "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml",
+    "application/vnd.openxmlformats-officedocument.spreadsheetml.template.main+xml",
+    "application/vnd.ms-excel.sheet.macroEnabled.main+xml",
+    "application/vnd.ms-excel.template.macroEnabled.main+xml",
+};
+constexpr std::string_view kAddInType = "application/vnd.ms-excel.addin.macroEnabled.main+xml";
+
+std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
+std::string TargetOf(const OpcPackage& package, std::string_view part, std::string_view kind) {
+  for (const Relationship& relationship : package.RelationshipsOf(part)) {
+    if (relationship.IsType(kind) && !relationship.external) return relationship.target;
+  }
+  return {};
+}
+
+[[noreturn]] void FailWorkbook(const std::string& what) {
+  throw FileError(Code::kDamaged,
+                  "The workbook is damaged: " + what + ". Open it in Excel to repair it.");
+}
+
+Visibility VisibilityOf(std::string_view state) {
+  if (state == "hidden") return Visibility::kHidden;
+  if (state == "veryHidden") return Visibility::kVeryHidden;
+  return Visibility::kVisible;
+}
+
+void ReadSheetList(const OpcPackage& package, pugi::xml_node workbook, WorkbookParts& parts,
+                   WorkbookModel& model) {
+  const auto& relationships = package.RelationshipsOf(parts.workbook);
+  ForEachChild(Child(workbook, "sheets"), "sheet", [&](pugi::xml_node node) {
+    std::string name = node.attribute("name").value();
+    std::string id = LocalAttribute(node, "id").value();
+    auto found = std::find_if(relationships.begin(), relationships.end(),
+                              [&](const Relationship& r) { return r.id == id; });
+    if (name.empty()) FailWorkbook("a sheet has no name");
+    if (model.IdOf(name)) FailWorkbook("two sheets have the name " + Quoted(name));
+    if (found == relationships.end() || !package.Has(found->target)) {
+      FailWorkbook("the part of its sheet " + Quoted(name) + " is missing");
+    }
+    SheetModel& sheet = model.AddSheet(std::move(name));
+    sheet.visibility = VisibilityOf(node.attribute("state").value());
+    sheet.is_worksheet = found->IsType("worksheet");
+    parts.sheets.push_back(found->target);
+  });
+  if (parts.sheets.empty()) FailWorkbook("it has no sheets");
+}
+
+void ReadNames(pugi::xml_node workbook, WorkbookModel& model) {
+  ForEachChild(Child(workbook, "definedNames"), "definedName", [&](pugi::xml_node node) {
+    DefinedName name;
+    name.name = node.attribute("name").value();
+    name.refers_to = node.child_value();
+    if (pugi::xml_attribute local = node.attribute("localSheetId")) {
+      name.scope = local.as_int(-1);
+      if (name.scope < 0 || name.scope >= static_cast<int>(model.sheets.size())) {
+        FailWorkbook("the name " + Quoted(name.name) + " belongs to a sheet that is missing");
+      }
+    }
+    model.names.push_back(std::move(name));
+  });
+}
+
+// Reads one <si> (the scanner stands at its start tag) into the pool.
+void ReadSharedString(XmlScanner& xml, StringPool& strings, std::string& joined) {
+  joined.clear();
+  bool plain = true;
+  if (!xml.is_empty()) {
+    const std::size_t outside = xml.depth();
+    while (xml.Next() != XmlScanner::Token::kEnd || xml.depth() > outside) {
+      if (xml.token() != XmlScanner::Token::kStart) continue;
+      std::string_view name = xml.local_name();
+      if (name == "r") {
+        plain = false;
+      } else if (name == "rPh") {
+        // How the text is pronounced; no part of it.
+        plain = false;
+        xml.SkipElement();
+      } else if (name == "t" && !xml.is_empty()) {
+        joined += EncodeXmlText(xml.ElementText());
+      }
+    }
+  }
+  strings.AddShared(DecodeSpreadsheetText(joined), plain);
+}
+
+}  // namespace
+
+std::string FindWorkbookPart(const OpcPackage& package, const std::string& file_name) {
+  std::string part = TargetOf(package, "", "officeDocument");
+  std::string type = part.empty() ? "" : package.ContentTypeOf(part);
+  if (type == kBinaryWorkbook) {
+    throw FileError(Code::kLegacyFormat, Quoted(file_name) +
+                                             " is a binary workbook (.xlsb). Save it as .xlsm in "
+                                             "Excel.");
+  }
+  if (type == kAddInType) {
+    throw FileError(Code::kUnsupported,
+                    Quoted(file_name) + " is an Excel add-in (.xlam), not a workbook.");
+  }
+  if (std::find(std::begin(kWorkbookTypes), std::end(kWorkbookTypes), type) ==
+      std::end(kWorkbookTypes)) {
+    throw FileError(Code::kNotAWorkbook, Quoted(file_name) + " is not an Excel workbook.");
+  }
+  if (!package.Has(part)) {
+    throw FileError(Code::kDamaged, Quoted(file_name) + " is damaged: its part " + Quoted(part) +
+                                        " is missing. Open it in Excel to repair it.");
+  }
+  return part;
+}
+
+WorkbookParts ReadWorkbook(const OpcPackage& package, const std::string& workbook_part,
+                           WorkbookModel& model, int& active_sheet) {
+  WorkbookParts parts;
+  parts.workbook = workbook_part;
+  parts.shared_strings = TargetOf(package, workbook_part, "sharedStrings");
+  parts.styles = TargetOf(package, workbook_part, "styles");
+  parts.theme = TargetOf(package, workbook_part, "theme");
+  parts.calculation_chain = TargetOf(package, workbook_part, "calcChain");
+  pugi::xml_document document = ParseTree(package, workbook_part);
+  pugi::xml_node workbook = Child(document, "workbook");
+  if (!workbook) FailWorkbook("its main part holds no workbook");
+  model.date_1904 = IsTrue(Child(workbook, "workbookPr").attribute("date1904").value());
+  ReadSheetList(package, workbook, parts, model);
+  ReadNames(workbook, model);
+  pugi::xml_node view = Child(Child(workbook, "bookViews"), "workbookView");
+  int active = view.attribute("activeTab").as_int(0);
+  active_sheet = std::clamp(active, 0, static_cast<int>(parts.sheets.size()) - 1);
+  return parts;
+}
+
+void ReadSharedStrings(const OpcPackage& package, const std::string& part, StringPool& strings) {
+  if (part.empty() || !package.Has(part)) return;
+  std::string text = package.Read(part);
+  try {
+    XmlScanner xml(text);
+    std::string joined;
+    while (xml.Next() != XmlScanner::Token::kDone) {
+      if (xml.token() == XmlScanner::Token::kStart && xml.depth() == 1) {
+        if (xml.local_name() == "si") {
+          ReadSharedString(xml, strings, joined);
+        } else {
+          xml.SkipElement();
+        }
+      }
+    }
+  } catch (const XmlError& error) {
+    ThrowDamaged(part, error);
+  }
+}
+
+void ReadSheets(const OpcPackage& package, const WorkbookParts& parts, WorkbookModel& model,
+                const std::vector<SheetMarkup*>& markups) {
+  ForEachInParallel(static_cast<int>(parts.sheets.size()), [&](int id) {
+    std::string text = package.Read(parts.sheets[id]);
+    try {
+      ReadSheet(text, model, *model.sheets[id], *markups[id]);
+    } catch (const XmlError& error) {
+      ThrowDamaged(parts.sheets[id], error);
+    }
+  });
+}
+
+}  // namespace vantora::embedded

@@ -1,0 +1,40 @@
+// Reads a workbook's own parts: its sheets and names, shared strings, formats, and all its sheets.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "formula/workbook_model.h"
+#include "package/opc_package.h"
+#include "package/sheet_markup.h"
+
+namespace vantora::embedded {
+
+// Names of the parts that a workbook is made of; "" for one that it lacks.
+struct WorkbookParts {
+  std::string workbook;
+  std::string shared_strings;
+  std::string styles;
+  std::string theme;
+  std::string calculation_chain;
+  // By sheet id.
+  std::vector<std::string> sheets;
+};
+
+// Finds the workbook's part. Throws FileError when the package is of another kind, `file_name` in its
+// text.
+std::string FindWorkbookPart(const OpcPackage& package, const std::string& file_name);
+
+// Reads workbook.xml into the model: sheets (without their cells), names, calendar. The active sheet's
+// id goes to `active_sheet`. Throws FileError.
+WorkbookParts ReadWorkbook(const OpcPackage& package, const std::string& workbook_part,
+                           WorkbookModel& model, int& active_sheet);
+
+// Reads the shared strings table.
+void ReadSharedStrings(const OpcPackage& package, const std::string& part, StringPool& strings);
+
+// Reads every sheet, several at once, into the model and `markups` (by sheet id). Throws FileError.
+void ReadSheets(const OpcPackage& package, const WorkbookParts& parts, WorkbookModel& model,
+                const std::vector<SheetMarkup*>& markups);
+
+}  // namespace vantora::embedded
