@@ -249,6 +249,7 @@ def reference_sheet(sheets, names, dashboard):
             sheet.row(row, 'F', ['9'], 'left')
             sheet.row(row, 'G', [data.name], 'body')
             row += 1
+    sheet.put(f'A{row + 1}', 'End of the lists', 'flag')  # a list ends at an empty row in use
     for row, line in enumerate(('Planning Sheet Discrepancies: ', 'unused key Shop_front'), 14):
         sheet.put(f'I{row}', line, 'body')
     for row, (item, sub_item, macro, face) in enumerate(MENU, 14):

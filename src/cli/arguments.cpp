@@ -55,8 +55,7 @@ void DescribeRun(CLI::App& run, RawRun& raw) {
   AddText(run, "--select", options.selection, "Select this address of the active sheet first",
           "ADDRESS");
   run.add_flag("--changes", options.changes, "Print what changed, a line a cell");
-  run.add_flag("--json", options.json,
-               "Print the outcome as one JSON object on standard output");
+  run.add_flag("--json", options.json, "Print the outcome as one JSON object on standard output");
 }
 
 void SplitMethod(const std::string& text, RunOptions& options) {

@@ -8,8 +8,8 @@
 
 namespace vantora::cli {
 
-// The command was called in a way it can't be followed; nothing was opened or changed. `what()` is a
-// sentence for the user.
+// The command was called in a way it can't be followed; nothing was opened or changed. `what()` is
+// a sentence for the user.
 class UsageError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -50,8 +50,7 @@ PublicClass RefSheet() {
                        .help = "Writes the version line into cell C6 of the Reference Sheet",
                        .call =
                            [](PublicObject& object, std::span<const Value> arguments) {
-                             static_cast<clsRefSheet&>(object).PutDLLVersion(
-                                 arguments[0].AsText());
+                             static_cast<clsRefSheet&>(object).PutDLLVersion(arguments[0].AsText());
                              return Value();
                            }}},
           .create = Create<clsRefSheet>};
@@ -60,8 +59,9 @@ PublicClass RefSheet() {
 PublicClass YearEnd() {
   return {
       .name = "clsYearEnd",
-      .help = "Year-end history: saving years as snapshots, shifting the history, copying the "
-              "current year",
+      .help =
+          "Year-end history: saving years as snapshots, shifting the history, copying the "
+          "current year",
       .methods =
           {{.name = "SaveHistoryYear",
             .parameters = {},

@@ -77,8 +77,8 @@ host::WorksheetPtr FindFlaggedSheet(host::Application& application, std::string_
 MessageBoxResult ConfirmSaveFirst(UserInterface& user_interface, std::string_view preface) {
   std::string text;
   if (!preface.empty()) text += Paragraph(preface);
-  text += Paragraph(
-      "It's a good idea to save your model before doing this, as it is not undo-able.");
+  text +=
+      Paragraph("It's a good idea to save your model before doing this, as it is not undo-able.");
   text += "If you're ready to let it continue, click OK, else click Cancel.";
   return user_interface.MessageBox(text, kOkCancel | kExclamation, kProductName);
 }

@@ -43,7 +43,8 @@ struct ProgrammingError {
   std::optional<int> number = std::nullopt;
 };
 
-// Shows what the user should pass on to support. Raises nothing: the caller decides what to do next.
+// Shows what the user should pass on to support. Raises nothing: the caller decides what to do
+// next.
 void ReportProgrammingError(UserInterface& user_interface, const ProgrammingError& error);
 
 // Makes a dialog's window the desktop's foreground window if the foreground belongs to the same

@@ -36,8 +36,8 @@ std::string ZeroPaddedHex(unsigned number, std::size_t width);
 // --- Texts and values to numbers ---
 
 // The decimal number a text starts with, leading blanks skipped: " 12.5kg" gives 12.5. Sign,
-// decimals and an exponent belong to the number; 0 for a text that does not start with one. A number
-// beyond a double's range gives infinity, one too small 0.
+// decimals and an exponent belong to the number; 0 for a text that does not start with one. A
+// number beyond a double's range gives infinity, one too small 0.
 double LeadingNumber(std::string_view text);
 
 // The number that the whole text is, blanks around it ignored; nullopt when it is none or lies

@@ -10,8 +10,8 @@
 namespace vantora {
 
 // Created hidden. The operation sets Title (and Min and Max), calls ShowForm, then sets Text and
-// Progress after each step; the dialog itself never stops the operation, which has to poll Cancelled.
-// Unload ends it; the user can't close it.
+// Progress after each step; the dialog itself never stops the operation, which has to poll
+// Cancelled. Unload ends it; the user can't close it.
 class frmProgressBar final : public Form {
  public:
   // `user_interface` must outlive the dialog.

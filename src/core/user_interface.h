@@ -73,7 +73,8 @@ class UserInterface {
 class Clock {
  public:
   virtual ~Clock() = default;
-  // The current date and time in the user's general date format, for example "11/21/2026 2:31:05 PM".
+  // The current date and time in the general date format of the user, such as
+  // "11/21/2026 2:31:05 PM".
   virtual std::string NowAsGeneralDate() = 0;
 };
 

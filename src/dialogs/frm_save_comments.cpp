@@ -5,9 +5,9 @@ namespace {
 
 constexpr std::string_view kMessage =
     "You may enter some (brief) text to remind you of the meaning of this particular point of "
-    "saving data.  If you choose to do so, type your remarks in the box below; this will be placed "
-    "as an Excel comment on Row 2 of each saved column in the model.  You may overtype the date and "
-    "time if you don't want them in your comment.  Click a button when you're done.";
+    "saving data.  If you choose to do so, type your remarks in the box below; this will be "
+    "placed as an Excel comment on Row 2 of each saved column in the model.  You may overtype "
+    "the date and time if you don't want them in your comment.  Click a button when you're done.";
 
 constexpr double kButtonTop = 132;
 constexpr double kButtonHeight = 24;

@@ -1,5 +1,5 @@
-// The year-round operations on the yearly columns: saving a year as a snapshot at the marker column,
-// shifting the history years, copying the current year into the prior one.
+// The year-round operations on the yearly columns: saving a year as a snapshot at the marker
+// column, shifting the history years, copying the current year into the prior one.
 #pragma once
 
 #include <string>

@@ -73,10 +73,9 @@ void clsRefSheet::ReportMissingFlags() {
     missing += kLineBreak;
   }
   if (missing.empty()) return;
-  std::string text =
-      "One or more flag values are missing from row 1 of the Reference Sheet." +
-      std::string(kLineBreak) + "This should be corrected before using this model" +
-      std::string(kLineBreak) + missing;
+  std::string text = "One or more flag values are missing from row 1 of the Reference Sheet." +
+                     std::string(kLineBreak) + "This should be corrected before using this model" +
+                     std::string(kLineBreak) + missing;
   services().user_interface.MessageBox(text, kOkOnly | kCritical, "Vantora Error Condition");
 }
 

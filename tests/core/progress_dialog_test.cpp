@@ -14,7 +14,8 @@ namespace {
 
 using ::testing::ElementsAre;
 
-// A desktop with the dialog's window (1, of thread 7) and another program's window (2, of thread 9).
+// A desktop with the dialog's window (1, of thread 7) and another program's window (2, of thread
+// 9).
 class FakeDesktop : public UserInterface, public WindowSystem {
  public:
   MessageBoxResult MessageBox(std::string_view, int, std::string_view) override {

@@ -90,7 +90,8 @@ TEST(ScriptedDialog, ListsTakeAnEntrysTextBeforeAPosition) {
     int list_index;
   };
   for (const Case& c : {Case{"2025", 0}, Case{"2", 2}, Case{"1", 0}, Case{"3", 2}}) {
-    ScriptedUserInterface scripted(Answers({std::string("frmSample:cboYear=") + c.value + ";butOK"}));
+    ScriptedUserInterface scripted(
+        Answers({std::string("frmSample:cboYear=") + c.value + ";butOK"}));
     frmSample form;
     scripted.ShowModal(form);
     EXPECT_EQ(form.list.list_index(), c.list_index) << c.value;

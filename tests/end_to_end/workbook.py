@@ -20,7 +20,6 @@ from demo_model.formulas import (CellError, column_letters, column_number, copie
 MAIN = '{http://schemas.openxmlformats.org/spreadsheetml/2006/main}'
 RELATION = '{http://schemas.openxmlformats.org/officeDocument/2006/relationships}'
 CHART = '{http://schemas.openxmlformats.org/drawingml/2006/chart}'
-CONTROL = '{http://schemas.microsoft.com/office/spreadsheetml/2009/9/main}'
 
 
 class Cell:
@@ -56,14 +55,13 @@ class Workbook:
     """A workbook package read into memory."""
 
     def __init__(self, path):
-        with zipfile.ZipFile(path) as archive:
-            self.parts = {name: archive.read(name) for name in archive.namelist()}
-        relations = self._relations('xl/workbook.xml')
+        self.parts = read_parts(path)
+        relations = self.relations('xl/workbook.xml')
         targets = {key: target for key, (_, target) in relations.items()}
         kinds = {kind: target for kind, target in relations.values()}
         self.root = ElementTree.fromstring(self.parts['xl/workbook.xml'])
         self._strings = self._shared_strings(kinds.get('sharedStrings'))
-        self._fills = self._cell_fills(kinds.get('styles'))
+        self._formats = self._cell_formats(kinds.get('styles'))
         self.sheets = {}
         for element in self.root.iter(MAIN + 'sheet'):
             path = targets[element.get(RELATION + 'id')]
@@ -76,7 +74,11 @@ class Workbook:
         return ElementTree.fromstring(self.parts[path])
 
     def has_fill(self, cell):
-        return self._fills[cell.style]
+        return 'patternType="solid"' in self._formats[cell.style][2]
+
+    def format_of(self, cell):
+        """The cell's number format, font, fill, border and alignment, each as text."""
+        return self._formats[cell.style if cell else 0]
 
     def read(self, sheet, row, column):
         """For the calculator: ('formula', text) or ('value', value)."""
@@ -87,7 +89,8 @@ class Workbook:
             return 'formula', cell.formula
         return 'value', cell.value
 
-    def _relations(self, part):
+    def relations(self, part):
+        """Relation identifier -> (kind, path of the part or outside address)."""
         folder, name = posixpath.split(part)
         place = posixpath.join(folder, '_rels', name + '.rels')
         found = {}
@@ -104,19 +107,27 @@ class Workbook:
             return []
         return [plain_text(item) for item in self.xml(path).findall(MAIN + 'si')]
 
-    def _cell_fills(self, path):
-        """For each cell format, whether it has a fill colour."""
+    def _cell_formats(self, path):
+        """For each cell format: number format, font, fill, border and alignment, each as text."""
         if not path or path not in self.parts:
-            return [False]
+            return [('',) * 5]
         root = self.xml(path)
-        solid = []
-        for fill in root.find(MAIN + 'fills'):
-            pattern = fill.find(MAIN + 'patternFill')
-            solid.append(pattern is None or pattern.get('patternType', 'none') != 'none')
-        return [solid[int(xf.get('fillId', 0))] for xf in root.find(MAIN + 'cellXfs')]
+        tables = [[ElementTree.tostring(item, 'unicode') for item in root.find(MAIN + name)]
+                  for name in ('fonts', 'fills', 'borders')]
+        codes = {item.get('numFmtId'): item.get('formatCode')
+                 for item in root.iter(MAIN + 'numFmt')}
+        formats = []
+        for xf in root.find(MAIN + 'cellXfs'):
+            number = xf.get('numFmtId', '0')
+            alignment = xf.find(MAIN + 'alignment')
+            formats.append((codes.get(number, number),) + tuple(
+                table[int(xf.get(key, 0))]
+                for table, key in zip(tables, ('fontId', 'fillId', 'borderId'))) +
+                (ElementTree.tostring(alignment, 'unicode') if alignment is not None else '',))
+        return formats
 
     def _sheet(self, name, path):
-        relations = list(self._relations(path).values())
+        relations = list(self.relations(path).values())
         sheet = Sheet(name, path, self.xml(path), relations)
         shared = {}
         for row, column, element in _positions(sheet.root):
@@ -153,6 +164,12 @@ class Workbook:
         if kind == 'b':
             return text == '1'
         return CellError(text) if kind == 'e' else float(text)
+
+
+def read_parts(path):
+    """The parts of a package, by name, as bytes."""
+    with zipfile.ZipFile(path) as archive:
+        return {name: archive.read(name) for name in archive.namelist()}
 
 
 def _positions(root):

@@ -4,6 +4,7 @@
 
 #include "formula/formula.h"
 #include "sheet_list.h"
+#include "small_book.h"
 
 namespace vantora::embedded {
 namespace {
@@ -14,11 +15,6 @@ const SheetList& Sheets() {
   static const SheetList sheets({"Plan", "Data", "R&D Costs", "Owner's", "2024", "AB12", "R1C1",
                                  "Köln", "Last", "Rate€", "TRUE"});
   return sheets;
-}
-
-CellAddress CellAt(std::string_view a1) {
-  const Area area = *ParseA1(a1);
-  return {area.first_row, area.first_column};
 }
 
 struct TextCase {
@@ -60,21 +56,23 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"A1:INDEX(B1:B9,3)", {kCell, kArea}}, TextCase{"B5:C7 C1:C9", {kArea, kArea}},
         TextCase{"SUM((A1,B2:B3))", {kCell, kArea}}, TextCase{"A1#+@B1:B5", {kCell, kArea}},
         TextCase{"-A1%^2&\"x\"<>B1", {kCell, kCell}}, TextCase{"LOG10(A1)", {kCell}},
-        TextCase{"A1:LOG10(5)", {kCell}}, TextCase{"_xlfn.XLOOKUP(A1,B:B,C:C)", {kCell, kColumns, kColumns}},
+        TextCase{"A1:LOG10(5)", {kCell}},
+        TextCase{"_xlfn.XLOOKUP(A1,B:B,C:C)", {kCell, kColumns, kColumns}},
         TextCase{"SUM( A1 ,\n B2 )", {kCell, kCell}}));
 
 INSTANTIATE_TEST_SUITE_P(
     Sheets, FormulaTexts,
-    testing::Values(
-        TextCase{"Plan!A1*Data!$B$2", {kCell, kCell}}, TextCase{"'R&D Costs'!J10", {kCell}},
-        TextCase{"'Owner''s'!A1:B2", {kArea}}, TextCase{"'2024'!A:A", {kColumns}},
-        TextCase{"'AB12'!A1+'R1C1'!A1+'TRUE'!A1", {kCell, kCell, kCell}},
-        TextCase{"Köln!1:2", {kRows}}, TextCase{"'Rate€'!A1", {kCell}},
-        TextCase{"SUM(Plan:Last!A1)", {kCell}}, TextCase{"SUM('Plan:R&D Costs'!A1:B2)", {kArea}},
-        TextCase{"Plan!A1:Plan!B2", {kCell, kCell}}, TextCase{"Plan!#REF!+A1", {kGone, kCell}},
-        TextCase{"#REF!+#REF!A1+#N/A", {}}, TextCase{"Data!rate", {}, {"DATA!RATE"}},
-        TextCase{"Nowhere!A1+A1", {kCell}}, TextCase{"Nowhere!A1:B2", {}},
-        TextCase{"'No where'!$A:$B", {}}));
+    testing::Values(TextCase{"Plan!A1*Data!$B$2", {kCell, kCell}},
+                    TextCase{"'R&D Costs'!J10", {kCell}}, TextCase{"'Owner''s'!A1:B2", {kArea}},
+                    TextCase{"'2024'!A:A", {kColumns}},
+                    TextCase{"'AB12'!A1+'R1C1'!A1+'TRUE'!A1", {kCell, kCell, kCell}},
+                    TextCase{"Köln!1:2", {kRows}}, TextCase{"'Rate€'!A1", {kCell}},
+                    TextCase{"SUM(Plan:Last!A1)", {kCell}},
+                    TextCase{"SUM('Plan:R&D Costs'!A1:B2)", {kArea}},
+                    TextCase{"Plan!A1:Plan!B2", {kCell, kCell}},
+                    TextCase{"Plan!#REF!+A1", {kGone, kCell}}, TextCase{"#REF!+#REF!A1+#N/A", {}},
+                    TextCase{"Data!rate", {}, {"DATA!RATE"}}, TextCase{"Nowhere!A1+A1", {kCell}},
+                    TextCase{"Nowhere!A1:B2", {}}, TextCase{"'No where'!$A:$B", {}}));
 
 INSTANTIATE_TEST_SUITE_P(
     Rest, FormulaTexts,
@@ -86,17 +84,17 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"SUM(Sales[Amount])+A1", {kCell}, {}, true},
         TextCase{"Sales[[#This Row],[Co'[l]]*A1", {kCell}, {}, true},
         TextCase{"[@Amount]*2", {}, {}, true}, TextCase{"OFFSET(A1,1,0)", {kCell}, {}, true},
-        TextCase{"today()", {}, {}, true}, TextCase{"\"not closed", {}}, TextCase{"'not closed", {}},
-        TextCase{"Sales[not closed", {}, {}, true}, TextCase{"$+#", {}}, TextCase{"", {}},
-        TextCase{"A1\x01", {}, {}, true}));
+        TextCase{"today()", {}, {}, true}, TextCase{"\"not closed", {}},
+        TextCase{"'not closed", {}}, TextCase{"Sales[not closed", {}, {}, true},
+        TextCase{"$+#", {}}, TextCase{"", {}}, TextCase{"A1\x01", {}, {}, true}));
 
 TEST(FormulaText, WritesReferencesAsTheHostDoes) {
   struct {
     const char* written;
     const char* read_back;
-  } const cases[] = {{"plan!$a1", "Plan!$A1"},          {"'Plan'!A1", "Plan!A1"},
-                     {"SUM(B5:$A3)", "SUM($A3:B5)"},    {"'plan:last'!A1", "Plan:Last!A1"},
-                     {"sum(b:a)", "sum(A:B)"},          {"IF(a1,Rate,\"a1\")", "IF(A1,Rate,\"a1\")"}};
+  } const cases[] = {{"plan!$a1", "Plan!$A1"},       {"'Plan'!A1", "Plan!A1"},
+                     {"SUM(B5:$A3)", "SUM($A3:B5)"}, {"'plan:last'!A1", "Plan:Last!A1"},
+                     {"sum(b:a)", "sum(A:B)"},       {"IF(a1,Rate,\"a1\")", "IF(A1,Rate,\"a1\")"}};
   for (const auto& test : cases) {
     const Formula formula = ParseFormula(test.written, CellAt("C9"), Sheets());
     EXPECT_EQ(FormulaText(formula, CellAt("C9"), Sheets()), test.read_back);
@@ -143,22 +141,23 @@ TEST_P(Following, InsertionsMovesWhatTheyPush) {
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, Following,
-    testing::Values(
-        FollowCase{"A1+B$2", nullptr}, FollowCase{"C1+$D$2", "E1+$F$2"},
-        FollowCase{"SUM(A1:B2)", nullptr}, FollowCase{"SUM(B1:C2)", "SUM(B1:E2)"},
-        FollowCase{"SUM(C1:D2)", "SUM(E1:F2)"}, FollowCase{"SUM($B:$C,C:C)", "SUM($B:$E,E:E)"},
-        FollowCase{"SUM(1:3,$A$5:$XFD$5)", nullptr}, FollowCase{"SUM(A:XFD)", nullptr},
-        FollowCase{"$XFC$1+XFD2+XFB1", "#REF!+#REF!+XFD1"},
-        FollowCase{"SUM(XFA1:XFD1)", "SUM(XFC1:XFD1)"},
-        FollowCase{"SUM(XFC1:XFD1)", "SUM(#REF!)"}, FollowCase{"SUM($A:$XFC)", "SUM($A:$XFD)"},
-        FollowCase{"Plan!$D$1", "Plan!$F$1", 1}, FollowCase{"D1+Data!D1", nullptr, 1},
-        FollowCase{"Plan!XFD1", "Plan!#REF!", 1}, FollowCase{"D1", nullptr, -1},
-        FollowCase{"(Plan!$B$1,Plan!$D$1)", "(Plan!$B$1,Plan!$F$1)", -1},
-        FollowCase{"SUM(Plan:Data!D1)", nullptr}, FollowCase{"[1]Plan!D1", nullptr},
-        FollowCase{"\"D1\"&nowhere!D1&D1#", "\"D1\"&nowhere!D1&F1#"},
-        FollowCase{"A1:INDEX(D:D,3)", "A1:INDEX(F:F,3)"},
-        FollowCase{"B1+C1", "C1+E1", 0, {{0, 1, 1}, {1, 1, 9}, {0, 4, 1}}},
-        FollowCase{"SUM(B1:C1)", "SUM(B1:F1)", 0, {{0, 3, 2}, {0, 5, 1}}}));
+    testing::Values(FollowCase{"A1+B$2", nullptr}, FollowCase{"C1+$D$2", "E1+$F$2"},
+                    FollowCase{"SUM(A1:B2)", nullptr}, FollowCase{"SUM(B1:C2)", "SUM(B1:E2)"},
+                    FollowCase{"SUM(C1:D2)", "SUM(E1:F2)"},
+                    FollowCase{"SUM($B:$C,C:C)", "SUM($B:$E,E:E)"},
+                    FollowCase{"SUM(1:3,$A$5:$XFD$5)", nullptr}, FollowCase{"SUM(A:XFD)", nullptr},
+                    FollowCase{"$XFC$1+XFD2+XFB1", "#REF!+#REF!+XFD1"},
+                    FollowCase{"SUM(XFA1:XFD1)", "SUM(XFC1:XFD1)"},
+                    FollowCase{"SUM(XFC1:XFD1)", "SUM(#REF!)"},
+                    FollowCase{"SUM($A:$XFC)", "SUM($A:$XFD)"},
+                    FollowCase{"Plan!$D$1", "Plan!$F$1", 1}, FollowCase{"D1+Data!D1", nullptr, 1},
+                    FollowCase{"Plan!XFD1", "Plan!#REF!", 1}, FollowCase{"D1", nullptr, -1},
+                    FollowCase{"(Plan!$B$1,Plan!$D$1)", "(Plan!$B$1,Plan!$F$1)", -1},
+                    FollowCase{"SUM(Plan:Data!D1)", nullptr}, FollowCase{"[1]Plan!D1", nullptr},
+                    FollowCase{"\"D1\"&nowhere!D1&D1#", "\"D1\"&nowhere!D1&F1#"},
+                    FollowCase{"A1:INDEX(D:D,3)", "A1:INDEX(F:F,3)"},
+                    FollowCase{"B1+C1", "C1+E1", 0, {{0, 1, 1}, {1, 1, 9}, {0, 4, 1}}},
+                    FollowCase{"SUM(B1:C1)", "SUM(B1:F1)", 0, {{0, 3, 2}, {0, 5, 1}}}));
 
 TEST(FollowInsertion, KeepsWhatAMovedFormulaPointsAt) {
   struct {

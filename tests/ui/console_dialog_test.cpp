@@ -91,16 +91,15 @@ TEST_P(ConsoleHistoryPrompt, GivesTheChoice) {
   EXPECT_THAT(console.shown(), HasSubstr("Choice [1 2021 (column J)]: "));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Answers, ConsoleHistoryPrompt,
-    testing::Values(YearCase{"EnterKeepsTheFirst", "\n\n", true, 1},
-                    YearCase{"Number", "3\ngo\n", true, 3},
-                    YearCase{"Text", "2022 (COLUMN K)\n\n", true, 2},
-                    YearCase{"StartOfAText", "2023\n\n", true, 3},
-                    YearCase{"OutOfTheListIsAskedAgain", "4\n2\n\n", true, 2},
-                    YearCase{"CancelInsteadOfAChoice", "cancel\n", false, 0},
-                    YearCase{"CancelButton", "2\ncancel\n", false, 0}),
-    [](const auto& info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Answers, ConsoleHistoryPrompt,
+                         testing::Values(YearCase{"EnterKeepsTheFirst", "\n\n", true, 1},
+                                         YearCase{"Number", "3\ngo\n", true, 3},
+                                         YearCase{"Text", "2022 (COLUMN K)\n\n", true, 2},
+                                         YearCase{"StartOfAText", "2023\n\n", true, 3},
+                                         YearCase{"OutOfTheListIsAskedAgain", "4\n2\n\n", true, 2},
+                                         YearCase{"CancelInsteadOfAChoice", "cancel\n", false, 0},
+                                         YearCase{"CancelButton", "2\ncancel\n", false, 0}),
+                         [](const auto& info) { return info.param.name; });
 
 // One control of each of the other kinds; the check box enables the text box behind it.
 class EveryControl : public Form {

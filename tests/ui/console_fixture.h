@@ -10,9 +10,9 @@ namespace vantora::ui {
 
 class TypedConsole {
  public:
-  explicit TypedConsole(const std::string& typed, int width = 80,
-                        ConsoleUserInterface::Progress progress =
-                            ConsoleUserInterface::Progress::kShown)
+  explicit TypedConsole(
+      const std::string& typed, int width = 80,
+      ConsoleUserInterface::Progress progress = ConsoleUserInterface::Progress::kShown)
       : in_(typed),
         width_(width),
         user_interface_(Terminal(in_, out_, [this] { return width_; }), progress) {}

@@ -19,7 +19,8 @@ namespace {
 
 using testing::HasSubstr;
 
-// A process with a terminal of 40 columns; what it shows is read, and what its user types is written.
+// A process with a terminal of 40 columns; what it shows is read, and what its user types is
+// written.
 class ProcessOnTerminal {
  public:
   explicit ProcessOnTerminal(const std::function<void(ConsoleUserInterface&, std::ostream&)>& run) {

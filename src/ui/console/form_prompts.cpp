@@ -40,7 +40,8 @@ void FormPrompts::Run() {
 void FormPrompts::ShowTexts() {
   for (const auto& control : form_.controls()) {
     if (control->kind() != ControlKind::kLabel || !control->visible()) continue;
-    if (!control->caption().empty()) terminal_.WriteParagraph(WithoutAccelerators(control->caption()));
+    if (!control->caption().empty())
+      terminal_.WriteParagraph(WithoutAccelerators(control->caption()));
   }
 }
 
@@ -77,9 +78,9 @@ FormPrompts::Next FormPrompts::AskControl(std::size_t position) {
 }
 
 FormPrompts::Next FormPrompts::AskText(TextBox& box) {
-  const std::string prompt =
-      box.text().empty() ? "Text: "
-                         : "Text [" + box.text() + "] (Enter keeps it, \"\" empties it): ";
+  const std::string prompt = box.text().empty()
+                                 ? "Text: "
+                                 : "Text [" + box.text() + "] (Enter keeps it, \"\" empties it): ";
   const std::optional<std::string> typed = terminal_.AskVerbatim(prompt);
   if (!typed) return Next::kCancel;
   if (!typed->empty()) box.SetText(*typed == kEmptyText ? "" : *typed);
@@ -115,9 +116,9 @@ FormPrompts::Next FormPrompts::AskList(ChoiceList& list) {
   WriteEntries(terminal_, list.items());
   const int chosen_before = list.list_index();
   const std::string prompt =
-      chosen_before >= 0
-          ? "Choice [" + std::to_string(chosen_before + 1) + " " + list.items()[chosen_before] + "]: "
-          : (list.initial_text().empty() ? "Choice" : list.initial_text()) + ": ";
+      chosen_before >= 0 ? "Choice [" + std::to_string(chosen_before + 1) + " " +
+                               list.items()[chosen_before] + "]: "
+                         : (list.initial_text().empty() ? "Choice" : list.initial_text()) + ": ";
   const Chosen chosen = AskChoice(terminal_, prompt, list.items());
   if (chosen.kind == Chosen::Kind::kCancelled) return Next::kCancel;
   if (chosen.kind == Chosen::Kind::kEntry) list.Choose(chosen.index);
@@ -140,8 +141,8 @@ FormPrompts::Next FormPrompts::AskOptions(const OptionButton& first) {
 }
 
 FormPrompts::Next FormPrompts::AskCheckBox(CheckBox& box) {
-  const std::string prompt = WithoutAccelerators(box.caption()) + " (y/n) [" +
-                             (box.checked() ? "y" : "n") + "]: ";
+  const std::string prompt =
+      WithoutAccelerators(box.caption()) + " (y/n) [" + (box.checked() ? "y" : "n") + "]: ";
   while (true) {
     const std::optional<std::string> typed = terminal_.Ask(prompt);
     if (!typed || EqualsIgnoreCase(*typed, "cancel")) return Next::kCancel;

@@ -11,8 +11,8 @@
 namespace vantora::ui {
 
 // Takes a visible form's user through its controls in tab order and then to its buttons, again and
-// again until the form is hidden or unloaded. The controls are driven through their own calls, so the
-// form's handlers run as they do for a window.
+// again until the form is hidden or unloaded. The controls are driven through their own calls, so
+// the form's handlers run as they do for a window.
 class FormPrompts {
  public:
   FormPrompts(Terminal& terminal, Form& form) : terminal_(terminal), form_(form) {}

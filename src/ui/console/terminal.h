@@ -29,8 +29,8 @@ class Terminal {
   void WriteParagraph(std::string_view text);
   // Writes as it stands, without a line break.
   void Write(std::string_view text);
-  // Shows `prompt` and reads one line, without its line break and the blanks around it. Nullopt when
-  // the input ended or Escape was typed; asks again for text that can't be one (arrow keys).
+  // Shows `prompt` and reads one line, without its line break and the blanks around it. Nullopt
+  // when the input ended or Escape was typed; asks again for text that can't be one (arrow keys).
   std::optional<std::string> Ask(std::string_view prompt);
   // Same, but keeps the blanks of what was typed.
   std::optional<std::string> AskVerbatim(std::string_view prompt);

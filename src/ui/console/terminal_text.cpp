@@ -44,18 +44,18 @@ int Columns(char32_t code) {
   };
   static constexpr Range kCombining[] = {
       {0x0300, 0x036F}, {0x200B, 0x200F}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}};
-  static constexpr Range kWide[] = {
-      {0x1100, 0x115F}, {0x2E80, 0x303E}, {0x3041, 0xA4CF},   {0xAC00, 0xD7A3},  {0xF900, 0xFAFF},
-      {0xFE30, 0xFE6F}, {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6},   {0x1F300, 0x1F64F}, {0x1F900, 0x1F9FF},
-      {0x20000, 0x3FFFD}};
-  const auto holds = [code](const Range& range) { return code >= range.first && code <= range.last; };
+  static constexpr Range kWide[] = {{0x1100, 0x115F},   {0x2E80, 0x303E},  {0x3041, 0xA4CF},
+                                    {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},  {0xFE30, 0xFE6F},
+                                    {0xFF00, 0xFF60},   {0xFFE0, 0xFFE6},  {0x1F300, 0x1F64F},
+                                    {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD}};
+  const auto holds = [code](const Range& range) {
+    return code >= range.first && code <= range.last;
+  };
   if (std::any_of(std::begin(kCombining), std::end(kCombining), holds)) return 0;
   return std::any_of(std::begin(kWide), std::end(kWide), holds) ? 2 : 1;
 }
 
-int ColumnsOf(const Character& character) {
-  return character.code ? Columns(*character.code) : 1;
-}
+int ColumnsOf(const Character& character) { return character.code ? Columns(*character.code) : 1; }
 
 // Bytes of the longest start of `text` that fits into `width` columns.
 std::size_t FittingLength(std::string_view text, int width) {

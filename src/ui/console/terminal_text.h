@@ -15,7 +15,8 @@ std::string Printable(std::string_view text);
 // (a tab is none).
 bool IsPlainText(std::string_view text);
 
-// Columns the text takes on a terminal: two for East Asian wide characters, none for combining marks.
+// Columns the text takes on a terminal: two for East Asian wide characters, none for combining
+// marks.
 int DisplayWidth(std::string_view text);
 
 // The text's longest start that fits into `width` columns, ended by "..." when something was cut.

@@ -5,8 +5,8 @@
 //                                                presses the button named last
 //   frmSaveComments:close                        presses the dialog's close box
 //
-// Names are compared without regard to case, and blanks around names don't count. A value depends on
-// the control:
+// Names are compared without regard to case, and blanks around names don't count. A value depends
+// on the control:
 //   text box       the text as it stands, blanks included; a ";" in it is written "\;"
 //   list           an entry's text (upper and lower case alike), else its 1-based position
 //   check box      true, false, yes, no, 1 or 0

@@ -20,9 +20,9 @@ struct ShownMessageBox {
   MessageBoxResult result = MessageBoxResult::kOk;
 };
 
-// The answers are consumed in order, one for each message box and each showing of a dialog; a dialog
-// that is still visible after its answer takes the next one. When none is left, the mode decides
-// what happens.
+// The answers are consumed in order, one for each message box and each showing of a dialog; a
+// dialog that is still visible after its answer takes the next one. When none is left, the mode
+// decides what happens.
 //
 // MessageBox and ShowModal throw AnswerError when the answer does not fit what appeared, when it
 // names a control that the dialog does not have, a value the control can't take, or a disabled or
@@ -37,8 +37,8 @@ class ScriptedUserInterface : public UserInterface {
   explicit ScriptedUserInterface(std::vector<Answer> answers = {},
                                  WhenExhausted when_exhausted = WhenExhausted::kAsk);
 
-  // Shows what is left to ask, and all that is shown modeless. Must outlive this object and the forms
-  // it showed.
+  // Shows what is left to ask, and all that is shown modeless. Must outlive this object and the
+  // forms it showed.
   void SetFallback(UserInterface* fallback) { fallback_ = fallback; }
   // Called for each message box once it has been answered, whoever answered it.
   void SetObserver(std::function<void(const ShownMessageBox&)> observer) {

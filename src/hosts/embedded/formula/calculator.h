@@ -29,15 +29,19 @@ class Calculator {
   explicit Calculator(WorkbookModel& model);
   ~Calculator();
 
-  // The cells of the area changed (values, or formulas set or removed): indexes their formulas, marks
-  // these and all that depends on the area as out of date.
+  // The cells of the area changed (values, or formulas set or removed): indexes their formulas,
+  // marks these and all that depends on the area as out of date.
   void Changed(int sheet, const Area& area);
 
-  // Columns were inserted and formulas follow. Call instead of CellStore::InsertColumns: it moves the
-  // cells, rewrites the formulas that the insertion crosses (on all sheets) and moves the index's
-  // entries; formulas whose value may depend on where things stand are marked. Names follow as well
-  // (model.names). Array areas, column formats move with the cells.
+  // Columns were inserted and formulas follow. Call instead of CellStore::InsertColumns: it moves
+  // the cells, rewrites the formulas that the insertion crosses (on all sheets) and moves the
+  // index's entries; formulas whose value may depend on where things stand are marked. Names follow
+  // as well (model.names). Array areas, column formats move with the cells.
   void InsertColumns(const ColumnInsertion& insertion);
+
+  // model.names changed otherwise than by InsertColumns, or sheets came or moved: the formulas that
+  // use names or span sheets are marked.
+  void NamesChanged();
 
   // Brings the cell's value up to date; false when it can't be (the cell is then flagged kStale).
   bool EnsureCalculated(int sheet, CellAddress cell);

@@ -27,10 +27,12 @@ struct BinaryOperator {
 
 // Longer signs stand before those they start with.
 constexpr BinaryOperator kBinaryOperators[] = {
-    {"<=", Kind::kLessOrEqual, 1}, {">=", Kind::kGreaterOrEqual, 1}, {"<>", Kind::kNotEqual, 1},
-    {"=", Kind::kEqual, 1},        {"<", Kind::kLess, 1},            {">", Kind::kGreater, 1},
-    {"&", Kind::kJoin, 2},         {"+", Kind::kAdd, 3},             {"-", Kind::kSubtract, 3},
-    {"*", Kind::kMultiply, 4},     {"/", Kind::kDivide, 4},          {"^", Kind::kPower, 5},
+    {"<=", Kind::kLessOrEqual, 1}, {">=", Kind::kGreaterOrEqual, 1},
+    {"<>", Kind::kNotEqual, 1},    {"=", Kind::kEqual, 1},
+    {"<", Kind::kLess, 1},         {">", Kind::kGreater, 1},
+    {"&", Kind::kJoin, 2},         {"+", Kind::kAdd, 3},
+    {"-", Kind::kSubtract, 3},     {"*", Kind::kMultiply, 4},
+    {"/", Kind::kDivide, 4},       {"^", Kind::kPower, 5},
 };
 
 // The name under which a function is known: newer ones carry a prefix in the file.
@@ -51,8 +53,8 @@ class Compiler {
       SkipBlanks();
       if (position_ < text_.size()) throw Unreadable();
       const Kind kind = program_.nodes[program_.root].kind;
-      program_.cancels = (kind == Kind::kAdd || kind == Kind::kSubtract) &&
-                         program_.root != in_parentheses_;
+      program_.cancels =
+          (kind == Kind::kAdd || kind == Kind::kSubtract) && program_.root != in_parentheses_;
     } catch (const CannotCompile& problem) {
       program_ = Program();
       program_.reason = problem.reason;
@@ -275,9 +277,7 @@ class Compiler {
     }
     const std::size_t end = EndOfName(text_, sheet_end + 1);
     const std::string_view word = text_.substr(sheet_end + 1, end - sheet_end - 1);
-    if (word.empty() || end < text_.size() ? text_[end] == '(' || word.empty() : false) {
-      throw Unreadable();
-    }
+    if (word.empty() || (end < text_.size() && text_[end] == '(')) throw Unreadable();
     if (ParseA1(word)) {
       throw CannotCompile{"there is no sheet \"" + std::string(sheet) + "\""};
     }

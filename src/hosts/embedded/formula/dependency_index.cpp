@@ -82,10 +82,9 @@ std::uint32_t DependencyIndex::ShapeNumber(const ReferenceShape& shape) {
 
 void DependencyIndex::Add(int precedent_sheet, const ReferenceShape& shape, int sheet,
                           const Area& source, FormulaId formula) {
-  Interval rows =
-      Reach(shape.row1, shape.row2, {source.first_row, source.last_row}, kMaxRow);
-  Interval columns = Reach(shape.column1, shape.column2,
-                           {source.first_column, source.last_column}, kMaxColumn);
+  Interval rows = Reach(shape.row1, shape.row2, {source.first_row, source.last_row}, kMaxRow);
+  Interval columns =
+      Reach(shape.column1, shape.column2, {source.first_column, source.last_column}, kMaxColumn);
   if (rows.empty() || columns.empty()) return;
   auto number = static_cast<std::uint32_t>(entries_.size());
   entries_.push_back({source.first_row, source.last_row,
@@ -126,9 +125,8 @@ void DependencyIndex::SortTail(Bucket& bucket) const {
 
 std::optional<Area> DependencyIndex::Dependents(const Entry& entry, const Area& area) const {
   const ReferenceShape& shape = shapes_[entry.shape];
-  Interval rows =
-      PositionsThatReach(shape.row1, shape.row2, {entry.first_row, entry.last_row},
-                         {area.first_row, area.last_row});
+  Interval rows = PositionsThatReach(shape.row1, shape.row2, {entry.first_row, entry.last_row},
+                                     {area.first_row, area.last_row});
   if (rows.empty()) return std::nullopt;
   Interval columns =
       PositionsThatReach(shape.column1, shape.column2, {entry.first_column, entry.last_column},

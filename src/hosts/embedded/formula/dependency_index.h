@@ -1,9 +1,9 @@
 // Finds the formulas that refer to a cell or an area.
 //
-// A block of cells that share one formula is one entry for each of the formula's references, however
-// large the block. The entries of a sheet are found through a grid of rows in several levels: an
-// entry lies in the level whose buckets are at least as high as the rows it refers to, in the one or
-// two buckets it covers; within a bucket, by column.
+// A block of cells that share one formula is one entry for each of the formula's references,
+// however large the block. The entries of a sheet are found through a grid of rows in several
+// levels: an entry lies in the level whose buckets are at least as high as the rows it refers to,
+// in the one or two buckets it covers; within a bucket, by column.
 #pragma once
 
 #include <algorithm>
@@ -114,8 +114,8 @@ class DependencyIndex {
     if (pages.empty()) return;
     int shift = level + kLowestShift;
     int first = (area.first_row - 1) >> shift;
-    int last = std::min((area.last_row - 1) >> shift,
-                        static_cast<int>(pages.size()) * kPageBuckets - 1);
+    int last =
+        std::min((area.last_row - 1) >> shift, static_cast<int>(pages.size()) * kPageBuckets - 1);
     for (int bucket = first; bucket <= last; ++bucket) {
       const auto& page = pages[bucket / kPageBuckets];
       if (!page) {

@@ -36,8 +36,8 @@ struct Evaluation {
 Evaluation Evaluate(WorkbookModel& model, const Formula& formula, const CellPosition& position,
                     const Area* array_area = nullptr);
 
-// A text as a put or a typed entry reads it: number ("1,234.5", "12%", "(3)", "1e3", "$5"), Boolean,
-// error value, or the text itself.
+// A text as a put or a typed entry reads it: number ("1,234.5", "12%", "(3)", "1e3", "$5"),
+// Boolean, error value, or the text itself.
 CellValue ValueFromEnteredText(WorkbookModel& model, std::string_view text);
 
 }  // namespace vantora::embedded

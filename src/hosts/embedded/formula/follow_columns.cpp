@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -27,8 +28,8 @@ bool DependsOnPlace(std::string_view text) {
   return false;
 }
 
-// A row in which no relative reference of the formula leaves the sheet, as far as there is one: what
-// columns do to a formula is the same in each such row.
+// A row in which no relative reference of the formula leaves the sheet, as far as there is one:
+// what columns do to a formula is the same in each such row.
 int RowWithinReferences(const Formula& formula) {
   int row = 1;
   for (const Reference& reference : formula.references) {
@@ -96,26 +97,33 @@ const FormulaFollower::Outcome& FormulaFollower::OutcomeOf(int sheet, FormulaId 
 
 std::vector<FollowingRun> FormulaFollower::Find(FormulaIndex& index) {
   std::vector<FollowingRun> runs;
-  Area moved{1, insertion_.column, kMaxRow, kMaxColumn};
-  auto add = [&](int sheet, int column, int first_row, int last_row, FormulaId id,
-                 const Outcome& outcome) {
-    runs.push_back({sheet, column, first_row, last_row, id, outcome.after, outcome.outdated});
+  // An entry's cells may hold other formulas by now: those that still hold this one count.
+  auto add = [&](int sheet, int column, int first_row, int last_row, FormulaId id) {
+    const Outcome& outcome = OutcomeOf(sheet, id, column);
+    if (outcome.after == id && !outcome.outdated) return;
+    bool goes_on = false;
+    model_.sheets[sheet]->cells.ForEachInColumn(
+        column, first_row, last_row, [&](int row, const Cell& cell) {
+          if (cell.formula != id) {
+            goes_on = false;
+          } else if (goes_on && runs.back().last_row == row - 1) {
+            runs.back().last_row = row;
+          } else {
+            runs.push_back({sheet, column, row, row, id, outcome.after, outcome.outdated});
+            goes_on = true;
+          }
+        });
   };
+  Area moved{1, insertion_.column, kMaxRow, kMaxColumn};
   index.ForEachDependent(insertion_.sheet, moved, [&](auto, const auto& entry, const Area& cells) {
     for (int column = cells.first_column; column <= cells.last_column; ++column) {
-      const Outcome& outcome = OutcomeOf(entry.sheet, entry.formula, column);
-      if (outcome.after != entry.formula || outcome.outdated) {
-        add(entry.sheet, column, cells.first_row, cells.last_row, entry.formula, outcome);
-      }
+      add(entry.sheet, column, cells.first_row, cells.last_row, entry.formula);
     }
   });
   const FormulaMap& formulas = index.formulas(insertion_.sheet);
   for (int column = insertion_.column; column <= formulas.LastColumn(); ++column) {
     formulas.ForEachRun(column, [&](int first_row, int last_row, FormulaId id) {
-      const Outcome& outcome = OutcomeOf(insertion_.sheet, id, column);
-      if (outcome.after != id || outcome.outdated) {
-        add(insertion_.sheet, column, first_row, last_row, id, outcome);
-      }
+      add(insertion_.sheet, column, first_row, last_row, id);
     });
   }
   std::sort(runs.begin(), runs.end(), [](const FollowingRun& a, const FollowingRun& b) {

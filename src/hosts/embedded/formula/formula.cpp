@@ -14,7 +14,8 @@ namespace {
 // Functions whose value may change without a change of their arguments.
 bool IsVolatileFunction(std::string_view name) {
   static constexpr std::string_view kVolatile[] = {
-      "NOW", "TODAY", "RAND", "RANDBETWEEN", "_xlfn.RANDARRAY", "OFFSET", "INDIRECT", "CELL", "INFO"};
+      "NOW",    "TODAY",    "RAND", "RANDBETWEEN", "_xlfn.RANDARRAY",
+      "OFFSET", "INDIRECT", "CELL", "INFO"};
   for (std::string_view candidate : kVolatile) {
     if (EqualIgnoringAsciiCase(name, candidate)) return true;
   }
@@ -205,8 +206,8 @@ class Reader {
       }
     }
     if (span && word_end > start) {
-      formula_.names.push_back(
-          UpperAscii(std::string(sheet) + "!" + std::string(text_.substr(start, word_end - start))));
+      formula_.names.push_back(UpperAscii(std::string(sheet) + "!" +
+                                          std::string(text_.substr(start, word_end - start))));
     }
     KeepUntil(span ? word_end : EndOfReferenceText(start));
   }

@@ -90,9 +90,9 @@ std::optional<Formula> FollowInsertion(const Formula& formula, int formula_sheet
 std::optional<Formula> RelocateForPaste(const Formula& formula, CellAddress from, CellAddress to);
 
 // Follows insertions, one after the other, in a formula text (without "=") that stands in the
-// package's markup (names, validations, conditional formats, chart series, linked cells) and belongs
-// to `formula_sheet` (-1: to none). Relative references are taken as the positions they are written
-// as. nullopt when the text does not change.
+// package's markup (names, validations, conditional formats, chart series, linked cells) and
+// belongs to `formula_sheet` (-1: to none). Relative references are taken as the positions they are
+// written as. nullopt when the text does not change.
 std::optional<std::string> FollowInsertionsInText(std::string_view text, int formula_sheet,
                                                   std::span<const ColumnInsertion> insertions,
                                                   const SheetDirectory& sheets);

@@ -89,9 +89,8 @@ void FormulaIndex::Rebuild() {
 }
 
 void FormulaIndex::Update(int sheet, const Area& area) {
-  RunMerger merger([&](const Area& source, FormulaId formula) {
-    AddEntries(sheet, source, formula);
-  });
+  RunMerger merger(
+      [&](const Area& source, FormulaId formula) { AddEntries(sheet, source, formula); });
   int last_column = std::min(area.last_column, std::max(formulas_[sheet].LastColumn(),
                                                         model_.sheets[sheet]->cells.LastColumn()));
   for (int column = area.first_column; column <= last_column; ++column) {
@@ -106,14 +105,16 @@ template <typename Merger>
 void FormulaIndex::UpdateColumn(int sheet, int column, const Area& area, Merger&& merger) {
   FormulaMap& known = formulas_[sheet];
   int next_row = area.first_row;
-  model_.sheets[sheet]->cells.ForEachInColumn(
-      column, area.first_row, area.last_row, [&](int row, const Cell& cell) {
-        if (row > next_row) known.Clear(column, next_row, row - 1);
-        next_row = row + 1;
-        if (known.At(column, row) == cell.formula) return;
-        known.Set(column, row, cell.formula);
-        if (cell.formula) merger.Add(column, row, row, cell.formula);
-      });
+  model_.sheets[sheet]->cells.ForEachInColumn(column, area.first_row, area.last_row,
+                                              [&](int row, const Cell& cell) {
+                                                if (row > next_row)
+                                                  known.Clear(column, next_row, row - 1);
+                                                next_row = row + 1;
+                                                if (known.At(column, row) == cell.formula) return;
+                                                known.Set(column, row, cell.formula);
+                                                if (cell.formula)
+                                                  merger.Add(column, row, row, cell.formula);
+                                              });
   if (next_row <= area.last_row) known.Clear(column, next_row, area.last_row);
 }
 
@@ -140,8 +141,8 @@ void FormulaIndex::AddEntries(int sheet, const Area& source, FormulaId id) {
   }
 }
 
-// Edits leave entries behind that no cell counts for any more; building anew when they may be as many
-// as the others costs no more than the edits did.
+// Edits leave entries behind that no cell counts for any more; building anew when they may be as
+// many as the others costs no more than the edits did.
 void FormulaIndex::RebuildWhenMostIsOutdated() {
   constexpr std::size_t kNotWorthIt = 4096;
   if (dependencies_.size() + special_count_ > 2 * size_when_built_ + kNotWorthIt) Rebuild();

@@ -48,7 +48,8 @@ class FormulaMap {
   std::vector<std::vector<std::unique_ptr<Block>>> columns_;
 };
 
-// Formulas that need more than their references: volatile ones, those that use names or span sheets.
+// Formulas that need more than their references: volatile ones, those that use names or span
+// sheets.
 struct SpecialFormulas {
   Area source;
   FormulaId formula = 0;

@@ -63,7 +63,8 @@ class Call {
   const Operand& operator[](std::size_t i) const { return arguments_[i]; }
   // False for an argument beyond the last and for one that is left out.
   bool Given(std::size_t i) const { return i < size() && !arguments_[i].IsMissing(); }
-  // Evaluates an argument of a "z" parameter: as it comes, or as a single value (an error included).
+  // Evaluates an argument of a "z" parameter: as it comes, or as a single value (an error
+  // included).
   Operand Evaluate(std::size_t i);
   Operand Evaluate(std::size_t i, bool array_mode);
   Scalar EvaluateValue(std::size_t i);

@@ -17,12 +17,8 @@ inline bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 inline bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 // Letters beyond ASCII are taken as they come; no operator is one.
 inline bool IsBeyondAscii(char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; }
-inline bool IsNameStart(char c) {
-  return IsLetter(c) || c == '_' || c == '\\' || IsBeyondAscii(c);
-}
-inline bool IsNameCharacter(char c) {
-  return IsNameStart(c) || IsDigit(c) || c == '.' || c == '?';
-}
+inline bool IsNameStart(char c) { return IsLetter(c) || c == '_' || c == '\\' || IsBeyondAscii(c); }
+inline bool IsNameCharacter(char c) { return IsNameStart(c) || IsDigit(c) || c == '.' || c == '?'; }
 inline bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 inline char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }

@@ -101,7 +101,7 @@ bool MayBeDateOrTime(std::string_view text) {
       while (end < text.size() && IsLetter(text[end])) ++end;
       const std::string word = UpperAscii(text.substr(i, end - i));
       static constexpr std::string_view kWords[] = {
-          "JANUARY", "FEBRUARY", "MARCH",   "APRIL",    "MAY",      "JUNE", "JULY",
+          "JANUARY", "FEBRUARY",  "MARCH",   "APRIL",    "MAY",      "JUNE", "JULY",
           "AUGUST",  "SEPTEMBER", "OCTOBER", "NOVEMBER", "DECEMBER", "AM",   "PM",
           "A",       "P",         "T",       "Z",        "SEPT"};
       bool known = false;

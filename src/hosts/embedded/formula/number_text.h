@@ -11,8 +11,8 @@ namespace vantora::embedded {
 // blanks around it ignored. nullopt for any other text, dates and times included.
 std::optional<double> NumberFromText(std::string_view text);
 
-// Whether a text that is no number might be read as a date, a time or a fraction ("1/2/2020", "3-Mar",
-// "12:30", "1 1/2"), which NumberFromText does not.
+// Whether a text that is no number might be read as a date, a time or a fraction ("1/2/2020",
+// "3-Mar", "12:30", "1 1/2"), which NumberFromText does not.
 bool MayBeDateOrTime(std::string_view text);
 
 // A number joined to a text: up to 15 significant digits, in plain notation up to 21 digits before

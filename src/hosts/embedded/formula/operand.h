@@ -52,7 +52,7 @@ struct Operand {
   Operand() = default;
   Operand(const Scalar& value) : scalar(value) {}  // NOLINT: a value is an operand
   Operand(const Block& cells) : kind(Kind::kBlock), block(cells) {}  // NOLINT
-  Operand(Array values)  // NOLINT
+  Operand(Array values)                                              // NOLINT
       : kind(Kind::kArray), array(std::make_shared<const Array>(std::move(values))) {}
   explicit Operand(std::vector<Block> cells)
       : kind(Kind::kBlocks), blocks(std::make_shared<const std::vector<Block>>(std::move(cells))) {}

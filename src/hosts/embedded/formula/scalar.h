@@ -12,12 +12,13 @@ namespace vantora::embedded {
 struct Scalar {
   CellKind kind = CellKind::kBlank;
   union {
-    double number = 0;
+    double number;
     bool boolean;
     CellError error;
     std::string_view text;  // owned by the string pool or by the evaluation
   };
 
+  Scalar() : number(0) {}
   static Scalar Blank() { return {}; }
   // #NUM! when the number is not finite.
   static Scalar Number(double number) {

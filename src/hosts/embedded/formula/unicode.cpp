@@ -75,11 +75,11 @@ char32_t LowerCase(char32_t c) {
 
 bool IsAlphabetic(char32_t c) {
   if (c < 0x80) return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-  return c == 0xAA || c == 0xB5 || c == 0xBA || (c >= 0xC0 && c <= 0x24F && c != 0xD7 && c != 0xF7) ||
-         (c >= 0x250 && c <= 0x2C1) || (c >= 0x370 && c <= 0x1FFF) ||
-         (c >= 0x2C00 && c <= 0x2DFF) || (c >= 0x3041 && c <= 0x318E) ||
-         (c >= 0x3400 && c <= 0xA4CF) || (c >= 0xAC00 && c <= 0xD7A3) ||
-         (c >= 0xF900 && c <= 0xFAFF);
+  return c == 0xAA || c == 0xB5 || c == 0xBA ||
+         (c >= 0xC0 && c <= 0x24F && c != 0xD7 && c != 0xF7) || (c >= 0x250 && c <= 0x2C1) ||
+         (c >= 0x370 && c <= 0x1FFF) || (c >= 0x2C00 && c <= 0x2DFF) ||
+         (c >= 0x3041 && c <= 0x318E) || (c >= 0x3400 && c <= 0xA4CF) ||
+         (c >= 0xAC00 && c <= 0xD7A3) || (c >= 0xF900 && c <= 0xFAFF);
 }
 
 int CompareIgnoringCase(std::string_view a, std::string_view b) {
@@ -90,6 +90,11 @@ int CompareIgnoringCase(std::string_view a, std::string_view b) {
     if (from_a != from_b) return from_a < from_b ? -1 : 1;
   }
   return (in_a < a.size()) - (in_b < b.size());
+}
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+  // The upper and the lower case of a letter take as many bytes.
+  return a.size() == b.size() && (a == b || CompareIgnoringCase(a, b) == 0);
 }
 
 std::size_t LengthOf(std::string_view text) {
@@ -116,11 +121,14 @@ bool IsPattern(std::string_view text) {
   return text.find_first_of("*?~") != std::string_view::npos;
 }
 
-bool MatchesPattern(std::string_view text, std::string_view pattern) {
+namespace {
+
+bool Matches(std::string_view text, std::string_view pattern, bool whole) {
   std::size_t in_text = 0, in_pattern = 0;
   // Where to go on after the last `*` when the rest does not match.
   std::size_t star_text = 0, star_pattern = std::string_view::npos;
   while (in_text < text.size() || in_pattern < pattern.size()) {
+    if (!whole && in_pattern == pattern.size()) return true;
     if (in_pattern < pattern.size()) {
       std::size_t next_pattern = in_pattern;
       char32_t wanted = NextCharacter(pattern, next_pattern);
@@ -130,8 +138,11 @@ bool MatchesPattern(std::string_view text, std::string_view pattern) {
         continue;
       }
       const bool any = wanted == '?';
-      if (wanted == '~' && next_pattern < pattern.size() &&
-          std::string_view("*?~").find(pattern[next_pattern]) != std::string_view::npos) {
+      if (wanted == '~') {
+        if (next_pattern == pattern.size()) {
+          in_pattern = next_pattern;
+          continue;
+        }
         wanted = NextCharacter(pattern, next_pattern);
       }
       if (in_text < text.size()) {
@@ -150,6 +161,16 @@ bool MatchesPattern(std::string_view text, std::string_view pattern) {
     in_pattern = star_pattern;
   }
   return true;
+}
+
+}  // namespace
+
+bool MatchesPattern(std::string_view text, std::string_view pattern) {
+  return Matches(text, pattern, true);
+}
+
+bool StartMatchesPattern(std::string_view text, std::string_view pattern) {
+  return Matches(text, pattern, false);
 }
 
 }  // namespace vantora::embedded

@@ -19,15 +19,18 @@ bool IsAlphabetic(char32_t character);
 
 // Without regard to case: less than, equal to or greater than 0.
 int CompareIgnoringCase(std::string_view a, std::string_view b);
+bool EqualIgnoringCase(std::string_view a, std::string_view b);
 
 // Length in UTF-16 units.
 std::size_t LengthOf(std::string_view text);
 // Byte position behind the first `units` UTF-16 units, the text's size when it is shorter.
 std::size_t BytePosition(std::string_view text, std::size_t units);
 
-// Whether the whole text matches a pattern with `?`, `*` and `~` as their escape, without regard to
-// case.
+// Whether the whole text matches a pattern, without regard to case: `?` is any character, `*` any
+// number of them, and what follows `~` stands for itself (nothing for a last `~`).
 bool MatchesPattern(std::string_view text, std::string_view pattern);
+// The same for the start of the text.
+bool StartMatchesPattern(std::string_view text, std::string_view pattern);
 bool IsPattern(std::string_view text);
 
 }  // namespace vantora::embedded

@@ -9,9 +9,9 @@ namespace vantora::embedded {
 StyleId SheetModel::StyleOf(CellAddress cell) const {
   if (Cell stored = cells.Get(cell); stored.exists()) return stored.style;
   if (auto row = row_styles.find(cell.row); row != row_styles.end()) return row->second;
-  auto run = std::partition_point(
-      column_formats.begin(), column_formats.end(),
-      [&](const ColumnFormat& format) { return format.last < cell.column; });
+  auto run =
+      std::partition_point(column_formats.begin(), column_formats.end(),
+                           [&](const ColumnFormat& format) { return format.last < cell.column; });
   return run != column_formats.end() && run->first <= cell.column ? run->style : 0;
 }
 

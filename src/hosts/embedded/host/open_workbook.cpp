@@ -5,6 +5,7 @@
 #include "core/host.h"
 #include "formula/evaluate.h"
 #include "host/column_formats.h"
+#include "host/pivot_areas.h"
 #include "host/sheet_selection.h"
 #include "package/sheet_features.h"
 
@@ -171,6 +172,12 @@ void OpenWorkbook::InsertColumns(int sheet_id, int column, int count) {
   for (const ArrayFormula& array : target.arrays) {
     if (array.area.first_column < column && column <= array.area.last_column) {
       Refuse("You can't change part of an array.");
+    }
+  }
+  file_->FollowInsertions(sheet_id);
+  for (const Area& pivot : PivotAreas(file_->package(), file_->part_of(sheet_id))) {
+    if (pivot.first_column < column && column <= pivot.last_column) {
+      Refuse("We can't make this change for the selected cells because it will affect a PivotTable.");
     }
   }
   ColumnInsertion insertion{sheet_id, column, count};

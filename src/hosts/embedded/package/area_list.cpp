@@ -34,8 +34,8 @@ bool JoinNeighbours(std::vector<Area>& areas, bool below) {
   for (const Area& area : areas) {
     if (!joined.empty()) {
       Area& last = joined.back();
-      if (below && last.first_column == area.first_column &&
-          last.last_column == area.last_column && last.last_row + 1 == area.first_row) {
+      if (below && last.first_column == area.first_column && last.last_column == area.last_column &&
+          last.last_row + 1 == area.first_row) {
         last.last_row = area.last_row;
         continue;
       }

@@ -1,4 +1,5 @@
-// Lists of areas as features of a sheet have them (sqref), and what clearing and pasting make of them.
+// Lists of areas as features of a sheet have them (sqref), and what clearing and pasting make of
+// them.
 #pragma once
 
 #include <optional>
@@ -10,8 +11,8 @@
 
 namespace vantora::embedded {
 
-// Takes `cut` out of a feature's cells; a paste also adds those of `source`, moved onto `cut` (both of
-// the same size).
+// Takes `cut` out of a feature's cells; a paste also adds those of `source`, moved onto `cut` (both
+// of the same size).
 struct AreaEdit {
   Area cut;
   std::optional<Area> source;
@@ -27,8 +28,8 @@ std::optional<Area> Intersection(const Area& a, const Area& b);
 std::vector<Area> ParseAreas(std::string_view sqref);
 std::string ToSqref(const std::vector<Area>& areas);
 
-// The areas after the edit, put together to few rectangles, by row and column; nullopt when the same
-// cells are left.
+// The areas after the edit, put together to few rectangles, by row and column; nullopt when the
+// same cells are left.
 std::optional<std::vector<Area>> Edited(const std::vector<Area>& areas, const AreaEdit& edit);
 
 // The cell that relative references of a feature's formulas are written for: the corner of the

@@ -278,8 +278,8 @@ void SheetComments::Paste(const Area& from, const Area& to) {
       CellAddress target{cell.row + rows, cell.column + columns};
       std::string author = comments->AuthorOf(comment);
       if (author.starts_with(kConversationAuthor)) author.clear();
-      comments->Put(target,
-                    comment.body.data() ? std::string(comment.body) : comments->Body(""), author);
+      comments->Put(target, comment.body.data() ? std::string(comment.body) : comments->Body(""),
+                    author);
       NoteShapes& shapes = edit.NeedShapes();
       auto note = shapes.notes().find(cell);
       if (note == shapes.notes().end()) {

@@ -10,10 +10,10 @@
 
 namespace vantora::embedded {
 
-// Works on the package's parts as they are now; each call leaves them consistent and reads each part
-// once. Parts, their relationships, content types and the sheet's <legacyDrawing> are made when the
-// first comment comes, and go with the last one (a drawing with form controls stays). Throws XmlError
-// for a part that is not well-formed.
+// Works on the package's parts as they are now; each call leaves them consistent and reads each
+// part once. Parts, their relationships, content types and the sheet's <legacyDrawing> are made
+// when the first comment comes, and go with the last one (a drawing with form controls stays).
+// Throws XmlError for a part that is not well-formed.
 class SheetComments {
  public:
   // The package and the markup must outlive it. `sheet_part` is the sheet's part name.
@@ -29,8 +29,8 @@ class SheetComments {
   void SetVisible(CellAddress cell, bool visible);
   // Removes the comments of an area, and the conversations that they stand for.
   void Clear(const Area& area);
-  // As a paste of `from` at `to` (the same size) does: texts, formats and sizes come along, and what
-  // stood at `to` goes. A conversation is pasted as a plain comment.
+  // As a paste of `from` at `to` (the same size) does: texts, formats and sizes come along, and
+  // what stood at `to` goes. A conversation is pasted as a plain comment.
   void Paste(const Area& from, const Area& to);
 
  private:

@@ -83,8 +83,8 @@ std::string CommentsText::Body(std::string_view text) const {
 int CommentsText::AuthorNumber(std::string_view author) {
   auto found = std::ranges::find(authors_, author);
   if (found == authors_.end()) {
-    new_authors_ += "<" + Element("author") + ">" + EncodeXmlText(author) + "</" +
-                    Element("author") + ">";
+    new_authors_ +=
+        "<" + Element("author") + ">" + EncodeXmlText(author) + "</" + Element("author") + ">";
     found = authors_.emplace(authors_.end(), author);
   }
   return static_cast<int>(found - authors_.begin());

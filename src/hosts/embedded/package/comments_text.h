@@ -42,7 +42,9 @@ class CommentsText {
 
   // `body` is a <text> element. What stood in the cell is replaced.
   void Put(CellAddress cell, std::string_view body, std::string_view author);
-  void SetBody(const Comment& comment, std::string_view body) { patch_.Replace(comment.body, body); }
+  void SetBody(const Comment& comment, std::string_view body) {
+    patch_.Replace(comment.body, body);
+  }
   // Nothing when the cell has none (left).
   void Remove(CellAddress cell);
 

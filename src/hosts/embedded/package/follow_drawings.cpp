@@ -1,6 +1,5 @@
 // Anchors and linked cells of drawings: the drawing parts, legacy drawings, comments and the
 // properties of form controls.
-#include <array>
 #include <vector>
 
 #include "package/follow_markup.h"
@@ -50,7 +49,8 @@ bool IsSet(std::string_view raw) {
 struct ClientData {
   bool is_note = false;
   // As Excel writes them, the elements MoveWithCells and SizeWithCells mean the opposite of what
-  // they are called: an object that has the first keeps its place, one that has the second its size.
+  // they are called: an object that has the first keeps its place, one that has the second its
+  // size.
   bool keeps_place = false;
   bool keeps_size = false;
   std::string_view anchor;

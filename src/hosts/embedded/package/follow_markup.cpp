@@ -1,7 +1,5 @@
 #include "package/follow_markup.h"
 
-#include <array>
-
 #include "package/markup_follower.h"
 
 namespace vantora::embedded {

@@ -35,8 +35,8 @@ struct FollowRule {
 
 class MarkupFollower {
  public:
-  // All must outlive it. `sheet` is the id of the sheet that areas lie on and formulas belong to, -1
-  // for none; `sheets` may be null when there are no formulas.
+  // All must outlive it. `sheet` is the id of the sheet that areas lie on and formulas belong to,
+  // -1 for none; `sheets` may be null when there are no formulas.
   MarkupFollower(std::string_view text, int sheet, std::span<const ColumnInsertion> insertions,
                  const SheetDirectory* sheets)
       : sheet_(sheet), insertions_(insertions), sheets_(sheets), patch_(text) {}

@@ -53,8 +53,8 @@ std::vector<int> ReadBlocks(std::string_view list) {
 
 std::string Points(int pixels) {
   std::array<char, 32> buffer;
-  auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
-                                    pixels * kPointsPerPixel);
+  auto [end, error] =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), pixels * kPointsPerPixel);
   return std::string(buffer.data(), end) + "pt";
 }
 
@@ -224,9 +224,7 @@ int NoteShapes::NextId() {
   return NextId();
 }
 
-void NoteShapes::Add(CellAddress cell) {
-  added_ += ShapeMarkup(cell, NextId(), ++shapes_);
-}
+void NoteShapes::Add(CellAddress cell) { added_ += ShapeMarkup(cell, NextId(), ++shapes_); }
 
 void NoteShapes::AddCopy(CellAddress from, const Note& note, CellAddress to) {
   TextPatch copy(note.shape);
@@ -246,8 +244,8 @@ void NoteShapes::SetVisible(const Note& note, bool visible) {
   std::size_t at = note.style.find(kProperty);
   if (at != std::string_view::npos) {
     at += kProperty.size();
-    std::string_view was = note.style.substr(at, std::min(note.style.find(';', at),
-                                                          note.style.size()) - at);
+    std::string_view was =
+        note.style.substr(at, std::min(note.style.find(';', at), note.style.size()) - at);
     if (TrimBlanks(was) != value) patch_.Replace(was, value);
   } else if (!visible && !note.style.empty()) {
     patch_.Insert(static_cast<std::size_t>(note.style.data() - text_.data()) + note.style.size(),

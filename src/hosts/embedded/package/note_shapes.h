@@ -25,7 +25,7 @@ class NoteShapes {
     std::string_view anchor;
     std::string_view row;
     std::string_view column;
-    std::string_view visible;  // the element <x:Visible>, empty when absent
+    std::string_view visible;          // the element <x:Visible>, empty when absent
     std::string_view client_data_end;  // where its end tag begins
     std::string_view prefix;           // of the client data's elements, with its colon
   };

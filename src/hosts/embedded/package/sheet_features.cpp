@@ -166,7 +166,8 @@ std::string CopyOfHyperlink(std::string_view text, const Area& area) {
   for (const XmlAttribute& attribute : scanner.attributes()) {
     if (attribute.name == "ref") patch.Replace(attribute.value, ToA1(area));
     if (LocalName(attribute.name) != "uid") continue;
-    std::size_t begin = static_cast<std::size_t>(attribute.name.data() - text.data());
+    // With the blank before it.
+    std::size_t begin = static_cast<std::size_t>(attribute.name.data() - text.data()) - 1;
     std::size_t end = static_cast<std::size_t>(attribute.value.data() - text.data());
     patch.Replace(begin, end + attribute.value.size() + 1, "");
   }
@@ -202,8 +203,8 @@ struct MergedCell {
 struct MergedCells {
   std::vector<MergedCell> cells;
   std::string_view count;
-  std::string_view tag;       // of the elements, with their prefix
-  std::size_t list_end = 0;   // where the list's end tag begins
+  std::string_view tag;      // of the elements, with their prefix
+  std::size_t list_end = 0;  // where the list's end tag begins
 };
 
 MergedCells ReadMergedCells(std::string_view text) {

@@ -19,8 +19,8 @@ enum FeatureSet : unsigned {
 // Takes `area` out of the features' areas; a feature left without cells goes.
 void ClearFeatures(SheetMarkup& markup, const Area& area, unsigned features);
 
-// As a paste of `from` at `to` (the same size) does: clears the features there, then extends or adds
-// those of `from`, formulas shifted relatively. Both areas lie on the sheet of `markup`.
+// As a paste of `from` at `to` (the same size) does: clears the features there, then extends or
+// adds those of `from`, formulas shifted relatively. Both areas lie on the sheet of `markup`.
 void PasteFeatures(SheetMarkup& markup, const Area& from, const Area& to, unsigned features);
 
 // Merged areas of the sheet.

@@ -3,6 +3,9 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -11,6 +14,9 @@
 #include "package/sheet_markup.h"
 
 namespace vantora::embedded {
+
+struct WorkbookParts;
+class NewSharedStrings;
 
 class WorkbookFile {
  public:
@@ -46,6 +52,7 @@ class WorkbookFile {
   void SetSelection(int sheet, const Area& area, CellAddress active_cell);
 
   // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on failure.
+  // May be called again after further edits.
   void Save(const std::filesystem::path& path);
 
  private:
@@ -53,15 +60,40 @@ class WorkbookFile {
     std::string part;
     SheetMarkup markup;
     std::size_t insertions_followed = 0;
+    // As read: to tell whether cells were erased, and whether the used area changed.
+    std::size_t loaded_cells = 0;
+    std::optional<Area> loaded_area;
   };
 
   WorkbookFile();
+  void ReadParts();
+  // Insertions that `followed` of them lie behind, and marks them as followed.
+  std::span<const ColumnInsertion> Pending(std::size_t& followed);
+  void FollowInParts(int sheet, std::span<const ColumnInsertion> pending);
+  void FollowInSharedParts();
+  bool CellsDiffer(int sheet) const;
+  // The sheets whose parts are to be written.
+  std::vector<int> ChangedSheets();
+  NewSharedStrings CollectSharedStrings(const std::vector<int>& sheets);
+  void WriteSharedStrings(const NewSharedStrings& added);
+  void WriteSheets(const std::vector<int>& sheets, const NewSharedStrings& added);
+  void WriteWorkbookPart();
+  void RemoveCalculationChain();
+  std::set<std::string> ChartParts() const;
+  void UpdateCharts(const std::vector<int>& sheets);
+
   WorkbookModel model_;
   std::unique_ptr<OpcPackage> package_;
+  std::unique_ptr<WorkbookParts> parts_;
   std::vector<SheetPart> sheets_;
   std::vector<ColumnInsertion> insertions_;
+  // Of the parts that belong to no sheet: charts, pivot caches.
+  std::size_t insertions_followed_ = 0;
   std::string name_;
   int active_sheet_ = 0;
+  int active_now_ = 0;
+  // The active sheet as the parts say.
+  int active_written_ = 0;
   bool calculate_on_opening_ = false;
 };
 

@@ -1,0 +1,172 @@
+// Single steps on planning models: load, save, recalculation, an operation. The arguments of each
+// measurement are the model's data sheets and rows.
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/globals.h"
+#include "formula/calculator.h"
+#include "host/session.h"
+#include "maintenance/year_end.h"
+#include "package/workbook_file.h"
+#include "planning_model.h"
+#include "support/fake_services.h"
+
+namespace vantora::bench {
+namespace {
+
+namespace fs = std::filesystem;
+using embedded::Area;
+using embedded::Calculator;
+using embedded::Session;
+using embedded::WorkbookFile;
+
+constexpr Area kWholeSheet{1, 1, embedded::kMaxRow, embedded::kMaxColumn};
+
+// The models that were needed, in a folder that goes when the program ends.
+class Models {
+ public:
+  Models() : folder_(fs::temp_directory_path() / ("vantora-bench-" + std::to_string(getpid()))) {
+    fs::create_directory(folder_);
+  }
+  ~Models() {
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+  }
+
+  struct Model {
+    fs::path path;
+    ModelCounts counts;
+  };
+  const Model& Get(const benchmark::State& state) {
+    ModelSize size{static_cast<int>(state.range(0)), static_cast<int>(state.range(1))};
+    auto [found, is_new] = models_.try_emplace({size.sheets, size.rows});
+    if (is_new) {
+      fs::path path = folder_ / (std::to_string(models_.size()) + ".xlsm");
+      found->second = {path, WritePlanningModel(path, size)};
+    }
+    return found->second;
+  }
+  fs::path output() const { return folder_ / "output.xlsm"; }
+
+ private:
+  fs::path folder_;
+  std::map<std::pair<int, int>, Model> models_;
+};
+
+Models& AllModels() {
+  static Models models;
+  return models;
+}
+
+void CountCells(benchmark::State& state) {
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) *
+                          static_cast<std::int64_t>(AllModels().Get(state).counts.cells));
+}
+
+void Load(benchmark::State& state) {
+  const auto& model = AllModels().Get(state);
+  for (auto _ : state) benchmark::DoNotOptimize(WorkbookFile::Open(model.path));
+  CountCells(state);
+}
+
+// Every sheet is written anew: one value of each has changed.
+void Save(benchmark::State& state) {
+  auto file = WorkbookFile::Open(AllModels().Get(state).path);
+  for (auto _ : state) {
+    state.PauseTiming();
+    for (auto& sheet : file->model().sheets) {
+      embedded::CellAddress cell{3, 2};
+      double number = sheet->cells.Get(cell).value.number + 1;
+      sheet->cells.SetConstant(cell, embedded::CellValue::Number(number));
+    }
+    state.ResumeTiming();
+    file->Save(AllModels().output());
+  }
+  CountCells(state);
+}
+
+void BuildIndex(benchmark::State& state) {
+  auto file = WorkbookFile::Open(AllModels().Get(state).path);
+  for (auto _ : state) {
+    Calculator calculator(file->model());
+    calculator.Changed(0, {1, 30, 1, 30});
+  }
+  CountCells(state);
+}
+
+void CountEvaluations(benchmark::State& state, const Calculator& calculator) {
+  state.SetItemsProcessed(static_cast<std::int64_t>(calculator.evaluations()));
+}
+
+void RecalculateEverything(benchmark::State& state) {
+  auto file = WorkbookFile::Open(AllModels().Get(state).path);
+  Calculator calculator(file->model());
+  for (auto _ : state) {
+    for (auto& sheet : file->model().sheets) calculator.Changed(sheet->id, kWholeSheet);
+    calculator.CalculateAll();
+  }
+  if (!calculator.Uncalculable().empty()) state.SkipWithError("formulas can't be calculated");
+  CountEvaluations(state, calculator);
+}
+
+// One factor of the lookup table, which a good part of the formulas on all sheets use.
+void RecalculateAfterOneEdit(benchmark::State& state) {
+  auto file = WorkbookFile::Open(AllModels().Get(state).path);
+  Calculator calculator(file->model());
+  for (auto _ : state) {
+    calculator.Changed(0, {14, 28, 14, 28});
+    calculator.CalculateAll();
+  }
+  CountEvaluations(state, calculator);
+}
+
+void InsertColumnOnEachSheet(benchmark::State& state) {
+  auto file = WorkbookFile::Open(AllModels().Get(state).path);
+  Calculator calculator(file->model());
+  calculator.Changed(0, {1, 30, 1, 30});
+  for (auto _ : state) {
+    for (auto& sheet : file->model().sheets) calculator.InsertColumns({sheet->id, 30, 1});
+  }
+}
+
+void ShiftHistory(benchmark::State& state) {
+  for (auto _ : state) {
+    state.PauseTiming();
+    auto session = Session::Open(AllModels().Get(state).path);
+    testing::FakeServices fake({"OK"});
+    clsGlobals globals(fake.services);
+    globals.SetApp(session->application());
+    clsYearEnd year_end(fake.services);
+    year_end.Init(&globals);
+    state.ResumeTiming();
+    year_end.ShiftHistory();
+    session->Calculate();
+    state.PauseTiming();
+    session.reset();
+    state.ResumeTiming();
+  }
+  CountCells(state);
+}
+
+#define VANTORA_MEASURE(step) \
+  BENCHMARK(step)->Args({4, 500})->Args({20, 1000})->Unit(benchmark::kMillisecond)
+
+VANTORA_MEASURE(Load);
+VANTORA_MEASURE(Save);
+VANTORA_MEASURE(BuildIndex);
+VANTORA_MEASURE(RecalculateEverything);
+VANTORA_MEASURE(RecalculateAfterOneEdit);
+VANTORA_MEASURE(InsertColumnOnEachSheet);
+VANTORA_MEASURE(ShiftHistory);
+
+}  // namespace
+}  // namespace vantora::bench
+
+BENCHMARK_MAIN();

@@ -1,0 +1,101 @@
+#include "cli/call.h"
+
+#include <charconv>
+#include <memory>
+
+#include "cli/run_options.h"
+#include "core/convert.h"
+
+namespace vantora::cli {
+namespace {
+
+std::string Describe(const component::PublicClass& public_class, const component::Method& method) {
+  return std::string(public_class.name) + "." + std::string(method.name);
+}
+
+// Throws UsageError when the text is no value of the parameter's type.
+Value ParseArgument(const std::string& text, const component::Parameter& parameter) {
+  switch (parameter.type) {
+    case component::ParameterType::kText:
+      return Value(text);
+    case component::ParameterType::kInteger: {
+      int number = 0;
+      const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+      if (error == std::errc() && end == text.data() + text.size()) return Value(number);
+      break;
+    }
+    case component::ParameterType::kBoolean:
+      for (const std::string_view yes : {"true", "yes", "1"}) {
+        if (EqualsIgnoreCase(text, yes)) return Value(true);
+      }
+      for (const std::string_view no : {"false", "no", "0"}) {
+        if (EqualsIgnoreCase(text, no)) return Value(false);
+      }
+      break;
+  }
+  throw UsageError("The argument " + std::string(parameter.name) + " is a " +
+                   std::string(NameOf(parameter.type)) + "; \"" + text + "\" is none.");
+}
+
+const component::PublicClass& ClassOf(const std::string& name) {
+  const component::PublicClass* found = component::FindClass(name);
+  if (found == nullptr) {
+    throw UsageError("There is no class \"" + name + "\"; 'vantora list' shows all.");
+  }
+  if (!found->create) {
+    throw UsageError("The class " + std::string(found->name) + " is not available yet.");
+  }
+  return *found;
+}
+
+const component::Method& MethodOf(const component::PublicClass& public_class,
+                                  const std::string& name) {
+  const component::Method* found = component::FindMethod(public_class, name);
+  if (found == nullptr) {
+    throw UsageError("The class " + std::string(public_class.name) + " has no method \"" + name +
+                     "\"; 'vantora list' shows all.");
+  }
+  return *found;
+}
+
+}  // namespace
+
+std::string_view NameOf(component::ParameterType type) {
+  switch (type) {
+    case component::ParameterType::kText:
+      return "text";
+    case component::ParameterType::kInteger:
+      return "whole number";
+    case component::ParameterType::kBoolean:
+      return "true or false";
+  }
+  return "";
+}
+
+Call::Call(const std::string& class_name, const std::string& method_name,
+           const std::vector<std::string>& arguments)
+    : public_class_(&ClassOf(class_name)), method_(&MethodOf(*public_class_, method_name)) {
+  const auto& parameters = method_->parameters;
+  if (arguments.size() != parameters.size()) {
+    std::string names;
+    for (const auto& parameter : parameters) names += " " + std::string(parameter.name);
+    throw UsageError(Describe(*public_class_, *method_) + " takes " +
+                     (parameters.empty() ? "no arguments" : "the arguments" + names) + "; " +
+                     std::to_string(arguments.size()) + " given.");
+  }
+  for (std::size_t i = 0; i < parameters.size(); ++i) {
+    arguments_.push_back(ParseArgument(arguments[i], parameters[i]));
+  }
+}
+
+Value Call::Run(Services& services, clsGlobals& globals) const {
+  if (EqualsIgnoreCase(public_class_->name, globals.class_name())) {
+    return method_->call(globals, arguments_);
+  }
+  const std::unique_ptr<PublicObject> object = public_class_->create(services);
+  auto* bound = dynamic_cast<BoundObject*>(object.get());
+  if (bound != nullptr) bound->Init(&globals);
+  return method_->call(*object, arguments_);
+}
+
+}  // namespace vantora::cli

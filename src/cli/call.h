@@ -1,0 +1,33 @@
+// A method of a public class as the command line names it, with its arguments.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "component/class_table.h"
+#include "core/globals.h"
+
+namespace vantora::cli {
+
+class Call {
+ public:
+  // Case-insensitive names. Throws UsageError for a class or method that does not exist, and for
+  // arguments of the wrong number or kind.
+  Call(const std::string& class_name, const std::string& method_name,
+       const std::vector<std::string>& arguments);
+
+  // Creates the object, initialises it with the session context and calls the method. Nothing is
+  // called when the object refuses the context, which it has reported then. Throws what the method
+  // throws.
+  Value Run(Services& services, clsGlobals& globals) const;
+
+ private:
+  const component::PublicClass* public_class_;
+  const component::Method* method_;
+  std::vector<Value> arguments_;
+};
+
+// "text", "whole number" or "true or false".
+std::string_view NameOf(component::ParameterType type);
+
+}  // namespace vantora::cli

@@ -1,0 +1,237 @@
+#include "cli/report.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "core/convert.h"
+#include "ui/console/message_box.h"
+#include "ui/console/terminal_text.h"
+
+namespace vantora::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::size_t kUncalculatedShown = 10;
+
+std::string_view OutcomeWord(ExitCode exit_code) {
+  switch (exit_code) {
+    case ExitCode::kDone:
+      return "done";
+    case ExitCode::kError:
+      return "error";
+    case ExitCode::kUsage:
+      return "usage";
+    case ExitCode::kCancelled:
+      return "cancelled";
+    case ExitCode::kUnanswered:
+      return "unanswered";
+  }
+  return "";
+}
+
+// A cell's content on one line; text of several lines with "\n" for each line break.
+std::string OnOneLine(const std::string& text) {
+  if (text.empty()) return "(empty)";
+  std::string line;
+  for (const char c : text) {
+    if (c == '\n') {
+      line += "\\n";
+    } else if (c != '\r') {
+      line += c;
+    }
+  }
+  return ui::Printable(line);
+}
+
+std::string Count(std::size_t count, const std::string& one, const std::string& many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string ColumnsText(const embedded::InsertedColumns& inserted) {
+  const std::string first = embedded::ColumnLetters(inserted.column);
+  if (inserted.count == 1) return "column " + first + " inserted";
+  return "columns " + first + " to " +
+         embedded::ColumnLetters(inserted.column + inserted.count - 1) + " inserted";
+}
+
+// The changed sheets, each once.
+std::vector<std::string> SheetsOf(const embedded::ChangeList& changes) {
+  std::vector<std::string> sheets;
+  const auto add = [&](const std::string& sheet) {
+    if (std::find(sheets.begin(), sheets.end(), sheet) == sheets.end()) sheets.push_back(sheet);
+  };
+  for (const auto& inserted : changes.inserted) add(inserted.sheet);
+  for (std::size_t i = 0; i < changes.cells.size(); ++i) {
+    if (i == 0 || changes.cells[i].sheet != changes.cells[i - 1].sheet) add(changes.cells[i].sheet);
+  }
+  return sheets;
+}
+
+void WriteCells(const embedded::ChangeList& changes, const std::string& sheet, std::ostream& out,
+                std::size_t limit) {
+  // A sheet's cells stand together.
+  const auto is_of_sheet = [&](const embedded::CellChange& cell) { return cell.sheet == sheet; };
+  const auto first = std::find_if(changes.cells.begin(), changes.cells.end(), is_of_sheet);
+  const auto last = std::find_if_not(first, changes.cells.end(), is_of_sheet);
+  const auto count = static_cast<std::size_t>(last - first);
+  const auto shown_end = first + static_cast<std::ptrdiff_t>(std::min(count, limit));
+  for (auto cell = first; cell != shown_end; ++cell) {
+    out << "  " << embedded::ToA1(cell->cell) << "  " << OnOneLine(cell->before) << "  ->  "
+        << OnOneLine(cell->after) << '\n';
+  }
+  if (count > limit) out << "  ... and " << Count(count - limit, "more cell", "more cells") << '\n';
+}
+
+void WriteUncalculated(const std::vector<UncalculatedFormula>& formulas, std::ostream& err) {
+  if (formulas.empty()) return;
+  err << Count(formulas.size(), "formula", "formulas")
+      << " could not be calculated: such a cell keeps its last value, and Excel calculates it when "
+         "it opens the file.\n";
+  const std::size_t shown = std::min(formulas.size(), kUncalculatedShown);
+  for (std::size_t i = 0; i < shown; ++i) {
+    err << "  " << ui::Printable(formulas[i].sheet) << "!" << embedded::ToA1(formulas[i].cell)
+        << ": " << ui::Printable(formulas[i].reason) << '\n';
+  }
+  if (formulas.size() > shown) err << "  ... and " << formulas.size() - shown << " more\n";
+}
+
+void WriteError(const ReportedError& error, std::ostream& err) {
+  if (error.was_shown) {
+    err << "vantora: the model reported an error.\n";
+    return;
+  }
+  err << "vantora: ";
+  if (error.number) {
+    err << ui::Printable(error.source) << " reports error " << *error.number << ": ";
+  }
+  err << ui::Printable(error.text) << '\n';
+}
+
+void WriteEnd(const RunOutcome& outcome, std::ostream& err) {
+  switch (outcome.exit_code) {
+    case ExitCode::kDone:
+      break;
+    case ExitCode::kCancelled:
+      err << "vantora: cancelled; nothing was written.\n";
+      return;
+    case ExitCode::kUsage:
+      return;
+    case ExitCode::kError:
+    case ExitCode::kUnanswered:
+      err << "Nothing was written.\n";
+      return;
+  }
+  if (!outcome.written) {
+    err << "Nothing was written (--dry-run).\n";
+    return;
+  }
+  err << "Written: " << outcome.written->string();
+  if (outcome.backup) err << " (before: " << outcome.backup->string() << ")";
+  err << '\n';
+}
+
+Json ErrorJson(const ReportedError& error) {
+  Json json = {{"text", error.text}};
+  if (error.number) {
+    json["number"] = *error.number;
+    json["source"] = error.source;
+  }
+  return json;
+}
+
+Json ResultJson(const Value& value) {
+  if (value.IsEmpty()) return nullptr;
+  if (value.IsBoolean()) return value.AsBoolean();
+  if (value.IsNumber()) return value.AsNumber();
+  return ValueToText(value);
+}
+
+Json ChangesJson(const embedded::ChangeList& changes) {
+  Json inserted = Json::array();
+  for (const auto& columns : changes.inserted) {
+    inserted.push_back({{"sheet", columns.sheet},
+                        {"column", embedded::ColumnLetters(columns.column)},
+                        {"count", columns.count}});
+  }
+  Json cells = Json::array();
+  for (const auto& cell : changes.cells) {
+    cells.push_back({{"sheet", cell.sheet},
+                     {"cell", embedded::ToA1(cell.cell)},
+                     {"before", cell.before},
+                     {"after", cell.after}});
+  }
+  return {{"inserted_columns", inserted}, {"cells", cells}, {"others", changes.others}};
+}
+
+Json PathJson(const std::optional<std::filesystem::path>& path) {
+  return path ? Json(path->string()) : Json(nullptr);
+}
+
+Json OutcomeJson(const RunOutcome& outcome) {
+  Json messages = Json::array();
+  for (const ShownMessage& message : outcome.messages) {
+    messages.push_back({{"title", message.title},
+                        {"icon", ui::IconWordOf(message.style)},
+                        {"text", message.text},
+                        {"buttons", message.buttons},
+                        {"answer", message.answer}});
+  }
+  Json uncalculated = Json::array();
+  for (const UncalculatedFormula& formula : outcome.uncalculated) {
+    uncalculated.push_back({{"sheet", formula.sheet},
+                            {"cell", embedded::ToA1(formula.cell)},
+                            {"reason", formula.reason}});
+  }
+  return {{"outcome", OutcomeWord(outcome.exit_code)},
+          {"exit_code", static_cast<int>(outcome.exit_code)},
+          {"error", outcome.error ? ErrorJson(*outcome.error) : Json(nullptr)},
+          {"result", ResultJson(outcome.result)},
+          {"messages", messages},
+          {"unused_answers", outcome.unused_answers},
+          {"changes", ChangesJson(outcome.changes)},
+          {"uncalculated", uncalculated},
+          {"written", PathJson(outcome.written)},
+          {"backup", PathJson(outcome.backup)}};
+}
+
+}  // namespace
+
+void WriteChanges(const embedded::ChangeList& changes, std::ostream& out,
+                  std::size_t cells_of_a_sheet) {
+  if (changes.inserted.empty() && changes.cells.empty() && changes.others.empty()) {
+    out << "Nothing changed.\n";
+    return;
+  }
+  for (const std::string& sheet : SheetsOf(changes)) {
+    out << ui::Printable(sheet) << '\n';
+    for (const auto& inserted : changes.inserted) {
+      if (inserted.sheet == sheet) out << "  " << ColumnsText(inserted) << '\n';
+    }
+    WriteCells(changes, sheet, out, cells_of_a_sheet);
+  }
+  if (!changes.others.empty()) out << "Other changes\n";
+  for (const std::string& other : changes.others) out << "  " << OnOneLine(other) << '\n';
+}
+
+void Report(const RunOutcome& outcome, const RunOptions& options, std::ostream& out,
+            std::ostream& err) {
+  const bool done = outcome.exit_code == ExitCode::kDone;
+  std::ostream& words = options.json ? err : out;
+  if (options.json) {
+    // Text that is no UTF-8 (a file name) is replaced rather than refused.
+    out << OutcomeJson(outcome).dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  } else if (done && !outcome.result.IsEmpty()) {
+    out << ui::Printable(ValueToText(outcome.result)) << '\n';
+  }
+  if (done && options.changes) WriteChanges(outcome.changes, words);
+  if (outcome.error) WriteError(*outcome.error, err);
+  WriteUncalculated(outcome.uncalculated, err);
+  for (const std::string& answer : outcome.unused_answers) {
+    err << "vantora: warning: nothing asked for the answer \"" << ui::Printable(answer) << "\".\n";
+  }
+  WriteEnd(outcome, err);
+}
+
+}  // namespace vantora::cli

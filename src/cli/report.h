@@ -1,0 +1,20 @@
+// The outcome of a run in words and as JSON.
+#pragma once
+
+#include <ostream>
+
+#include "cli/run_options.h"
+#include "cli/run_outcome.h"
+
+namespace vantora::cli {
+
+// What changed, grouped by sheet, a line a cell, at most `cells_of_a_sheet` of each sheet.
+void WriteChanges(const embedded::ChangeList& changes, std::ostream& out,
+                  std::size_t cells_of_a_sheet = 40);
+
+// The method's result and, where asked for, the changes go to `out`, all else to `err`; with --json
+// one JSON object goes to `out` and everything in words to `err`.
+void Report(const RunOutcome& outcome, const RunOptions& options, std::ostream& out,
+            std::ostream& err);
+
+}  // namespace vantora::cli

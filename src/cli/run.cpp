@@ -1,0 +1,157 @@
+#include "cli/run.h"
+
+#include <memory>
+#include <utility>
+
+#include "cli/call.h"
+#include "cli/run_user_interface.h"
+#include "cli/save.h"
+#include "package/file_error.h"
+
+namespace vantora::cli {
+namespace {
+
+std::vector<ui::Answer> ParseAnswers(const std::vector<std::string>& texts) {
+  std::vector<ui::Answer> answers;
+  for (const std::string& text : texts) {
+    try {
+      answers.push_back(ui::ParseAnswer(text));
+    } catch (const std::invalid_argument& error) {
+      throw UsageError(error.what());
+    }
+  }
+  return answers;
+}
+
+RunUserInterface::Unanswered WhoAnswers(const RunOptions& options, const Environment& environment) {
+  if (options.yes) return RunUserInterface::Unanswered::kYes;
+  return environment.interactive ? RunUserInterface::Unanswered::kTerminal
+                                 : RunUserInterface::Unanswered::kFail;
+}
+
+// The range that an option names. A reference that is none is a mistake of the command line.
+host::RangePtr RangeOf(embedded::Session& session, const std::string& reference) {
+  try {
+    return session.Range(reference);
+  } catch (const HostError& error) {
+    throw UsageError(error.description());
+  }
+}
+
+host::WorksheetPtr SheetOf(embedded::Session& session, const std::string& name) {
+  try {
+    return session.Worksheet(name);
+  } catch (const HostError&) {
+    throw UsageError("The workbook has no worksheet \"" + name + "\".");
+  }
+}
+
+void Prepare(embedded::Session& session, const RunOptions& options) {
+  if (!options.sheet.empty()) SheetOf(session, options.sheet)->Activate();
+  for (const CellToSet& cell : options.cells_to_set) {
+    RangeOf(session, cell.reference)->SetValue(Value(cell.value));
+  }
+  if (!options.selection.empty()) RangeOf(session, options.selection)->Select();
+}
+
+Value CallMethod(const Call& call, embedded::Session& session, RunUserInterface& user_interface,
+                 Environment& environment) {
+  Services services{user_interface, environment.clock, environment.file_versions};
+  host::ApplicationPtr application = session.application();
+  if (environment.wrap_application) application = environment.wrap_application(application);
+  clsGlobals globals(services);
+  globals.SetApp(std::move(application));
+  return call.Run(services, globals);
+}
+
+void TellState(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
+  for (const embedded::Uncalculated& formula : session.Calculate()) {
+    outcome.uncalculated.push_back(
+        {session.file().model().NameOf(formula.sheet), formula.cell, formula.reason});
+  }
+  if (options.changes || options.json) outcome.changes = session.Changes();
+}
+
+void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
+  if (options.target == Target::kNowhere) return;
+  SavedFiles files = Save(session, options);
+  outcome.written = std::move(files.written);
+  outcome.backup = std::move(files.backup);
+}
+
+// The run itself; throws what ends it early.
+void Execute(const RunOptions& options, const Call& call, RunUserInterface& user_interface,
+             Environment& environment, RunOutcome& outcome) {
+  const std::unique_ptr<embedded::Session> session = embedded::Session::Open(options.model);
+  if (options.changes || options.json) session->RecordChanges();
+  Prepare(*session, options);
+  outcome.result = CallMethod(call, *session, user_interface, environment);
+  if (user_interface.reported_error()) {
+    outcome.exit_code = ExitCode::kError;
+    outcome.error = {.text = *user_interface.reported_error(),
+                     .number = {},
+                     .source = "",
+                     .was_shown = true};
+    return;
+  }
+  if (user_interface.cancelled()) {
+    outcome.exit_code = ExitCode::kCancelled;
+    return;
+  }
+  TellState(*session, options, outcome);
+  SaveResult(*session, options, outcome);
+}
+
+void Fail(RunOutcome& outcome, ExitCode exit_code, ReportedError error) {
+  outcome.exit_code = exit_code;
+  outcome.error = std::move(error);
+  outcome.changes = {};
+  outcome.uncalculated.clear();
+}
+
+// Calls `run` and puts what it throws into the outcome.
+template <typename Function>
+void Catching(RunOutcome& outcome, Function run) {
+  const auto text_only = [](const std::exception& error) {
+    return ReportedError{.text = error.what(), .number = {}, .source = ""};
+  };
+  try {
+    run();
+  } catch (const UsageError& error) {
+    Fail(outcome, ExitCode::kUsage, text_only(error));
+  } catch (const HostError& error) {
+    Fail(outcome, ExitCode::kError,
+         {.text = error.description(), .number = error.number(), .source = error.source()});
+  } catch (const ui::AnswerError& error) {
+    Fail(outcome, ExitCode::kUnanswered, text_only(error));
+  } catch (const ui::InputEnded& error) {
+    Fail(outcome, ExitCode::kUnanswered, text_only(error));
+  } catch (const std::bad_alloc&) {
+    Fail(outcome, ExitCode::kError,
+         {.text = "There is not enough memory for this workbook.", .number = {}, .source = ""});
+  } catch (const std::exception& error) {
+    Fail(outcome, ExitCode::kError, text_only(error));
+  }
+}
+
+}  // namespace
+
+RunOutcome Run(const RunOptions& options, Environment& environment) {
+  RunOutcome outcome;
+  Catching(outcome, [&] {
+    const Call call(options.class_name, options.method_name, options.arguments);
+    CheckTarget(options);
+    ui::ConsoleUserInterface console(
+        ui::Terminal(environment.in, environment.err, environment.width),
+        environment.shows_progress ? ui::ConsoleUserInterface::Progress::kShown
+                                   : ui::ConsoleUserInterface::Progress::kHidden);
+    RunUserInterface user_interface(console, ParseAnswers(options.answers),
+                                    WhoAnswers(options, environment));
+    Catching(outcome, [&] { Execute(options, call, user_interface, environment, outcome); });
+    outcome.messages = user_interface.messages();
+    outcome.unused_answers = user_interface.UnusedAnswers();
+  });
+  return outcome;
+}
+
+}  // namespace vantora::cli

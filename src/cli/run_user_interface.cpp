@@ -1,0 +1,110 @@
+#include "cli/run_user_interface.h"
+
+#include <utility>
+
+#include "ui/console/message_box.h"
+
+namespace vantora::cli {
+namespace {
+
+constexpr int kIconMask = 0xF0;
+
+// The button that leaves a form without an answer; null when it has none.
+Button* CancelButtonOf(const Form& form) {
+  for (const auto& control : form.controls()) {
+    if (control->kind() != ControlKind::kButton) continue;
+    auto* button = static_cast<Button*>(control.get());
+    if (button->is_cancel()) return button;
+  }
+  return nullptr;
+}
+
+// Tells whether a form's cancel button is pressed while this object exists.
+class CancelWatch {
+ public:
+  explicit CancelWatch(const Form& form) : button_(CancelButtonOf(form)) {
+    if (button_ == nullptr) return;
+    original_ = button_->on_click;
+    button_->on_click = [this] {
+      pressed_ = true;
+      if (original_) original_();
+    };
+  }
+  ~CancelWatch() {
+    if (button_ != nullptr) button_->on_click = original_;
+  }
+  CancelWatch(const CancelWatch&) = delete;
+  CancelWatch& operator=(const CancelWatch&) = delete;
+
+  bool pressed() const { return pressed_; }
+
+ private:
+  Button* button_;
+  std::function<void()> original_;
+  bool pressed_ = false;
+};
+
+}  // namespace
+
+RunUserInterface::RunUserInterface(ui::ConsoleUserInterface& console,
+                                   std::vector<ui::Answer> answers, Unanswered unanswered)
+    : console_(console),
+      scripted_(std::move(answers), unanswered == Unanswered::kYes
+                                        ? ui::ScriptedUserInterface::WhenExhausted::kYes
+                                        : ui::ScriptedUserInterface::WhenExhausted::kAsk),
+      unanswered_(unanswered) {
+  if (unanswered == Unanswered::kTerminal) scripted_.SetFallback(&console_);
+}
+
+MessageBoxResult RunUserInterface::MessageBox(std::string_view text, int style,
+                                              std::string_view title) {
+  const MessageBoxResult result = Answer(text, style, title);
+  ShownMessage message{
+      std::string(title), std::string(text), style, {}, std::string(ui::CaptionOf(result))};
+  for (const MessageBoxResult button : ui::ButtonsOf(style)) {
+    message.buttons.emplace_back(ui::CaptionOf(button));
+  }
+  const bool is_question = message.buttons.size() > 1;
+  messages_.push_back(std::move(message));
+  if (is_question) question_cancelled_ = result == MessageBoxResult::kCancel;
+  if ((style & kIconMask) == kCritical && !reported_error_) reported_error_ = text;
+  return result;
+}
+
+MessageBoxResult RunUserInterface::Answer(std::string_view text, int style,
+                                          std::string_view title) {
+  const bool is_question = ui::ButtonsOf(style).size() > 1;
+  const bool answered_beforehand = is_question && !scripted_.unused_answers().empty();
+  if (unanswered_ == Unanswered::kTerminal && !answered_beforehand) {
+    return console_.MessageBox(text, style, title);
+  }
+  const MessageBoxResult result =
+      is_question ? scripted_.MessageBox(text, style, title) : MessageBoxResult::kOk;
+  console_.ShowAnswered(text, style, title, result);
+  return result;
+}
+
+void RunUserInterface::ShowModal(Form& form) {
+  CancelWatch watch(form);
+  scripted_.ShowModal(form);
+  question_cancelled_ = watch.pressed() || form.unloaded();
+}
+
+void RunUserInterface::ShowModeless(Form& form) {
+  Button* cancel = form.visible() ? nullptr : CancelButtonOf(form);
+  if (cancel != nullptr) {
+    cancel->on_click = [this, original = cancel->on_click] {
+      progress_cancelled_ = true;
+      if (original) original();
+    };
+  }
+  console_.ShowModeless(form);
+}
+
+std::vector<std::string> RunUserInterface::UnusedAnswers() const {
+  std::vector<std::string> texts;
+  for (const ui::Answer& answer : scripted_.unused_answers()) texts.push_back(answer.text);
+  return texts;
+}
+
+}  // namespace vantora::cli

@@ -1,0 +1,57 @@
+// The user interface of a run: questions go to the answers given beforehand and then to the
+// terminal, progress to the terminal; it keeps what was shown and how the last question was
+// answered.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/run_outcome.h"
+#include "core/user_interface.h"
+#include "ui/console/console_user_interface.h"
+#include "ui/scripted/scripted_user_interface.h"
+
+namespace vantora::cli {
+
+class RunUserInterface : public UserInterface {
+ public:
+  // Who answers when no answer is left.
+  enum class Unanswered {
+    kFail,      // nobody: ScriptedUserInterface throws MissingAnswer
+    kYes,       // OK or Yes to a message box, the default button of a dialog
+    kTerminal,  // the person at the terminal
+  };
+
+  // `console` must outlive this object.
+  RunUserInterface(ui::ConsoleUserInterface& console, std::vector<ui::Answer> answers,
+                   Unanswered unanswered);
+
+  // A message box that has only OK takes none of the answers.
+  MessageBoxResult MessageBox(std::string_view text, int style, std::string_view title) override;
+  void ShowModal(Form& form) override;
+  void ShowModeless(Form& form) override;
+  void Refresh(Form& form) override { console_.Refresh(form); }
+  void Forget(Form& form) override { console_.Forget(form); }
+  void DoEvents() override { console_.DoEvents(); }
+
+  const std::vector<ShownMessage>& messages() const { return messages_; }
+  std::vector<std::string> UnusedAnswers() const;
+  // The text of the first message box with the critical icon.
+  const std::optional<std::string>& reported_error() const { return reported_error_; }
+  // Whether the last question was left with Cancel or the close box, or the progress was cancelled.
+  bool cancelled() const { return question_cancelled_ || progress_cancelled_; }
+
+ private:
+  MessageBoxResult Answer(std::string_view text, int style, std::string_view title);
+
+  ui::ConsoleUserInterface& console_;
+  ui::ScriptedUserInterface scripted_;
+  Unanswered unanswered_;
+  std::vector<ShownMessage> messages_;
+  std::optional<std::string> reported_error_;
+  bool question_cancelled_ = false;
+  bool progress_cancelled_ = false;
+};
+
+}  // namespace vantora::cli

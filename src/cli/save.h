@@ -1,0 +1,26 @@
+// Writing the result of a run.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "cli/run_options.h"
+#include "host/session.h"
+
+namespace vantora::cli {
+
+struct SavedFiles {
+  std::filesystem::path written;
+  std::optional<std::filesystem::path> backup;
+};
+
+// Throws UsageError when the result can't go where the options say: the model itself without
+// --in-place, or a name with another ending, which Excel would not open.
+void CheckTarget(const RunOptions& options);
+
+// Writes the session's workbook where the options say (which must not be nowhere). In place, the
+// file before stays beside it as "<model>.bak", and at every moment the model's name refers to a
+// whole file. Throws embedded::FileError and leaves the files as they were.
+SavedFiles Save(embedded::Session& session, const RunOptions& options);
+
+}  // namespace vantora::cli

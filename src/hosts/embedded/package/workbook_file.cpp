@@ -1,0 +1,402 @@
+#include "package/workbook_file.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "package/chart_caches.h"
+#include "package/follow_markup.h"
+#include "package/parallel.h"
+#include "package/sheet_reader.h"
+#include "package/sheet_writer.h"
+#include "package/styles_reader.h"
+#include "package/workbook_reader.h"
+#include "package/workbook_writer.h"
+#include "package/xml_scanner.h"
+
+namespace vantora::embedded {
+namespace {
+
+constexpr std::string_view kSpreadsheetNamespace =
+    "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
+constexpr std::string_view kRelationshipNamespace =
+    "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+constexpr std::string_view kXmlDeclaration =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n";
+constexpr std::string_view kSharedStringsType =
+    "application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml";
+constexpr std::string_view kStyles =
+    "<fonts count=\"1\"><font><sz val=\"11\"/><name val=\"Calibri\"/><family val=\"2\"/></font>"
+    "</fonts><fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill><fill>"
+    "<patternFill patternType=\"gray125\"/></fill></fills><borders count=\"1\"><border><left/>"
+    "<right/><top/><bottom/><diagonal/></border></borders><cellStyleXfs count=\"1\"><xf "
+    "numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/></cellStyleXfs><cellXfs count=\"1\">"
+    "<xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"/></cellXfs>"
+    "<cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/></cellStyles>";
+
+std::string SpreadsheetType(std::string_view kind) {
+  return "application/vnd.openxmlformats-officedocument.spreadsheetml." + std::string(kind) +
+         "+xml";
+}
+
+std::string RelationshipType(std::string_view kind) {
+  return std::string(kRelationshipNamespace) + "/" + std::string(kind);
+}
+
+// A document whose root is `name`, in the spreadsheet namespace.
+std::string Document(std::string_view name, std::string_view content) {
+  std::string text(kXmlDeclaration);
+  text += "<" + std::string(name) + " xmlns=\"" + std::string(kSpreadsheetNamespace) +
+          "\" xmlns:r=\"" + std::string(kRelationshipNamespace) + "\">";
+  text += content;
+  return text + "</" + std::string(name) + ">";
+}
+
+// The parts of a workbook with empty sheets.
+std::unique_ptr<OpcPackage> CreatePackage(const std::vector<std::string>& sheet_names) {
+  std::unique_ptr<OpcPackage> package = OpcPackage::Create();
+  const std::string workbook = "xl/workbook.xml";
+  package->EnsureDefaultContentType("rels",
+                                    "application/vnd.openxmlformats-package.relationships+xml");
+  package->EnsureDefaultContentType("xml", "application/xml");
+  package->SetContentType(workbook, SpreadsheetType("sheet.main"));
+  package->AddRelationship("", RelationshipType("officeDocument"), workbook);
+  std::string sheets;
+  for (std::size_t i = 0; i < sheet_names.size(); ++i) {
+    const std::string number = std::to_string(i + 1);
+    const std::string part = "xl/worksheets/sheet" + number + ".xml";
+    package->Write(part, Document("worksheet", "<dimension ref=\"A1\"/><sheetData/>"));
+    package->SetContentType(part, SpreadsheetType("worksheet"));
+    std::string id = package->AddRelationship(workbook, RelationshipType("worksheet"), part);
+    sheets += "<sheet name=\"" + EncodeXmlAttribute(sheet_names[i]) + "\" sheetId=\"" + number +
+              "\" r:id=\"" + id + "\"/>";
+  }
+  package->Write(workbook, Document("workbook", "<bookViews><workbookView/></bookViews><sheets>" +
+                                                    sheets + "</sheets>"));
+  package->Write("xl/styles.xml", Document("styleSheet", kStyles));
+  package->SetContentType("xl/styles.xml", SpreadsheetType("styles"));
+  package->AddRelationship(workbook, RelationshipType("styles"), "xl/styles.xml");
+  return package;
+}
+
+bool IsChart(const Relationship& relationship) {
+  return relationship.IsType("chart") || relationship.IsType("chartEx");
+}
+
+}  // namespace
+
+WorkbookFile::WorkbookFile() = default;
+WorkbookFile::~WorkbookFile() = default;
+
+std::unique_ptr<WorkbookFile> WorkbookFile::Open(const std::filesystem::path& path) {
+  std::unique_ptr<WorkbookFile> file(new WorkbookFile());
+  file->name_ = path.filename().string();
+  file->package_ = OpcPackage::Open(path);
+  file->ReadParts();
+  return file;
+}
+
+std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string>& sheet_names) {
+  std::unique_ptr<WorkbookFile> file(new WorkbookFile());
+  file->name_ = "Book1";
+  file->package_ = CreatePackage(sheet_names);
+  file->ReadParts();
+  return file;
+}
+
+void WorkbookFile::ReadParts() {
+  std::string workbook = FindWorkbookPart(*package_, name_);
+  parts_ = std::make_unique<WorkbookParts>(
+      ReadWorkbook(*package_, workbook, model_, active_sheet_));
+  active_now_ = active_written_ = active_sheet_;
+  model_.styles = ReadStyles(*package_, parts_->styles, parts_->theme);
+  ReadSharedStrings(*package_, parts_->shared_strings, model_.strings);
+  sheets_.resize(parts_->sheets.size());
+  std::vector<SheetMarkup*> markups;
+  for (std::size_t id = 0; id < sheets_.size(); ++id) {
+    sheets_[id].part = parts_->sheets[id];
+    markups.push_back(&sheets_[id].markup);
+  }
+  ReadSheets(*package_, *parts_, model_, markups);
+  for (std::size_t id = 0; id < sheets_.size(); ++id) {
+    sheets_[id].loaded_cells = model_.sheets[id]->cells.size();
+    sheets_[id].loaded_area = model_.sheets[id]->cells.UsedArea();
+  }
+}
+
+bool WorkbookFile::has_macros() const {
+  const auto& relationships = package_->RelationshipsOf(parts_->workbook);
+  return std::any_of(relationships.begin(), relationships.end(),
+                     [](const Relationship& r) { return r.IsType("vbaProject"); });
+}
+
+std::span<const ColumnInsertion> WorkbookFile::Pending(std::size_t& followed) {
+  std::span<const ColumnInsertion> pending = std::span(insertions_).subspan(followed);
+  followed = insertions_.size();
+  return pending;
+}
+
+void WorkbookFile::FollowInsertions(int sheet) {
+  SheetPart& part = sheets_[sheet];
+  auto pending = Pending(part.insertions_followed);
+  if (pending.empty()) return;
+  if (FollowInSheetMarkup(part.markup, sheet, pending, model_)) part.markup.changed = true;
+  FollowInParts(sheet, pending);
+}
+
+void WorkbookFile::FollowInParts(int sheet, std::span<const ColumnInsertion> pending) {
+  // Copied: a part that is written makes the package read relationships anew.
+  const std::vector<Relationship> relationships = package_->RelationshipsOf(sheets_[sheet].part);
+  for (const Relationship& relationship : relationships) {
+    if (relationship.external || !package_->Has(relationship.target)) continue;
+    const std::string& part = relationship.target;
+    auto follow = [&](auto&& function) {
+      try {
+        if (std::optional<std::string> text = function(package_->Read(part))) {
+          package_->Write(part, std::move(*text));
+        }
+      } catch (const XmlError& error) {
+        ThrowDamaged(part, error);
+      }
+    };
+    if (relationship.IsType("drawing")) {
+      follow([&](const std::string& text) {
+        return FollowInDrawing(text, sheet, pending, model_);
+      });
+    } else if (relationship.IsType("vmlDrawing")) {
+      follow([&](const std::string& text) {
+        return FollowInVmlDrawing(text, sheet, pending, model_);
+      });
+    } else if (relationship.IsType("comments") || relationship.IsType("threadedComment")) {
+      follow([&](const std::string& text) { return FollowInComments(text, sheet, pending); });
+    } else if (relationship.IsType("table")) {
+      follow([&](const std::string& text) {
+        return FollowInTable(text, sheet, pending, model_);
+      });
+    } else if (relationship.IsType("ctrlProp")) {
+      follow([&](const std::string& text) {
+        return FollowInControlProperties(text, sheet, pending, model_);
+      });
+    } else if (relationship.IsType("pivotTable")) {
+      follow([&](const std::string& text) {
+        return FollowInPivot(text, sheet, pending, model_);
+      });
+    }
+  }
+}
+
+// Charts and pivot caches belong to no sheet's cells: every insertion may concern each of them.
+void WorkbookFile::FollowInSharedParts() {
+  auto pending = Pending(insertions_followed_);
+  if (pending.empty()) return;
+  for (const std::string& part : ChartParts()) {
+    try {
+      if (auto text = FollowInChart(package_->Read(part), pending, model_)) {
+        package_->Write(part, std::move(*text));
+      }
+    } catch (const XmlError& error) {
+      ThrowDamaged(part, error);
+    }
+  }
+  const std::vector<Relationship> relationships = package_->RelationshipsOf(parts_->workbook);
+  for (const Relationship& relationship : relationships) {
+    if (!relationship.IsType("pivotCacheDefinition") || !package_->Has(relationship.target)) {
+      continue;
+    }
+    try {
+      if (auto text = FollowInPivot(package_->Read(relationship.target), -1, pending, model_)) {
+        package_->Write(relationship.target, std::move(*text));
+      }
+    } catch (const XmlError& error) {
+      ThrowDamaged(relationship.target, error);
+    }
+  }
+}
+
+std::set<std::string> WorkbookFile::ChartParts() const {
+  std::set<std::string> charts;
+  for (const SheetPart& sheet : sheets_) {
+    for (const Relationship& drawing : package_->RelationshipsOf(sheet.part)) {
+      if (!drawing.IsType("drawing") || drawing.external) continue;
+      for (const Relationship& chart : package_->RelationshipsOf(drawing.target)) {
+        if (IsChart(chart) && !chart.external && package_->Has(chart.target)) {
+          charts.insert(chart.target);
+        }
+      }
+    }
+  }
+  return charts;
+}
+
+void WorkbookFile::SetActiveSheet(int sheet) { active_now_ = sheet; }
+
+void WorkbookFile::SetSelection(int sheet, const Area& area, CellAddress active_cell) {
+  FollowInsertions(sheet);
+  WriteSelection(sheets_[sheet].markup, area, active_cell);
+}
+
+bool WorkbookFile::CellsDiffer(int sheet) const {
+  const CellStore& cells = model_.sheets[sheet]->cells;
+  if (cells.size() != sheets_[sheet].loaded_cells) return true;
+  bool differ = false;
+  for (int column = 1; column <= cells.LastColumn() && !differ; ++column) {
+    if (cells.OriginOf(column) != column) return true;
+    cells.ForEachInColumn(column, 1, kMaxRow, [&](int, const Cell& cell) {
+      differ |= (cell.flags & (kValueChanged | kFormulaChanged | kStyleChanged)) != 0;
+    });
+  }
+  return differ;
+}
+
+std::vector<int> WorkbookFile::ChangedSheets() {
+  std::vector<char> changed(sheets_.size());
+  ForEachInParallel(static_cast<int>(sheets_.size()), [&](int id) {
+    SheetPart& part = sheets_[id];
+    const SheetModel& sheet = *model_.sheets[id];
+    bool cells_differ = sheet.is_worksheet && CellsDiffer(id);
+    if (sheet.column_formats_changed) WriteColumnFormats(part.markup, sheet.column_formats);
+    if (cells_differ) {
+      std::optional<Area> area = sheet.cells.UsedArea();
+      if (area != part.loaded_area) WriteDimension(part.markup, area);
+    }
+    changed[id] = cells_differ || part.markup.changed;
+  });
+  std::vector<int> sheets;
+  for (int id = 0; id < static_cast<int>(changed.size()); ++id) {
+    if (changed[id]) sheets.push_back(id);
+  }
+  return sheets;
+}
+
+NewSharedStrings WorkbookFile::CollectSharedStrings(const std::vector<int>& sheets) {
+  NewSharedStrings added(model_.strings);
+  for (int id : sheets) {
+    const CellStore& cells = model_.sheets[id]->cells;
+    for (int column = 1; column <= cells.LastColumn(); ++column) {
+      cells.ForEachInColumn(column, 1, kMaxRow, [&](int, const Cell& cell) {
+        if (NeedsSharedString(cell)) added.Add(cell.value.text);
+      });
+    }
+  }
+  return added;
+}
+
+void WorkbookFile::WriteSharedStrings(const NewSharedStrings& added) {
+  std::string& part = parts_->shared_strings;
+  if (added.empty()) {
+    // What an earlier save added may be needed no more.
+    if (!part.empty()) package_->Revert(part);
+    return;
+  }
+  std::size_t count = 0;
+  for (const auto& sheet : model_.sheets) {
+    for (int column = 1; column <= sheet->cells.LastColumn(); ++column) {
+      sheet->cells.ForEachInColumn(column, 1, kMaxRow, [&](int, const Cell& cell) {
+        if (cell.value.kind == CellKind::kText && cell.formula == 0) ++count;
+      });
+    }
+  }
+  if (part.empty()) {
+    std::size_t slash = parts_->workbook.rfind('/');
+    part = parts_->workbook.substr(0, slash == std::string::npos ? 0 : slash + 1) +
+           "sharedStrings.xml";
+    if (package_->Has(part)) part = package_->FreePartName("xl/sharedStrings", ".xml");
+    package_->SetContentType(part, kSharedStringsType);
+    package_->AddRelationship(parts_->workbook, RelationshipType("sharedStrings"), part);
+  }
+  std::string original = package_->HasOriginal(part) ? package_->ReadOriginal(part) : "";
+  package_->Write(part, added.AppendTo(original, count));
+}
+
+void WorkbookFile::WriteSheets(const std::vector<int>& sheets, const NewSharedStrings& added) {
+  SharedStringIndex index = [&](TextId id) { return added.IndexOf(id); };
+  std::vector<char> breaks_chain(sheets.size());
+  ForEachInParallel(static_cast<int>(sheets.size()), [&](int i) {
+    const SheetPart& part = sheets_[sheets[i]];
+    // Always merged with the part as it was read, whatever earlier saves wrote.
+    std::string original =
+        package_->HasOriginal(part.part) ? package_->ReadOriginal(part.part) : "";
+    WrittenSheet written =
+        WriteSheet(original, part.markup, model_, *model_.sheets[sheets[i]], index);
+    breaks_chain[i] = written.breaks_calculation_chain;
+    original = {};
+    package_->Write(part.part, std::move(written.text));
+  });
+  if (std::find(breaks_chain.begin(), breaks_chain.end(), 1) != breaks_chain.end()) {
+    RemoveCalculationChain();
+  }
+}
+
+void WorkbookFile::RemoveCalculationChain() {
+  const std::vector<Relationship> relationships = package_->RelationshipsOf(parts_->workbook);
+  for (const Relationship& relationship : relationships) {
+    if (!relationship.IsType("calcChain")) continue;
+    package_->RemoveRelationship(parts_->workbook, relationship.id);
+    package_->RemoveContentType(relationship.target);
+    package_->Remove(relationship.target);
+  }
+}
+
+void WorkbookFile::UpdateCharts(const std::vector<int>& sheets) {
+  std::set<int> with_erased;
+  for (int id : sheets) {
+    if (model_.sheets[id]->cells.size() != sheets_[id].loaded_cells) with_erased.insert(id);
+  }
+  for (const std::string& part : ChartParts()) {
+    const bool followed = package_->IsChanged(part);
+    auto concerns = [&](int id, const Area& area) {
+      if (followed || with_erased.contains(id)) return true;
+      const CellStore& cells = model_.sheets[id]->cells;
+      bool changed = false;
+      for (int column = area.first_column;
+           column <= std::min(area.last_column, cells.LastColumn()) && !changed; ++column) {
+        cells.ForEachInColumn(column, area.first_row, area.last_row, [&](int, const Cell& cell) {
+          changed |= (cell.flags & kValueChanged) != 0;
+        });
+      }
+      return changed;
+    };
+    try {
+      if (auto text = UpdateChartCaches(package_->Read(part), model_, concerns)) {
+        package_->Write(part, std::move(*text));
+      }
+    } catch (const XmlError& error) {
+      ThrowDamaged(part, error);
+    }
+  }
+}
+
+void WorkbookFile::WriteWorkbookPart() {
+  WorkbookChanges changes;
+  changes.calculate_on_opening = calculate_on_opening_;
+  if (active_now_ != active_written_) {
+    changes.active_tab = model_.PositionOf(active_now_);
+    for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
+      WriteTabSelected(sheets_[id].markup, id == active_now_);
+    }
+    active_written_ = active_now_;
+  }
+  try {
+    if (auto text = PatchWorkbook(package_->Read(parts_->workbook), model_, changes)) {
+      package_->Write(parts_->workbook, std::move(*text));
+    }
+  } catch (const XmlError& error) {
+    ThrowDamaged(parts_->workbook, error);
+  }
+}
+
+void WorkbookFile::Save(const std::filesystem::path& path) {
+  for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) FollowInsertions(id);
+  FollowInSharedParts();
+  WriteWorkbookPart();
+  std::vector<int> sheets = ChangedSheets();
+  if (!sheets.empty()) {
+    NewSharedStrings added = CollectSharedStrings(sheets);
+    WriteSharedStrings(added);
+    WriteSheets(sheets, added);
+    UpdateCharts(sheets);
+  }
+  package_->Save(path);
+}
+
+}  // namespace vantora::embedded

@@ -1,0 +1,395 @@
+#include "package/workbook_writer.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "core/convert.h"
+#include "package/cell_patch.h"
+#include "package/sheet_reader.h"
+#include "package/xml_scanner.h"
+
+namespace vantora::embedded {
+namespace {
+
+using Token = XmlScanner::Token;
+
+constexpr std::string_view kEmptyTable =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n"
+    "<sst xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\" count=\"0\" "
+    "uniqueCount=\"0\"></sst>";
+
+bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+std::string PrefixOf(std::string_view name) {
+  return std::string(name.substr(0, name.size() - LocalName(name).size()));
+}
+
+// Places in the main part that the patch refers to.
+struct WorkbookPlaces {
+  std::string prefix;
+  // End of the last element that names and, with `calculation`, calcPr come after.
+  std::size_t names_after = 0;
+  std::size_t calculation_after = 0;
+};
+
+bool ComesBeforeNames(std::string_view name) {
+  for (std::string_view earlier :
+       {"fileVersion", "fileSharing", "workbookPr", "workbookProtection", "bookViews", "sheets",
+        "functionGroups", "externalReferences"}) {
+    if (name == earlier) return true;
+  }
+  return false;
+}
+
+class WorkbookPatcher {
+ public:
+  WorkbookPatcher(std::string_view text, const WorkbookModel& model,
+                  const WorkbookChanges& changes)
+      : xml_(text), patch_(text), model_(model), changes_(changes) {}
+
+  std::optional<std::string> Run() {
+    written_.resize(model_.names.size(), false);
+    while (xml_.Next() != Token::kStart) {
+    }
+    places_.prefix = PrefixOf(xml_.name());
+    while (xml_.Next() != Token::kEnd) {
+      if (xml_.token() != Token::kStart) continue;
+      std::string name(xml_.local_name());
+      PatchChild(name);
+      if (ComesBeforeNames(name)) places_.names_after = xml_.end();
+      if (ComesBeforeNames(name) || name == "definedNames") places_.calculation_after = xml_.end();
+    }
+    AddMissing();
+    if (patch_.empty()) return std::nullopt;
+    return patch_.Apply();
+  }
+
+ private:
+  void PatchChild(std::string_view name) {
+    if (name == "definedNames") {
+      PatchNames();
+    } else if (name == "calcPr") {
+      has_calculation_ = true;
+      if (changes_.calculate_on_opening) SetAttribute("fullCalcOnLoad", "1");
+      xml_.SkipElement();
+    } else if (name == "bookViews") {
+      PatchViews();
+    } else {
+      xml_.SkipElement();
+    }
+  }
+
+  // Of the start tag at which the scanner stands.
+  void SetAttribute(std::string_view name, std::string_view value) {
+    if (auto old = xml_.Attribute(name)) {
+      if (*old != value) patch_.Replace(*old, value);
+      return;
+    }
+    std::size_t at = xml_.end() - (xml_.is_empty() ? 2 : 1);
+    patch_.Insert(at, " " + std::string(name) + "=\"" + std::string(value) + "\"");
+  }
+
+  void PatchViews() {
+    if (xml_.is_empty()) return;
+    bool first = true;
+    while (xml_.Next() != Token::kEnd) {
+      if (xml_.token() != Token::kStart) continue;
+      if (first && changes_.active_tab) {
+        std::string tab = std::to_string(*changes_.active_tab);
+        if (xml_.Attribute("activeTab").value_or("0") != tab) SetAttribute("activeTab", tab);
+      }
+      first = false;
+      xml_.SkipElement();
+    }
+  }
+
+  void PatchNames() {
+    const std::size_t begin = xml_.begin();
+    if (!xml_.is_empty()) {
+      while (xml_.Next() != Token::kEnd) {
+        if (xml_.token() == Token::kStart) PatchName();
+      }
+      names_end_ = xml_.begin();
+    }
+    // Left without names the element goes: it must have one.
+    if (model_.names.empty()) removed_.assign(1, {begin, xml_.end()});
+    for (auto [from, to] : removed_) patch_.Replace(from, to, "");
+  }
+
+  void PatchName() {
+    const std::size_t begin = xml_.begin();
+    std::string name = DecodeXml(xml_.Attribute("name").value_or(""));
+    int scope = -1;
+    if (auto local = xml_.Attribute("localSheetId")) {
+      std::from_chars(local->data(), local->data() + local->size(), scope);
+    }
+    const bool is_empty = xml_.is_empty();
+    const std::size_t tag_end = xml_.end();
+    const std::string tag(xml_.name());
+    std::string_view raw = xml_.SkipElement();
+    std::optional<std::size_t> index = Find(name, scope);
+    if (!index) {
+      removed_.emplace_back(begin, xml_.end());
+      return;
+    }
+    written_[*index] = true;
+    const std::string& text = model_.names[*index].refers_to;
+    if (text == DecodeXml(raw)) return;
+    if (is_empty) {
+      patch_.Replace(tag_end - 2, tag_end, ">" + EncodeXmlText(text) + "</" + tag + ">");
+    } else {
+      patch_.Replace(raw, EncodeXmlText(text));
+    }
+  }
+
+  // The model's first name of these that no element has yet.
+  std::optional<std::size_t> Find(const std::string& name, int scope) const {
+    // Names that no edit made or removed stand in the same order.
+    if (next_ < model_.names.size() && Matches(next_, name, scope)) return next_++;
+    for (std::size_t i = 0; i < model_.names.size(); ++i) {
+      if (Matches(i, name, scope)) {
+        next_ = i + 1;
+        return i;
+      }
+    }
+    return std::nullopt;
+  }
+  bool Matches(std::size_t index, const std::string& name, int scope) const {
+    const DefinedName& candidate = model_.names[index];
+    return !written_[index] && candidate.scope == scope && EqualsIgnoreCase(candidate.name, name);
+  }
+
+  void AddMissing() {
+    std::string names;
+    for (std::size_t i = 0; i < model_.names.size(); ++i) {
+      if (!written_[i]) names += NameElement(model_.names[i]);
+    }
+    const std::string open = "<" + places_.prefix + "definedNames>";
+    const std::string close = "</" + places_.prefix + "definedNames>";
+    if (!names.empty() && names_end_ > 0) {
+      patch_.Insert(names_end_, names);
+    } else if (!names.empty()) {
+      patch_.Insert(places_.names_after, open + names + close);
+    }
+    if (changes_.calculate_on_opening && !has_calculation_) {
+      patch_.Insert(places_.calculation_after,
+                    "<" + places_.prefix + "calcPr fullCalcOnLoad=\"1\"/>");
+    }
+  }
+
+  std::string NameElement(const DefinedName& name) const {
+    std::string element = "<" + places_.prefix + "definedName name=\"" +
+                          EncodeXmlAttribute(name.name) + "\"";
+    if (name.scope >= 0) element += " localSheetId=\"" + std::to_string(name.scope) + "\"";
+    return element + ">" + EncodeXmlText(name.refers_to) + "</" + places_.prefix + "definedName>";
+  }
+
+  XmlScanner xml_;
+  TextPatch patch_;
+  const WorkbookModel& model_;
+  const WorkbookChanges& changes_;
+  WorkbookPlaces places_;
+  // By the model's names: an element is there.
+  std::vector<bool> written_;
+  mutable std::size_t next_ = 0;
+  std::vector<std::pair<std::size_t, std::size_t>> removed_;
+  std::size_t names_end_ = 0;
+  bool has_calculation_ = false;
+};
+
+// Start tag of the first view, and its children, of a sheet's views.
+struct ViewPlaces {
+  std::size_t begin = 0;
+  std::size_t tag_end = 0;
+  std::string name;
+  bool is_empty = false;
+  std::string tab_selected;  // raw; "" when absent
+  std::size_t tab_selected_at = 0;
+  std::string active_pane = "topLeft";
+  // End of the last pane or selection; 0 when there is none.
+  std::size_t selections_end = 0;
+  // Of the active pane's selection.
+  std::size_t selection_begin = 0;
+  std::size_t selection_end = 0;
+};
+
+std::optional<ViewPlaces> FindView(const std::string& text) {
+  XmlScanner xml(text);
+  while (xml.Next() != Token::kDone) {
+    if (xml.token() != Token::kStart || xml.local_name() != "sheetView") continue;
+    ViewPlaces places;
+    places.begin = xml.begin();
+    places.tag_end = xml.end();
+    places.name = xml.name();
+    places.is_empty = xml.is_empty();
+    if (auto selected = xml.Attribute("tabSelected")) {
+      places.tab_selected = *selected;
+      places.tab_selected_at = static_cast<std::size_t>(selected->data() - text.data());
+    }
+    if (places.is_empty) return places;
+    while (xml.Next() != Token::kEnd) {
+      if (xml.token() != Token::kStart) continue;
+      const std::size_t begin = xml.begin();
+      const std::string name(xml.local_name());
+      const std::string pane(xml.Attribute("pane").value_or("topLeft"));
+      const std::string active(xml.Attribute("activePane").value_or("topLeft"));
+      xml.SkipElement();
+      if (name != "pane" && name != "selection") continue;
+      places.selections_end = xml.end();
+      if (name == "pane") {
+        places.active_pane = active;
+      } else if (pane == places.active_pane) {
+        places.selection_begin = begin;
+        places.selection_end = xml.end();
+      }
+    }
+    return places;
+  }
+  return std::nullopt;
+}
+
+// The sheet's views, made when there are none.
+MarkupElement& EnsureView(SheetMarkup& markup) {
+  MarkupElement& views = markup.FindOrInsert("sheetViews");
+  if (!views.text.empty() && FindView(views.text)) return views;
+  const std::string& prefix = markup.prefix;
+  views.text = "<" + prefix + "sheetViews><" + prefix + "sheetView workbookViewId=\"0\"/></" +
+               prefix + "sheetViews>";
+  markup.changed = true;
+  return views;
+}
+
+}  // namespace
+
+std::optional<std::string> PatchWorkbook(std::string_view text, const WorkbookModel& model,
+                                         const WorkbookChanges& changes) {
+  return WorkbookPatcher(text, model, changes).Run();
+}
+
+void NewSharedStrings::Add(TextId id) {
+  if (id < strings_.shared_count()) return;
+  auto index = static_cast<TextId>(strings_.shared_count() + added_.size());
+  if (index_.emplace(id, index).second) added_.push_back(id);
+}
+
+TextId NewSharedStrings::IndexOf(TextId id) const {
+  return id < strings_.shared_count() ? id : index_.at(id);
+}
+
+std::string NewSharedStrings::AppendTo(std::string_view original, std::size_t count) const {
+  if (original.empty()) original = kEmptyTable;
+  XmlScanner xml(original);
+  TextPatch patch(original);
+  while (xml.Next() != Token::kStart) {
+  }
+  const std::string root(xml.name());
+  const std::string prefix = PrefixOf(root);
+  std::string items;
+  for (TextId id : added_) {
+    const std::string& text = strings_[id];
+    bool keep_blanks = !text.empty() && (IsBlank(text.front()) || IsBlank(text.back()));
+    items += "<" + prefix + "si><" + prefix + "t" +
+             (keep_blanks ? " xml:space=\"preserve\">" : ">") + EncodeSpreadsheetText(text) + "</" +
+             prefix + "t></" + prefix + "si>";
+  }
+  if (auto old = xml.Attribute("count")) patch.Replace(*old, std::to_string(count));
+  if (auto old = xml.Attribute("uniqueCount")) {
+    patch.Replace(*old, std::to_string(strings_.shared_count() + added_.size()));
+  }
+  if (xml.is_empty()) {
+    patch.Replace(xml.end() - 2, xml.end(), ">" + items + "</" + root + ">");
+    return patch.Apply();
+  }
+  std::size_t after = xml.end();
+  while (xml.Next() != Token::kEnd) {
+    if (xml.token() != Token::kStart) continue;
+    bool is_item = xml.local_name() == "si";
+    xml.SkipElement();
+    if (is_item) after = xml.end();
+  }
+  patch.Insert(after, items);
+  return patch.Apply();
+}
+
+void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats) {
+  const std::string& prefix = markup.prefix;
+  std::string text;
+  for (const ColumnFormat& format : formats) {
+    text += "<" + prefix + "col min=\"" + std::to_string(format.first) + "\" max=\"" +
+            std::to_string(format.last) + "\"";
+    // A width is required; Excel's own is that of the standard format.
+    if (format.attributes.find(" width=") == std::string::npos) text += " width=\"9.140625\"";
+    if (format.style != 0) text += " style=\"" + std::to_string(format.style) + "\"";
+    text += format.attributes + "/>";
+  }
+  if (!text.empty()) text = "<" + prefix + "cols>" + text + "</" + prefix + "cols>";
+  if (text.empty()) {
+    markup.Remove("cols");
+    return;
+  }
+  MarkupElement& first = markup.FindOrInsert("cols");
+  if (first.text == text) return;
+  markup.Remove("cols");
+  markup.FindOrInsert("cols").text = std::move(text);
+}
+
+void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area) {
+  MarkupElement* element = markup.Find("dimension");
+  if (!element) return;
+  XmlScanner xml(element->text);
+  while (xml.Next() != Token::kStart) {
+  }
+  std::string now = area ? ToA1(*area) : "A1";
+  auto old = xml.Attribute("ref");
+  if (!old || *old == now) return;
+  TextPatch patch(element->text);
+  patch.Replace(*old, now);
+  element->text = patch.Apply();
+  markup.changed = true;
+}
+
+void WriteSelection(SheetMarkup& markup, const Area& area, CellAddress active_cell) {
+  std::string cell = ToA1(active_cell);
+  std::string cells = ToA1(area);
+  const MarkupElement* existing = markup.Find("sheetViews");
+  std::optional<ViewPlaces> places = existing ? FindView(existing->text) : std::nullopt;
+  // What is selected where nothing says so.
+  if ((!places || places->selection_end == 0) && cell == "A1" && cells == "A1") return;
+  MarkupElement& views = EnsureView(markup);
+  places = FindView(views.text);
+  std::string attributes = " activeCell=\"" + cell + "\" sqref=\"" + cells + "\"";
+  if (places->active_pane != "topLeft") {
+    attributes = " pane=\"" + places->active_pane + "\"" + attributes;
+  }
+  std::string selection = "<" + markup.prefix + "selection" + attributes + "/>";
+  std::string& text = views.text;
+  if (places->selection_end > 0) {
+    std::size_t size = places->selection_end - places->selection_begin;
+    if (text.compare(places->selection_begin, size, selection) == 0) return;
+    text.replace(places->selection_begin, size, selection);
+  } else if (places->selections_end > 0) {
+    text.insert(places->selections_end, selection);
+  } else if (places->is_empty) {
+    text.replace(places->tag_end - 2, 2, ">" + selection + "</" + places->name + ">");
+  } else {
+    text.insert(places->tag_end, selection);
+  }
+  markup.changed = true;
+}
+
+void WriteTabSelected(SheetMarkup& markup, bool selected) {
+  const MarkupElement* existing = markup.Find("sheetViews");
+  std::optional<ViewPlaces> places = existing ? FindView(existing->text) : std::nullopt;
+  bool is_selected = places && IsTrue(places->tab_selected);
+  if (is_selected == selected) return;
+  std::string& text = EnsureView(markup).text;
+  places = FindView(text);
+  markup.changed = true;
+  if (!places->tab_selected.empty()) {
+    text.replace(places->tab_selected_at, places->tab_selected.size(), selected ? "1" : "0");
+  } else {
+    text.insert(places->begin + 1 + places->name.size(), " tabSelected=\"1\"");
+  }
+}
+
+}  // namespace vantora::embedded

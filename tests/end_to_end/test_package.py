@@ -1,0 +1,127 @@
+"""Parts that an operation does not concern stay as they were; what it writes is in good order."""
+
+import re
+from xml.etree import ElementTree
+
+import harness
+from harness import DEMO, OPERATIONS, CommandTestCase, planning_models
+from workbook import MAIN, Workbook
+
+# The children of a worksheet in the order in which the file format wants them.
+WORKSHEET_ORDER = (
+    'sheetPr', 'dimension', 'sheetViews', 'sheetFormatPr', 'cols', 'sheetData', 'sheetCalcPr',
+    'sheetProtection', 'protectedRanges', 'scenarios', 'autoFilter', 'sortState',
+    'dataConsolidate', 'customSheetViews', 'mergeCells', 'phoneticPr', 'conditionalFormatting',
+    'dataValidations', 'hyperlinks', 'printOptions', 'pageMargins', 'pageSetup', 'headerFooter',
+    'rowBreaks', 'colBreaks', 'customProperties', 'cellWatches', 'ignoredErrors', 'smartTags',
+    'drawing', 'legacyDrawing', 'legacyDrawingHF', 'drawingHF', 'picture', 'oleObjects', 'controls',
+    'webPublishItems', 'tableParts', 'extLst')
+
+# Parts of the demonstration model that no year-end operation has to do with: the title, the theme,
+# the spin buttons of the Planning sheet and the frames of the dashboard's charts.
+NEVER_CONCERNED = (
+    'docProps/app.xml', 'docProps/core.xml', 'xl/theme/theme1.xml', 'xl/worksheets/sheet1.xml',
+    'xl/worksheets/_rels/sheet1.xml.rels', 'xl/worksheets/_rels/sheet2.xml.rels',
+    'xl/worksheets/_rels/sheet7.xml.rels', 'xl/drawings/drawing1.xml', 'xl/drawings/drawing3.xml',
+    'xl/drawings/vmlDrawing5.vml', 'xl/drawings/_rels/drawing1.xml.rels', 'xl/comments5.xml',
+    'xl/ctrlProps/ctrlProp2.xml', 'xl/ctrlProps/ctrlProp3.xml', 'xl/ctrlProps/ctrlProp4.xml',
+    'xl/worksheets/sheet9.xml')
+# A save changes no value that these read, and moves nothing that they refer to.
+NOT_CONCERNED_BY_SAVING = (
+    'xl/worksheets/sheet7.xml', 'xl/worksheets/sheet8.xml',
+    *(f'xl/charts/chart{number}.xml' for number in range(1, 7)))
+
+
+class PackageOrder(CommandTestCase):
+    def check(self, model, not_concerned=lambda operation: ()):
+        before = Workbook(model)
+        for operation in OPERATIONS:
+            with self.subTest(model=model.name, operation=operation):
+                after = self.year_end(model, operation)
+                self.assert_none(
+                    [name for name in not_concerned(operation)
+                     if before.parts[name] != after.parts.get(name)],
+                    'parts that changed without need')
+                self.assert_none([name for name in before.parts if name not in after.parts
+                                  and name != 'xl/calcChain.xml'], 'parts that are gone')
+                self._check_xml(after)
+                self._check_connections(after)
+
+    def test_demo_model(self):
+        self.check(DEMO, lambda operation: NEVER_CONCERNED + (
+            NOT_CONCERNED_BY_SAVING if operation.startswith('Save') else ()))
+
+    def test_planning_models(self):
+        if not planning_models():
+            self.skipTest('there are no planning models beside the checkout')
+        for model in planning_models():
+            self.check(model)
+
+    def _check_xml(self, workbook):
+        """Every XML part is well formed, and worksheets keep the order of the file format."""
+        for name, content in workbook.parts.items():
+            if not name.endswith(('.xml', '.rels', '.vml')):
+                continue
+            root = ElementTree.fromstring(content)
+            if root.tag != MAIN + 'worksheet':
+                continue
+            order = [WORKSHEET_ORDER.index(tag) for tag in map(_child_name, root) if tag]
+            self.assertEqual(order, sorted(order), f'{name}: elements in another order')
+            self._check_cells(name, root)
+
+    def _check_cells(self, name, root):
+        """Rows and cells come in ascending order, none twice."""
+        last_row = 0
+        for row in root.find(MAIN + 'sheetData'):
+            number = int(row.get('r'))
+            self.assertGreater(number, last_row, f'{name}: rows in another order')
+            last_row, last_column = number, ''
+            for cell in row:
+                column, cell_row = re.fullmatch(r'([A-Z]+)(\d+)', cell.get('r')).groups()
+                self.assertEqual(int(cell_row), number, f'{name}: {cell.get("r")} in row {number}')
+                self.assertGreater((len(column), column), (len(last_column), last_column),
+                                   f'{name}: cells of row {number} in another order')
+                last_column = column
+
+    def _check_connections(self, workbook):
+        """Every relation leads to a part, and every part has a content type."""
+        types = ElementTree.fromstring(workbook.parts['[Content_Types].xml'])
+        overrides = {item.get('PartName')[1:] for item in types if item.tag.endswith('Override')}
+        defaults = {item.get('Extension').lower() for item in types
+                    if item.tag.endswith('Default')}
+        self.assert_none([name for name in overrides if name not in workbook.parts],
+                         'content types of parts that are not there')
+        for name in workbook.parts:
+            if name == '[Content_Types].xml':
+                continue
+            self.assertTrue(name in overrides or name.rsplit('.', 1)[-1].lower() in defaults,
+                            f'{name} has no content type')
+            for kind, target in workbook.relations(name).values():
+                self.assertTrue(kind == 'hyperlink' or target in workbook.parts,
+                                f'{name} is related to {target}, which is not there')
+        self._check_chain(workbook)
+
+    def _check_chain(self, workbook):
+        """The calculation chain, where there is one, lists cells that hold formulas."""
+        if 'xl/calcChain.xml' not in workbook.parts:
+            return
+        by_id = {item.get('sheetId'): item.get('name')
+                 for item in workbook.root.iter(MAIN + 'sheet')}
+        sheet, strays = None, []
+        for entry in workbook.xml('xl/calcChain.xml'):
+            sheet = by_id[entry.get('i')] if entry.get('i') else sheet
+            if workbook.sheets[sheet].formula(entry.get('r')) is None:
+                strays.append(f'{sheet}!{entry.get("r")}')
+        self.assert_none(strays, 'cells of the calculation chain without a formula')
+
+
+def _child_name(element):
+    """The name of a worksheet's child; alternative content counts as what it holds."""
+    if element.tag.endswith('}AlternateContent'):
+        inner = [item.tag for choice in element for item in choice]
+        return inner[0].replace(MAIN, '') if inner else None
+    return element.tag.replace(MAIN, '')
+
+
+if __name__ == '__main__':
+    harness.main()

@@ -1,0 +1,164 @@
+// Excel's own results: every formula of a workbook that it saved is evaluated with the stored
+// values of its precedents and compared with the stored result. A workbook in
+// tests/data/recalculation, or named calc-* in the collection of realistic models beside the
+// checkout, is a test.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <vector>
+
+#include "formula/evaluate.h"
+#include "package/workbook_file.h"
+
+namespace vantora::embedded {
+namespace {
+
+std::vector<std::filesystem::path> Workbooks() {
+  std::vector<std::filesystem::path> found;
+  const auto add = [&found](const std::filesystem::path& folder, const std::string& start) {
+    if (!std::filesystem::is_directory(folder)) return;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      const std::string name = entry.path().filename().string();
+      const std::string extension = entry.path().extension().string();
+      if (name.starts_with(start) && (extension == ".xlsx" || extension == ".xlsm")) {
+        found.push_back(entry.path());
+      }
+    }
+  };
+  const std::filesystem::path source(VANTORA_SOURCE_DIR);
+  add(std::filesystem::path(VANTORA_TEST_DATA) / "recalculation", "");
+  add(source / "../shared/models/made-by-excel", "calc-");
+  add(source / "../shared/models", "planning-");
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
+bool SameResult(const CellValue& stored, const CellValue& value) {
+  if (stored.kind == CellKind::kNumber && value.kind == CellKind::kNumber) {
+    const double scale = std::max(std::fabs(stored.number), std::fabs(value.number));
+    return std::fabs(stored.number - value.number) <= std::max(scale * 1e-9, 1e-15);
+  }
+  return stored == value;
+}
+
+std::string Shown(const WorkbookModel& model, const CellValue& value) {
+  switch (value.kind) {
+    case CellKind::kNumber:
+      return testing::PrintToString(value.number);
+    case CellKind::kText:
+      return "\"" + model.strings[value.text] + "\"";
+    case CellKind::kBoolean:
+      return value.boolean ? "TRUE" : "FALSE";
+    case CellKind::kError:
+      return "error " + std::to_string(static_cast<int>(value.error));
+    default:
+      return "blank";
+  }
+}
+
+// Compares the formulas of a workbook and tells what could not be calculated.
+class Comparison {
+ public:
+  explicit Comparison(WorkbookModel& model) : model_(model) {}
+
+  void Run() {
+    for (const auto& sheet : model_.sheets) {
+      for (const ArrayFormula& array : sheet->arrays) CompareArray(*sheet, array.area);
+      for (int column = 1; column <= sheet->cells.LastColumn(); ++column) {
+        sheet->cells.ForEachInColumn(column, 1, kMaxRow, [&](int row, const Cell& cell) {
+          if (cell.formula != 0) CompareCell(*sheet, {row, column}, cell);
+        });
+      }
+    }
+    for (const auto& [reason, count] : skipped_) {
+      std::cout << "  not compared: " << count << " formulas, " << reason << "\n";
+    }
+    std::cout << "  compared: " << compared_ << " formulas\n";
+  }
+  int compared() const { return compared_; }
+
+ private:
+  static bool InArray(const SheetModel& sheet, CellAddress cell) {
+    for (const ArrayFormula& array : sheet.arrays) {
+      if (array.area.Contains(cell)) return true;
+    }
+    return false;
+  }
+
+  void CompareCell(const SheetModel& sheet, CellAddress cell, const Cell& stored) {
+    if (InArray(sheet, cell)) return;
+    const Formula& formula = sheet.formulas[stored.formula];
+    const Evaluation result = Evaluate(model_, formula, {sheet.id, cell});
+    if (formula.is_volatile && UsesClock(formula)) {
+      ++skipped_["its value depends on the time"];
+    } else if (result.outcome != Evaluation::Outcome::kValue) {
+      ++skipped_[result.reason];
+    } else {
+      Compare(sheet, cell, formula, stored.value, result.value);
+    }
+  }
+
+  void CompareArray(const SheetModel& sheet, const Area& area) {
+    const CellAddress corner{area.first_row, area.first_column};
+    const Cell first = sheet.cells.Get(corner);
+    if (first.formula == 0) return;
+    const Formula& formula = sheet.formulas[first.formula];
+    const Evaluation result = Evaluate(model_, formula, {sheet.id, corner}, &area);
+    if (result.outcome != Evaluation::Outcome::kValue) {
+      ++skipped_[result.reason];
+      return;
+    }
+    for (int row = 0; row < area.rows(); ++row) {
+      for (int column = 0; column < area.columns(); ++column) {
+        const CellAddress cell{area.first_row + row, area.first_column + column};
+        Compare(sheet, cell, formula, sheet.cells.Get(cell).value, result.array[row][column]);
+      }
+    }
+  }
+
+  static bool UsesClock(const Formula& formula) {
+    return formula.text.find("NOW(") != std::string::npos ||
+           formula.text.find("TODAY(") != std::string::npos;
+  }
+
+  void Compare(const SheetModel& sheet, CellAddress cell, const Formula& formula,
+               const CellValue& stored, const CellValue& value) {
+    ++compared_;
+    EXPECT_TRUE(SameResult(stored, value))
+        << sheet.name << "!" << ToA1(cell) << " =" << FormulaText(formula, cell, model_)
+        << "\n  stored " << Shown(model_, stored) << ", calculated " << Shown(model_, value);
+  }
+
+  WorkbookModel& model_;
+  int compared_ = 0;
+  std::map<std::string, int> skipped_;
+};
+
+class Recalculation : public testing::TestWithParam<std::filesystem::path> {};
+
+TEST_P(Recalculation, GivesTheStoredResults) {
+  const std::unique_ptr<WorkbookFile> file = WorkbookFile::Open(GetParam());
+  Comparison comparison(file->model());
+  comparison.Run();
+}
+
+TEST(RecalculationWorkbooks, AreThere) {
+  if (Workbooks().empty()) {
+    GTEST_SKIP() << "There is no folder of realistic workbooks beside the checkout.";
+  }
+}
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Recalculation);
+INSTANTIATE_TEST_SUITE_P(Workbooks, Recalculation, testing::ValuesIn(Workbooks()),
+                         [](const auto& info) {
+                           std::string name = info.param.stem().string();
+                           for (char& c : name)
+                             c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+                           return name;
+                         });
+
+}  // namespace
+}  // namespace vantora::embedded

@@ -1,0 +1,90 @@
+// Every host call of an operation is made to fail in turn.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "core/globals.h"
+#include "maintenance/year_end.h"
+#include "operations/year_end_fixture.h"
+#include "refsheet/ref_sheet.h"
+#include "support/faulty_host.h"
+
+namespace vantora {
+namespace {
+
+using testing::FaultPlan;
+using testing::FaultyApplication;
+using testing::TestModel;
+
+// What an operation works with.
+struct Bench {
+  TestModel model = testing::YearEndModel();
+  std::shared_ptr<FaultPlan> plan = std::make_shared<FaultPlan>();
+  ui::ScriptedUserInterface yes{{}, ui::ScriptedUserInterface::WhenExhausted::kYes};
+  testing::FixedClock clock;
+  testing::NoFileVersions versions;
+  Services services{yes, clock, versions};
+  clsGlobals globals{services};
+  clsYearEnd year_end{services};
+  clsRefSheet ref_sheet{services};
+
+  Bench() {
+    model.Put("Planning!A1", {"X14", "n", "k", "c", "s"});
+    globals.SetApp(std::make_shared<FaultyApplication>(model.application(), plan));
+    year_end.Init(&globals);
+    ref_sheet.Init(&globals);
+    plan->calls = 0;
+  }
+};
+
+struct Operation {
+  const char* name;
+  std::function<void(Bench&)> run;
+  // Fewer calls would mean that the operation did not reach its work.
+  int least_calls;
+};
+
+class HostFaults : public ::testing::TestWithParam<Operation> {};
+
+TEST_P(HostFaults, ReachTheCallerAndLeaveTheObjectsWorking) {
+  const Operation& operation = GetParam();
+  Bench counting;
+  operation.run(counting);
+  const int calls = counting.plan->calls;
+  ASSERT_GE(calls, operation.least_calls);
+
+  for (int failing = 1; failing <= calls; ++failing) {
+    SCOPED_TRACE("call " + std::to_string(failing) + " of " + std::to_string(calls));
+    Bench bench;
+    bench.plan->failing_call = failing;
+    try {
+      operation.run(bench);
+      FAIL() << "the error did not reach the caller";
+    } catch (const HostError& error) {
+      EXPECT_EQ(error.number(), FaultPlan::kNumber);
+      EXPECT_EQ(error.description(), FaultPlan::kText);
+    }
+    EXPECT_EQ(bench.plan->calls, failing) << "the operation went on";
+
+    operation.run(bench);
+    bench.year_end.CopyCurrentYear();
+    EXPECT_EQ(bench.model.Get("Plant!N5"), Value(26));
+    EXPECT_TRUE(bench.model.application()->ScreenUpdating());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Operations, HostFaults,
+    ::testing::Values(
+        Operation{"SaveHistoryYear", [](Bench& b) { b.year_end.SaveHistoryYear(); }, 60},
+        Operation{"SaveCurrentYear", [](Bench& b) { b.year_end.SaveCurrentYear(); }, 60},
+        Operation{"SaveLastYear", [](Bench& b) { b.year_end.SaveLastYear(); }, 60},
+        Operation{"ShiftHistory", [](Bench& b) { b.year_end.ShiftHistory(); }, 60},
+        Operation{"CopyCurrentYear", [](Bench& b) { b.year_end.CopyCurrentYear(); }, 20},
+        Operation{"BindRefSheet", [](Bench& b) { b.ref_sheet.Init(&b.globals); }, 10},
+        Operation{"PutDLLVersion", [](Bench& b) { b.ref_sheet.PutDLLVersion("line"); }, 2}),
+    [](const auto& info) { return info.param.name; });
+
+}  // namespace
+}  // namespace vantora

@@ -1,0 +1,118 @@
+#include "operations/test_model.h"
+
+#include <pugixml.hpp>
+
+namespace vantora::testing {
+namespace {
+
+constexpr embedded::StyleId kFilled = 1;
+constexpr int kFillColor = 36;
+
+struct Place {
+  std::string sheet;
+  embedded::CellAddress cell;
+};
+
+Place PlaceOf(const std::string& reference) {
+  std::size_t mark = reference.find('!');
+  embedded::Area area = embedded::ParseA1(reference.substr(mark + 1)).value();
+  return {reference.substr(0, mark), {area.first_row, area.first_column}};
+}
+
+}  // namespace
+
+TestModel::TestModel(const std::vector<std::string>& sheet_names)
+    : session_(embedded::Session::Create(sheet_names)) {
+  model().styles.formats.resize(kFilled + 1);
+  model().styles.formats[kFilled].fill_color_index = kFillColor;
+}
+
+void TestModel::Put(const std::string& cell, const std::vector<Value>& values) {
+  host::RangePtr first = session_->Range(cell);
+  int column = 1;
+  for (const Value& value : values) first->Cells(1, column++)->SetValue(value);
+}
+
+std::vector<Value> TestModel::Get(const std::string& first_cell, int count) {
+  host::RangePtr first = session_->Range(first_cell);
+  std::vector<Value> values;
+  for (int column = 1; column <= count; ++column) {
+    values.push_back(first->Cells(1, column)->Value());
+  }
+  return values;
+}
+
+void TestModel::Fill(const std::string& cell) {
+  Place place = PlaceOf(cell);
+  SheetOf(place.sheet).cells.SetStyle(place.cell, kFilled);
+}
+
+bool TestModel::IsFilled(const std::string& cell) {
+  return session_->Range(cell)->Interior()->ColorIndex() == kFillColor;
+}
+
+void TestModel::Name(std::string name, std::string refers_to) {
+  model().names.push_back({.name = std::move(name), .refers_to = std::move(refers_to)});
+}
+
+std::string TestModel::RefersTo(std::string_view name) {
+  return model().FindName(name, 0)->refers_to;
+}
+
+void TestModel::Hide(std::string_view sheet) {
+  SheetOf(sheet).visibility = embedded::Visibility::kHidden;
+}
+
+void TestModel::Protect(std::string_view sheet) { SheetOf(sheet).is_protected = true; }
+
+std::string TestModel::Formula(const std::string& cell) {
+  Place place = PlaceOf(cell);
+  embedded::SheetModel& sheet = SheetOf(place.sheet);
+  embedded::FormulaId id = sheet.cells.Get(place.cell).formula;
+  return id == 0 ? "" : embedded::FormulaText(sheet.formulas[id], place.cell, model());
+}
+
+std::string TestModel::PartOf(std::string_view sheet, std::string_view kind) {
+  embedded::WorkbookFile& file = session_->file();
+  for (const auto& relationship :
+       file.package().RelationshipsOf(file.part_of(*model().IdOf(sheet)))) {
+    if (relationship.IsType(kind)) return file.package().Read(relationship.target);
+  }
+  return "";
+}
+
+std::string TestModel::Comment(const std::string& cell) {
+  Place place = PlaceOf(cell);
+  pugi::xml_document comments;
+  comments.load_string(PartOf(place.sheet, "comments").c_str(),
+                       pugi::parse_default | pugi::parse_ws_pcdata);
+  std::string query = "//*[local-name()='comment'][@ref='" + embedded::ToA1(place.cell) + "']";
+  pugi::xml_node comment = comments.select_node(query.c_str()).node();
+  if (!comment) return "none";
+  std::string text;
+  for (const auto& run : comment.select_nodes(".//*[local-name()='t']")) {
+    text += run.node().text().get();
+  }
+  return text;
+}
+
+bool TestModel::CommentsAreHidden(std::string_view sheet) {
+  std::string drawing = PartOf(sheet, "vmlDrawing");
+  return drawing.find("visibility:hidden") != std::string::npos &&
+         drawing.find("x:Visible") == std::string::npos;
+}
+
+std::vector<std::string> TestModel::Changes() {
+  embedded::ChangeList changes = session_->Changes();
+  std::vector<std::string> lines;
+  for (const auto& columns : changes.inserted) {
+    lines.push_back(columns.sheet + "!" + embedded::ColumnLetters(columns.column) + " inserted");
+  }
+  for (const auto& change : changes.cells) {
+    lines.push_back(change.sheet + "!" + embedded::ToA1(change.cell) + ": " + change.before +
+                    " -> " + change.after);
+  }
+  return lines;
+}
+
+}  // namespace vantora::testing
