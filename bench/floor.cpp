@@ -1,9 +1,9 @@
-// vantora-bench-floor FILE: the least work that opening and saving a workbook can take, one part after
-// the other in one thread: inflate each part, parse the XML parts, deflate all again.
-#include <pugixml.hpp>
+// vantora-bench-floor FILE: the least work that opening and saving a workbook can take, one part
+// after the other in one thread: inflate each part, parse the XML parts, deflate all again.
 #include <sys/resource.h>
 #include <zip.h>
 #include <zlib.h>
+#include <pugixml.hpp>
 
 #include <chrono>
 #include <cstdio>

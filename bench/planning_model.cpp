@@ -17,12 +17,12 @@ constexpr int kKey = 5;
 constexpr int kAddend = 6;
 constexpr int kGrowth = 7;
 constexpr int kFactor = 8;
-constexpr int kFirstYear = 10;     // J
-constexpr int kCurrentYear = 15;   // O
-constexpr int kFirstPlanYear = 16; // P
-constexpr int kLastYear = 25;      // Y
-constexpr int kTotal = 26;         // Z
-constexpr int kMarker = 30;        // AD
+constexpr int kFirstYear = 10;      // J
+constexpr int kCurrentYear = 15;    // O
+constexpr int kFirstPlanYear = 16;  // P
+constexpr int kLastYear = 25;       // Y
+constexpr int kTotal = 26;          // Z
+constexpr int kMarker = 30;         // AD
 constexpr int kYears = kLastYear - kFirstYear + 1;
 constexpr int kFirstBlockRow = 6;
 constexpr int kBlockRows = 10;
@@ -33,7 +33,17 @@ constexpr int kLabelCount = 500;
 enum Style { kPlain, kHeader, kInput, kCalculated, kSum, kPercent };
 
 // Shared strings before the labels.
-enum SharedString { kFlagS, kFlagX, kFlagK, kFlagN, kFlagE, kFlagC, kTitleText, kUnitText, kFirstLabel };
+enum SharedString {
+  kFlagS,
+  kFlagX,
+  kFlagK,
+  kFlagN,
+  kFlagE,
+  kFlagC,
+  kTitleText,
+  kUnitText,
+  kFirstLabel
+};
 
 using Years = std::array<double, kYears>;
 
@@ -77,8 +87,9 @@ class DataSheet {
       if (linked.size() <= block) linked.resize(block + 1);
       WriteBlock(row, linked[block]);
     }
-    return out_.End("<pageMargins left=\"0.7\" right=\"0.7\" top=\"0.75\" bottom=\"0.75\" "
-                    "header=\"0.3\" footer=\"0.3\"/>");
+    return out_.End(
+        "<pageMargins left=\"0.7\" right=\"0.7\" top=\"0.75\" bottom=\"0.75\" "
+        "header=\"0.3\" footer=\"0.3\"/>");
   }
 
  private:
@@ -86,7 +97,8 @@ class DataSheet {
       "<sheetViews><sheetView workbookViewId=\"0\"><pane xSplit=\"4\" ySplit=\"4\" "
       "topLeftCell=\"E5\" activePane=\"bottomRight\" state=\"frozen\"/></sheetView></sheetViews>"
       "<sheetFormatPr defaultRowHeight=\"15\"/><cols><col min=\"2\" max=\"2\" width=\"30.7109375\" "
-      "customWidth=\"1\"/><col min=\"10\" max=\"26\" width=\"12.7109375\" customWidth=\"1\"/></cols>";
+      "customWidth=\"1\"/><col min=\"10\" max=\"26\" width=\"12.7109375\" "
+      "customWidth=\"1\"/></cols>";
 
   void WriteHead() {
     out_.BeginRow(1);
@@ -172,9 +184,8 @@ class DataSheet {
       cents = (cents * (10000 + GrowthOf(row)) + 5000) / 10000;
       values[year] = static_cast<double>(cents) / 100;
     }
-    Filled(kFirstPlanYear,
-           "ROUND(" + At(kCurrentYear, row) + "*(1+$" + At(kGrowth, row) + "),2)", values,
-           kCalculated);
+    Filled(kFirstPlanYear, "ROUND(" + At(kCurrentYear, row) + "*(1+$" + At(kGrowth, row) + "),2)",
+           values, kCalculated);
     End(row, values);
     return values;
   }
@@ -319,17 +330,21 @@ void WriteSharedStrings(ZipStream& zip) {
 }
 
 constexpr std::string_view kStyles =
-    "<fonts count=\"2\"><font><sz val=\"10\"/><name val=\"Arial\"/></font><font><b/><sz val=\"10\"/>"
-    "<name val=\"Arial\"/></font></fonts><fills count=\"4\"><fill><patternFill patternType=\"none\"/>"
+    "<fonts count=\"2\"><font><sz val=\"10\"/><name val=\"Arial\"/></font><font><b/><sz "
+    "val=\"10\"/>"
+    "<name val=\"Arial\"/></font></fonts><fills count=\"4\"><fill><patternFill "
+    "patternType=\"none\"/>"
     "</fill><fill><patternFill patternType=\"gray125\"/></fill><fill><patternFill "
-    "patternType=\"solid\"><fgColor rgb=\"FF1F497D\"/><bgColor indexed=\"64\"/></patternFill></fill>"
+    "patternType=\"solid\"><fgColor rgb=\"FF1F497D\"/><bgColor "
+    "indexed=\"64\"/></patternFill></fill>"
     "<fill><patternFill patternType=\"solid\"><fgColor rgb=\"FFD9D9D9\"/><bgColor indexed=\"64\"/>"
     "</patternFill></fill></fills><borders count=\"1\"><border><left/><right/><top/><bottom/>"
     "<diagonal/></border></borders><cellStyleXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" "
     "fillId=\"0\" borderId=\"0\"/></cellStyleXfs><cellXfs count=\"6\">"
     "<xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"/>"
     "<xf numFmtId=\"0\" fontId=\"1\" fillId=\"2\" borderId=\"0\" xfId=\"0\" applyFill=\"1\"/>"
-    "<xf numFmtId=\"4\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\" applyNumberFormat=\"1\" "
+    "<xf numFmtId=\"4\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\" "
+    "applyNumberFormat=\"1\" "
     "applyProtection=\"1\"><protection locked=\"0\"/></xf>"
     "<xf numFmtId=\"4\" fontId=\"0\" fillId=\"3\" borderId=\"0\" xfId=\"0\" applyFill=\"1\"/>"
     "<xf numFmtId=\"4\" fontId=\"1\" fillId=\"3\" borderId=\"0\" xfId=\"0\" applyFill=\"1\"/>"
@@ -340,19 +355,24 @@ void WriteWorkbookParts(ZipStream& zip, ModelSize size) {
   std::string types(kXml), book(kXml), links(kXml);
   types +=
       "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\"><Default "
-      "Extension=\"rels\" ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
+      "Extension=\"rels\" "
+      "ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
       "<Default Extension=\"xml\" ContentType=\"application/xml\"/><Override PartName=\"/xl/"
       "workbook.xml\" ContentType=\"application/vnd.ms-excel.sheet.macroEnabled.main+xml\"/>";
-  book.append("<workbook xmlns=\"").append(kMain).append(
-      "\" xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\"><sheets>");
+  book.append("<workbook xmlns=\"")
+      .append(kMain)
+      .append(
+          "\" "
+          "xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/"
+          "relationships\"><sheets>");
   links += "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">";
   const std::string kType = "application/vnd.openxmlformats-officedocument.spreadsheetml.";
   auto add = [&](const std::string& id, const std::string& kind, const std::string& target,
                  const std::string& type) {
     types += "<Override PartName=\"/xl/" + target + "\" ContentType=\"" + kType + type + "+xml\"/>";
     links += "<Relationship Id=\"" + id +
-             "\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/" + kind +
-             "\" Target=\"" + target + "\"/>";
+             "\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/" +
+             kind + "\" Target=\"" + target + "\"/>";
   };
   for (int sheet = 1; sheet <= size.sheets + 2; ++sheet) {
     std::string number = std::to_string(sheet);
@@ -373,10 +393,11 @@ void WriteWorkbookParts(ZipStream& zip, ModelSize size) {
   zip.Begin("[Content_Types].xml");
   zip.Write(types += "</Types>");
   zip.Begin("_rels/.rels");
-  zip.Write(std::string(kXml) +
-            "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">"
-            "<Relationship Id=\"rId1\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/"
-            "relationships/officeDocument\" Target=\"xl/workbook.xml\"/></Relationships>");
+  zip.Write(
+      std::string(kXml) +
+      "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">"
+      "<Relationship Id=\"rId1\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/"
+      "relationships/officeDocument\" Target=\"xl/workbook.xml\"/></Relationships>");
   zip.Begin("xl/workbook.xml");
   zip.Write(book += "</definedNames><calcPr calcId=\"152511\"/></workbook>");
   zip.Begin("xl/_rels/workbook.xml.rels");

@@ -1,6 +1,6 @@
 // Planning models of any size, for measurements: data sheets with history, current year and plan
-// years, half of whose cells are formulas with right stored values, a Reference sheet and a Planning
-// sheet.
+// years, half of whose cells are formulas with right stored values, a Reference sheet and a
+// Planning sheet.
 #pragma once
 
 #include <cstddef>
@@ -18,8 +18,8 @@ struct ModelCounts {
   std::size_t formulas = 0;
 };
 
-// Writes the model as an .xlsm file, sheet by sheet. Throws std::runtime_error when the file can't be
-// written.
+// Writes the model as an .xlsm file, sheet by sheet. Throws std::runtime_error when the file can't
+// be written.
 ModelCounts WritePlanningModel(const std::filesystem::path& path, ModelSize size);
 
 }  // namespace vantora::bench

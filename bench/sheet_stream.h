@@ -26,7 +26,8 @@ class SheetStream {
   void Number(int column, double value, int style);
   void Text(int column, int shared_string, int style);
   void Formula(int column, std::string_view formula, double value, int style);
-  // The first cell of a formula filled to the right up to `last_column`; Follow is one of the others.
+  // The first cell of a formula filled to the right up to `last_column`; Follow is one of the
+  // others.
   void Master(int column, int last_column, std::string_view formula, double value, int style);
   void Follow(int column, double value, int style);
 

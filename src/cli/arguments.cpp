@@ -48,7 +48,8 @@ void DescribeRun(CLI::App& run, RawRun& raw) {
   run.add_flag("--dry-run", raw.dry_run, "Write nothing");
   AddRepeated(run, "--answer", options.answers,
               "Answer of the next message box or dialog (repeatable, in order)", "TEXT");
-  run.add_flag("--yes", options.yes, "Answer OK or Yes to every message box without an answer");
+  run.add_flag("--yes", options.yes,
+               "Once no answer is left, press OK, Yes or a dialog's default button");
   AddRepeated(run, "--set", raw.cells_to_set,
               "Write a cell first, as if typed: 'Sheet!A1=value' (repeatable)", "CELL=VALUE");
   AddText(run, "--sheet", options.sheet, "Activate this sheet first", "NAME");

@@ -109,6 +109,12 @@ void WriteError(const ReportedError& error, std::ostream& err) {
   err << ui::Printable(error.text) << '\n';
 }
 
+void WriteUnusedAnswers(const std::vector<std::string>& answers, std::ostream& err) {
+  for (const std::string& answer : answers) {
+    err << "vantora: warning: nothing asked for the answer \"" << ui::Printable(answer) << "\".\n";
+  }
+}
+
 void WriteEnd(const RunOutcome& outcome, std::ostream& err) {
   switch (outcome.exit_code) {
     case ExitCode::kDone:
@@ -228,9 +234,7 @@ void Report(const RunOutcome& outcome, const RunOptions& options, std::ostream& 
   if (done && options.changes) WriteChanges(outcome.changes, words);
   if (outcome.error) WriteError(*outcome.error, err);
   WriteUncalculated(outcome.uncalculated, err);
-  for (const std::string& answer : outcome.unused_answers) {
-    err << "vantora: warning: nothing asked for the answer \"" << ui::Printable(answer) << "\".\n";
-  }
+  if (done) WriteUnusedAnswers(outcome.unused_answers, err);
   WriteEnd(outcome, err);
 }
 

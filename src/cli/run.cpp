@@ -88,10 +88,8 @@ void Execute(const RunOptions& options, const Call& call, RunUserInterface& user
   outcome.result = CallMethod(call, *session, user_interface, environment);
   if (user_interface.reported_error()) {
     outcome.exit_code = ExitCode::kError;
-    outcome.error = {.text = *user_interface.reported_error(),
-                     .number = {},
-                     .source = "",
-                     .was_shown = true};
+    outcome.error = {
+        .text = *user_interface.reported_error(), .number = {}, .source = "", .was_shown = true};
     return;
   }
   if (user_interface.cancelled()) {
@@ -122,6 +120,10 @@ void Catching(RunOutcome& outcome, Function run) {
   } catch (const HostError& error) {
     Fail(outcome, ExitCode::kError,
          {.text = error.description(), .number = error.number(), .source = error.source()});
+  } catch (const ui::MissingAnswer& error) {
+    ReportedError missing = text_only(error);
+    missing.text += " Give one with --answer, or run the command on a terminal.";
+    Fail(outcome, ExitCode::kUnanswered, std::move(missing));
   } catch (const ui::AnswerError& error) {
     Fail(outcome, ExitCode::kUnanswered, text_only(error));
   } catch (const ui::InputEnded& error) {

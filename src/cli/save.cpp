@@ -1,5 +1,8 @@
 #include "cli/save.h"
 
+#include <unistd.h>
+
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -12,23 +15,24 @@ namespace {
 
 namespace fs = std::filesystem;
 
+fs::path WithSuffix(fs::path path, const std::string& suffix) { return path += suffix; }
+
+embedded::FileError CannotKeep(const fs::path& name, const std::string& why) {
+  return embedded::FileError(
+      embedded::FileError::Code::kCannotWrite,
+      "The model as it is can't be kept as " + name.string() + ": " + why + ".");
+}
+
 // A second name for a file: it disappears with this object unless it is kept.
 class SecondName {
  public:
   // Throws FileError.
   SecondName(const fs::path& file, fs::path name) : name_(std::move(name)) {
     std::error_code error;
-    fs::remove(name_, error);  // left over from a run that was killed
     fs::create_hard_link(file, name_, error);
     // Not every file system has hard links.
     if (error) fs::copy_file(file, name_, error);
-    if (error) {
-      throw embedded::FileError(embedded::FileError::Code::kCannotWrite,
-                                "The file " + name_.string() +
-                                    " can't be written, so the model before the change can't be "
-                                    "kept: " +
-                                    error.message() + ".");
-    }
+    if (error) throw CannotKeep(name_, error.message());
   }
   ~SecondName() {
     std::error_code ignored;
@@ -37,18 +41,16 @@ class SecondName {
   SecondName(const SecondName&) = delete;
   SecondName& operator=(const SecondName&) = delete;
 
-  // Gives it its lasting name, replacing a file of that name. Throws FileError.
-  void KeepAs(const fs::path& name) {
+  // Gives it a lasting name, replacing a file of that name, and returns the name it has then: the
+  // second one still where it can't have the other.
+  fs::path KeepAs(const fs::path& name) {
     kept_ = true;
     std::error_code error;
     fs::rename(name_, name, error);
-    if (error) {
-      throw embedded::FileError(embedded::FileError::Code::kCannotWrite,
-                                "The model was written, but the one before it could not be renamed "
-                                "to " +
-                                    name.string() + ": " + error.message() + ". It is in " +
-                                    name_.string() + ".");
-    }
+    if (error) return name_;
+    // Renaming does nothing when both are names of the same file already.
+    fs::remove(name_, error);
+    return name;
   }
 
  private:
@@ -56,17 +58,15 @@ class SecondName {
   bool kept_ = false;
 };
 
-fs::path WithSuffix(fs::path path, const char* suffix) { return path += suffix; }
-
 SavedFiles SaveInPlace(embedded::Session& session, const fs::path& model) {
   std::error_code error;
-  fs::path file = fs::canonical(model, error);  // the file behind a symbolic link
-  if (error) file = model;
+  // Of a symbolic link, the file behind it.
+  const fs::path file = fs::is_symlink(model) ? fs::canonical(model) : model;
   const fs::path backup = WithSuffix(file, ".bak");
-  SecondName before(file, WithSuffix(file, ".bak.new"));
+  if (fs::is_directory(backup, error)) throw CannotKeep(backup, "a folder has that name");
+  SecondName before(file, WithSuffix(file, ".bak-" + std::to_string(getpid())));
   session.Save(file);
-  before.KeepAs(backup);
-  return {file, backup};
+  return {file, before.KeepAs(backup)};
 }
 
 }  // namespace

@@ -44,8 +44,8 @@ TEST_P(InsertionTest, FormulaFollows) {
 
   // What it refers to now is what makes it out of date.
   book.calculator().CalculateAll();
-  for (const char* input : {"Data!A1", "Data!B1", "Data!C1", "Data!D1", "Data!E1", "Data!F1",
-                            "Data!G1", "Other!C1"}) {
+  for (const char* input :
+       {"Data!A1", "Data!B1", "Data!C1", "Data!D1", "Data!E1", "Data!F1", "Data!G1", "Other!C1"}) {
     if (std::string(input) != param.place_after) book.Put(input, "7");
     EXPECT_EQ(book.Dump(), book.Retyped()->Dump()) << input;
   }
@@ -61,7 +61,8 @@ INSTANTIATE_TEST_SUITE_P(
         InsertionCase{"LeftOfAll", "Data!F2", "=D1+$C$1", "A", 1, "Data!G2", "=E1+$D$1", false},
         InsertionCase{"FormulaLeftOfReference", "Data!A2", "=D1+B1", "C", 1, "Data!A2", "=E1+B1",
                       false},
-        InsertionCase{"RangeGrows", "Data!F2", "=SUM(C1:E1)", "D", 3, "Data!I2", "=SUM(C1:H1)", true},
+        InsertionCase{"RangeGrows", "Data!F2", "=SUM(C1:E1)", "D", 3, "Data!I2", "=SUM(C1:H1)",
+                      true},
         InsertionCase{"RangeGrowsAtItsLastColumn", "Data!A2", "=SUM($C1:$E1)", "E", 1, "Data!A2",
                       "=SUM($C1:$F1)", true},
         InsertionCase{"RangeMovesAtItsFirstColumn", "Data!F2", "=SUM(C1:E1)", "C", 1, "Data!G2",
@@ -74,10 +75,12 @@ INSTANTIATE_TEST_SUITE_P(
                       "=Data!E1+C1", false},
         InsertionCase{"FromOtherSheetGrown", "Other!C2", "=SUM(Data!$C$1:$E$1)", "D", 1, "Other!C2",
                       "=SUM(Data!$C$1:$F$1)", true},
-        InsertionCase{"ToOtherSheet", "Data!F2", "=Other!C1", "B", 1, "Data!G2", "=Other!C1", false},
+        InsertionCase{"ToOtherSheet", "Data!F2", "=Other!C1", "B", 1, "Data!G2", "=Other!C1",
+                      false},
         InsertionCase{"ColumnOfReference", "Data!A2", "=COLUMN(D1)", "C", 1, "Data!A2",
                       "=COLUMN(E1)", true},
-        InsertionCase{"ColumnOfItself", "Data!F2", "=COLUMN()", "C", 1, "Data!G2", "=COLUMN()", true},
+        InsertionCase{"ColumnOfItself", "Data!F2", "=COLUMN()", "C", 1, "Data!G2", "=COLUMN()",
+                      true},
         InsertionCase{"ColumnLeftOfTheInsertion", "Data!F2", "=COLUMN(B1)", "G", 1, "Data!F2",
                       "=COLUMN(B1)", false},
         InsertionCase{"NameGrows", "Other!A2", "=SUM(block)", "D", 1, "Other!A2", "=SUM(block)",
@@ -163,8 +166,8 @@ TEST(Insertion, NewColumnsTakeTheFormatOfTheColumnLeftOfThem) {
   }
 }
 
-// Snapshots are saved by inserting a column on every sheet: what has nothing to do with the inserted
-// column must not be looked at, let alone calculated.
+// Snapshots are saved by inserting a column on every sheet: what has nothing to do with the
+// inserted column must not be looked at, let alone calculated.
 TEST(Insertion, ASnapshotOnEachSheetCalculatesNothingElse) {
   std::vector<std::string> sheets;
   for (int i = 1; i <= 12; ++i) sheets.push_back("S" + std::to_string(i));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "calculation/test_book.h"
+#include "formula/formula_index.h"
 
 namespace vantora::embedded {
 namespace {
@@ -33,46 +34,61 @@ TEST_P(EditTest, DependentsShowTheNewValue) {
 INSTANTIATE_TEST_SUITE_P(
     References, EditTest,
     ::testing::Values(
-        EditCase{"Chain", {{"A1", "1"}, {"B1", "=A1+1"}, {"C1", "=B1+1"}}, {"A1", "5"},
-                 {{"C1", "7"}}},
+        EditCase{
+            "Chain", {{"A1", "1"}, {"B1", "=A1+1"}, {"C1", "=B1+1"}}, {"A1", "5"}, {{"C1", "7"}}},
         EditCase{"Diamond",
                  {{"A1", "1"}, {"B1", "=A1*2"}, {"B2", "=A1*3"}, {"C1", "=B1+B2"}},
                  {"A1", "10"},
                  {{"C1", "50"}}},
         EditCase{"RangeWithEmptyCellThatIsFilled",
-                 {{"A1", "1"}, {"B1", "=SUM(A1:A9)"}}, {"A7", "4"}, {{"B1", "5"}}},
-        EditCase{"WholeColumn", {{"A1", "1"}, {"C1", "=SUM(A:A)"}}, {"A1048576", "2"},
-                 {{"C1", "3"}}},
+                 {{"A1", "1"}, {"B1", "=SUM(A1:A9)"}},
+                 {"A7", "4"},
+                 {{"B1", "5"}}},
+        EditCase{
+            "WholeColumn", {{"A1", "1"}, {"C1", "=SUM(A:A)"}}, {"A1048576", "2"}, {{"C1", "3"}}},
         EditCase{"WholeRow", {{"A1", "1"}, {"A2", "=SUM(1:1)"}}, {"XFD1", "2"}, {{"A2", "3"}}},
-        EditCase{"OtherSheet", {{"Other!A1", "1"}, {"B1", "=Other!A1*2"}}, {"Other!A1", "4"},
+        EditCase{"OtherSheet",
+                 {{"Other!A1", "1"}, {"B1", "=Other!A1*2"}},
+                 {"Other!A1", "4"},
                  {{"B1", "8"}}},
         EditCase{"AcrossSheets",
                  {{"Data!A1", "1"}, {"Other!A1", "2"}, {"Third!B1", "=SUM(Data:Other!A1)"}},
                  {"Other!A1", "20"},
                  {{"Third!B1", "21"}}},
-        EditCase{"Name", {{"Other!B1", "2"}, {"A1", "=rate*10"}}, {"Other!B1", "3"},
-                 {{"A1", "30"}}},
-        EditCase{"NameOfAName", {{"Other!B1", "2"}, {"A1", "=twice+1"}}, {"Other!B1", "4"},
+        EditCase{
+            "Name", {{"Other!B1", "2"}, {"A1", "=rate*10"}}, {"Other!B1", "3"}, {{"A1", "30"}}},
+        EditCase{"NameOfAName",
+                 {{"Other!B1", "2"}, {"A1", "=twice+1"}},
+                 {"Other!B1", "4"},
                  {{"A1", "9"}}},
         EditCase{"FormulaFilledDown",
-                 {{"A1:A5", "1"}, {"B1", "0"}, {"B2:B5", "=B1+A2"}}, {"A3", "10"},
+                 {{"A1:A5", "1"}, {"B1", "0"}, {"B2:B5", "=B1+A2"}},
+                 {"A3", "10"},
                  {{"B2", "1"}, {"B3", "11"}, {"B5", "13"}}},
         EditCase{"FilledWithOneAbsoluteEnd",
-                 {{"A1:A6", "1"}, {"B1:B6", "=SUM(A$1:A1)"}}, {"A4", "5"},
+                 {{"A1:A6", "1"}, {"B1:B6", "=SUM(A$1:A1)"}},
+                 {"A4", "5"},
                  {{"B3", "3"}, {"B4", "8"}, {"B6", "10"}}},
         EditCase{"EndsInReverseOrder",
-                 {{"A1:A6", "1"}, {"B1:B6", "=SUM(A1:A$4)"}}, {"A5", "5"},
+                 {{"A1:A6", "1"}, {"B1:B6", "=SUM(A1:A$4)"}},
+                 {"A5", "5"},
                  {{"B4", "1"}, {"B5", "6"}, {"B6", "7"}}},
-        EditCase{"FormulaReplacedByValue", {{"A1", "=2*3"}, {"B1", "=A1+1"}}, {"A1", "1"},
+        EditCase{"FormulaReplacedByValue",
+                 {{"A1", "=2*3"}, {"B1", "=A1+1"}},
+                 {"A1", "1"},
                  {{"B1", "2"}}},
         EditCase{"FormulaReplacedByAnother",
-                 {{"A1", "1"}, {"A2", "5"}, {"B1", "=A1"}, {"C1", "=B1"}}, {"B1", "=A2"},
+                 {{"A1", "1"}, {"A2", "5"}, {"B1", "=A1"}, {"C1", "=B1"}},
+                 {"B1", "=A2"},
                  {{"C1", "5"}}},
-        EditCase{"ErrorComesAndStays", {{"A1", "1"}, {"B1", "=1/A1"}, {"C1", "=B1+1"}},
-                 {"A1", "0"}, {{"B1", "#DIV/0!"}, {"C1", "#DIV/0!"}}},
+        EditCase{"ErrorComesAndStays",
+                 {{"A1", "1"}, {"B1", "=1/A1"}, {"C1", "=B1+1"}},
+                 {"A1", "0"},
+                 {{"B1", "#DIV/0!"}, {"C1", "#DIV/0!"}}},
         EditCase{"ConditionTurnsToTheOtherBranch",
                  {{"A1", "1"}, {"A2", "=A1*10"}, {"A3", "=A1*100"}, {"B1", "=IF(A1>2,A2,A3)"}},
-                 {"A1", "3"}, {{"B1", "30"}}}),
+                 {"A1", "3"},
+                 {{"B1", "30"}}}),
     [](const auto& info) { return info.param.name; });
 
 TEST(Recalculation, EditsAfterAnEditedFormulaFollowTheNewReferences) {
@@ -279,22 +295,42 @@ TEST(Recalculation, ArrayFormulasFillTheirArea) {
   EXPECT_EQ(book.calculator().ReasonFor(0, {1, 10}), "circular reference");
 }
 
-// One by one, as a macro writes them: what was indexed and is gone again must not pile up in time or
-// results.
+// What waits to be calculated is not forgotten over cells that are calculated again and again.
+TEST(Recalculation, AnEarlyEditIsStillCalculatedAfterManyLaterOnes) {
+  TestBook book;
+  book.Put("B1:B2000", "=A$1");
+  book.Put("C1", "=A2");
+  book.calculator().CalculateAll();
+  book.Put("A2", "5");
+  for (int round = 1; round <= 10; ++round) {
+    book.Put("A1", std::to_string(round));
+    EXPECT_TRUE(book.calculator().EnsureCalculated(0, Area{1, 2, 2000, 2}));
+  }
+  book.calculator().CalculateAll();
+  EXPECT_EQ(book.Stored("B2000"), "10");
+  EXPECT_EQ(book.Stored("C1"), "5");
+}
+
+// One by one, as a macro writes them: what was indexed and is gone again must not pile up.
 TEST(Recalculation, FormulasPutAndReplacedManyTimes) {
   TestBook book;
   book.Put("A1", "1");
-  for (int round = 0; round < 30; ++round) {
+  FormulaIndex index(book.model());
+  index.Build();
+  std::size_t memory = 0;
+  for (int round = 0; round < 60; ++round) {
     for (int row = 1; row <= 300; ++row) {
-      std::string cell = "B" + std::to_string(row);
-      book.Put(cell, "=A1*" + std::to_string(round) + "+$A$1");
+      book.Put("B" + std::to_string(row), "=A1*" + std::to_string(round) + "+$A$1");
+      index.Update(0, {row, 2, row, 2});
     }
+    if (round == 19) memory = index.memory();
   }
+  EXPECT_LE(index.memory(), 2 * memory);
   std::size_t before = book.calculator().evaluations();
   book.Put("A1", "2");
   book.calculator().CalculateAll();
-  EXPECT_EQ(book.Stored("B1"), "60");
-  EXPECT_EQ(book.Stored("B300"), "60");
+  EXPECT_EQ(book.Stored("B1"), "120");
+  EXPECT_EQ(book.Stored("B300"), "120");
   EXPECT_EQ(book.calculator().evaluations() - before, 300u);
 }
 

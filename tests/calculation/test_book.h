@@ -1,4 +1,5 @@
-// A workbook model with its calculator, written in texts: "Data!B2" names a cell, "=A1*2" a formula.
+// A workbook model with its calculator, written in texts: "Data!B2" names a cell, "=A1*2" a
+// formula.
 #pragma once
 
 #include <memory>

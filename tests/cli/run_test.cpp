@@ -157,6 +157,22 @@ TEST(Run, InPlaceKeepsTheFileBefore) {
   EXPECT_EQ(model.Run(shift).exit_code, 0);
   EXPECT_EQ(BytesOf(model.path("model.xlsm.bak")), shifted_once);
   EXPECT_EQ(CellOf(model.path(), "'Data 01'!J3"), Value(3));
+  // The user takes the file before back by its name alone.
+  std::filesystem::remove(model.path());
+  std::filesystem::create_hard_link(model.path("model.xlsm.bak"), model.path());
+  EXPECT_EQ(model.Run(shift).exit_code, 0);
+  EXPECT_EQ(BytesOf(model.path("model.xlsm.bak")), shifted_once);
+  EXPECT_EQ(model.Files(), "model.xlsm model.xlsm.bak ");
+}
+
+TEST(Run, InPlaceWritesNothingWhenTheFileBeforeCannotBeKept) {
+  SmallModel model;
+  std::filesystem::create_directory(model.path("model.xlsm.bak"));
+  const CommandResult result = model.Run({"clsYearEnd.ShiftHistory", "--in-place", "--yes"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.err,
+              HasSubstr("model.xlsm.bak: a folder has that name.\nNothing was written."));
+  EXPECT_EQ(BytesOf(model.path()), model.bytes());
   EXPECT_EQ(model.Files(), "model.xlsm model.xlsm.bak ");
 }
 
@@ -252,6 +268,32 @@ TEST(Run, PlainOpenAndSaveChangesNothing) {
   EXPECT_EQ(result.exit_code, 0) << result.err;
   EXPECT_THAT(result.out, HasSubstr("\nNothing changed.\n"));
   EXPECT_EQ(CellOf(model.path("out.xlsm"), "Planning!D5"), Value(5));
+}
+
+TEST(Run, PlanningModelGetsAColumnOnEveryHistorySheet) {
+  const auto shared = std::filesystem::path(VANTORA_SOURCE_DIR) / "../shared/models";
+  if (!std::filesystem::exists(shared / "planning-2x60.xlsm")) {
+    GTEST_SKIP() << "The planning models are not beside the checkout.";
+  }
+  SmallModel folder;
+  std::filesystem::copy_file(shared / "planning-2x60.xlsm", folder.path("planning.xlsm"));
+  const CommandResult result = folder.Command(
+      {"run", folder.path("planning.xlsm").string(), "clsYearEnd.SaveLastYear", "--in-place",
+       "--answer", "OK", "--answer", "frmSaveComments:txtComments=check;butText", "--changes"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_THAT(result.out, HasSubstr("more cells\n"));
+  EXPECT_THAT(result.out, HasSubstr("Other changes\n  comment added at "));
+  auto before = embedded::Session::Open(shared / "planning-2x60.xlsm");
+  auto after = embedded::Session::Open(folder.path("planning.xlsm"));
+  int saved_sheets = 0;
+  for (const auto& sheet : after->application()->ActiveWorkbook()->Worksheets()) {
+    if (result.out.find(sheet->Name() + "\n  column ") == std::string::npos) continue;
+    ++saved_sheets;
+    // Row 6, columns N and AD.
+    EXPECT_EQ(sheet->Cells(6, 30)->Value(),
+              before->Worksheet(sheet->Name())->Cells(6, 14)->Value());
+  }
+  EXPECT_EQ(saved_sheets, 2);
 }
 
 TEST(List, NamesEveryClassAndWhatIsNotThereYet) {

@@ -86,7 +86,8 @@ std::string ContentTypes() {
 }
 
 std::string WorkbookXml() {
-  return std::string(kXml) + "<workbook " + kMain + " xmlns:r=\"" + kOffice + "\"><sheets>" +
+  return std::string(kXml) + "<workbook " + kMain + " xmlns:r=\"" + kOffice +
+         "\"><bookViews><workbookView/></bookViews><sheets>" +
          "<sheet name=\"Planning\" sheetId=\"1\" r:id=\"rId1\"/>" +
          "<sheet name=\"Data 01\" sheetId=\"2\" r:id=\"rId2\"/></sheets><definedNames>" +
          "<definedName name=\"marker\">'Data 01'!$AA$1</definedName>" +

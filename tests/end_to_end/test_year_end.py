@@ -81,6 +81,31 @@ def chart_formulas(workbook):
     return found
 
 
+def stale_caches(workbook):
+    """The points of the charts' caches that differ from the cells they stand for."""
+    stale = []
+    for name in sorted(workbook.parts):
+        if not name.startswith('xl/charts/chart'):
+            continue
+        for reference in workbook.xml(name).iter():
+            if reference.tag not in (CHART + 'numRef', CHART + 'strRef'):
+                continue
+            (_, match), = tokens(reference.findtext(CHART + 'f'))
+            sheet = match.group('sheet').strip("'").replace("''", "'")
+            area = f'{match.group("first")}:{match.group("last") or match.group("first")}'
+            cells = sorted(area_cells(area.replace('$', '')))
+            points = {int(point.get('idx')): point.findtext(CHART + 'v')
+                      for point in reference.iter(CHART + 'pt')}
+            for index, (row, column) in enumerate(cells):
+                cell, point = workbook.sheets[sheet].cells.get((row, column)), points.get(index)
+                value = cell.value if cell else None
+                point = float(point) if isinstance(value, float) and point else point
+                if not same_value(value, point):
+                    stale.append(f'{name}: {point!r} for {cell_name(sheet, row, column)}, which '
+                                 f'holds {value!r}')
+    return stale
+
+
 class YearEnd(CommandTestCase):
     @classmethod
     def setUpClass(cls):
@@ -105,6 +130,9 @@ class YearEnd(CommandTestCase):
                     differences.append(f'{place}: another format')
         self.assert_none(differences, 'cells that are wrong')
 
+    def assert_charts(self, after):
+        self.assert_none(stale_caches(after), "points of charts that are not the cells' values")
+
     def assert_names(self, expected, after):
         found = {name.lower(): plain(text) for (name, local), text in after.names.items()
                  if local is None}
@@ -127,6 +155,7 @@ class YearEnd(CommandTestCase):
                                              'People & Premises': 30, "Owner's Accounts": 31})
         self.assert_cells(expected, after)
         self.assert_names(expected, after)
+        self.assert_charts(after)
         return after
 
     def test_save_last_year(self):
@@ -223,6 +252,7 @@ class YearEnd(CommandTestCase):
         after = self.year_end(DEMO, 'ShiftHistory')
         self.assert_cells(expected, after)
         self.assert_names(expected, after)
+        self.assert_charts(after)
         self.assertEqual(chart_formulas(after), chart_formulas(self.before))
         # Notes come along with their cells; J6 gets what K6 had, which is nothing.
         self.assertNotIn('J6', notes(after, 'Sales'))
@@ -239,6 +269,7 @@ class YearEnd(CommandTestCase):
         self.assertEqual(after.sheets['Sales'].value('N6'), self.before.sheets['Sales'].value('O6'))
         self.assert_cells(expected, after)
         self.assert_names(expected, after)
+        self.assert_charts(after)
         self.assertEqual(notes(after, 'Sales'), notes(self.before, 'Sales'))
 
     def test_whole_year_end_in_turn(self):
@@ -252,6 +283,7 @@ class YearEnd(CommandTestCase):
         after = Workbook(result)
         self.assert_cells(expected, after)
         self.assert_names(expected, after)
+        self.assert_charts(after)
 
 
 if __name__ == '__main__':

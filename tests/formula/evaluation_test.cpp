@@ -118,6 +118,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"Nowhere!A1", "can't: there is no sheet \"Nowhere\""},
                     Case{"'No where'!rate", "can't: there is no sheet \"No where\""},
                     Case{"A1#", "can't: references to spilled arrays are not supported"},
+                    Case{"SUMPRODUCT(A:E*1)", "can't: it builds an array of 5242880 values"},
                     Case{"SUM()", "can't: function SUM has too few or too many arguments"},
                     Case{"1+", "can't: the formula can't be read"},
                     Case{"", "can't: the formula can't be read"},

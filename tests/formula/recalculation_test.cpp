@@ -4,6 +4,7 @@
 // checkout, is a test.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <iostream>

@@ -16,11 +16,13 @@ class ChartCachesTest : public PackageTest {
   // Row 1: 10, 20, blank, "x"; row 2: years. A chart of both.
   std::unique_ptr<WorkbookFile> OpenChart(const std::string& chart) const {
     Parts parts = OneSheet(
-        "<sheetData><row><c><v>10</v></c><c><v>20</v></c><c/><c t=\"str\"><v>x</v></c></row><row><c>"
+        "<sheetData><row><c><v>10</v></c><c><v>20</v></c><c/><c "
+        "t=\"str\"><v>x</v></c></row><row><c>"
         "<v>2023</v></c><c><v>2024</v></c></row></sheetData><drawing r:id=\"rId1\"/>",
         "<definedNames><definedName name=\"Costs\">Data!$A$1:$B$1</definedName></definedNames>");
     const std::string rels =
-        "<Relationships><Relationship Id=\"rId1\" Type=\"x/KIND\" Target=\"TARGET\"/></Relationships>";
+        "<Relationships><Relationship Id=\"rId1\" Type=\"x/KIND\" "
+        "Target=\"TARGET\"/></Relationships>";
     auto with = [&](const char* kind, const char* target) {
       std::string text = rels;
       text.replace(text.find("KIND"), 4, kind);
@@ -51,13 +53,14 @@ TEST_F(ChartCachesTest, OnlyPointsThatDifferAreWritten) {
               "formatCode=\"0\"><c:v>20</c:v></c:pt><c:pt idx=\"3\"><c:v>0</c:v></c:pt>"));
   Set(*file, {1, 2}, 0.5);
   Set(*file, {1, 3}, 30);
-  EXPECT_EQ(Saved(*file, kChart),
-            "<c:chart xmlns:c=\"x\">" + untouched +
-                Numbers("Data!$A$1:$D$1",
-                        "<c:ptCount val=\"4\"/><c:pt idx=\"0\"><c:v>10.0</c:v></c:pt><c:pt idx=\"1\" "
-                        "formatCode=\"0\"><c:v>0.5</c:v></c:pt><c:pt idx=\"2\"><c:v>30</c:v></c:pt>"
-                        "<c:pt idx=\"3\"><c:v>0</c:v></c:pt>") +
-                "</c:chart>");
+  EXPECT_EQ(
+      Saved(*file, kChart),
+      "<c:chart xmlns:c=\"x\">" + untouched +
+          Numbers("Data!$A$1:$D$1",
+                  "<c:ptCount val=\"4\"/><c:pt idx=\"0\"><c:v>10.0</c:v></c:pt><c:pt idx=\"1\" "
+                  "formatCode=\"0\"><c:v>0.5</c:v></c:pt><c:pt idx=\"2\"><c:v>30</c:v></c:pt>"
+                  "<c:pt idx=\"3\"><c:v>0</c:v></c:pt>") +
+          "</c:chart>");
 }
 
 TEST_F(ChartCachesTest, PointsComeAndGo) {
@@ -77,12 +80,15 @@ TEST_F(ChartCachesTest, TextsKeepTheirFormatUntilTheirCellChanges) {
   auto file = OpenChart(
       "<c:strRef><c:f>Data!$A$2:$B$2</c:f><c:strCache><c:ptCount val=\"2\"/><c:pt idx=\"0\"><c:v>FY"
       "2023</c:v></c:pt><c:pt idx=\"1\"><c:v>FY2024</c:v></c:pt></c:strCache></c:strRef>"
-      "<c:numRef><c:f>[1]Other!$A$1</c:f><c:numCache><c:ptCount val=\"1\"/></c:numCache></c:numRef>");
+      "<c:numRef><c:f>[1]Other!$A$1</c:f><c:numCache><c:ptCount "
+      "val=\"1\"/></c:numCache></c:numRef>");
   Set(*file, {2, 2}, 2025.25);
   std::string saved = Saved(*file, kChart);
-  EXPECT_THAT(saved, HasSubstr("<c:pt idx=\"0\"><c:v>FY2023</c:v></c:pt><c:pt idx=\"1\"><c:v>2025.25"
-                               "</c:v></c:pt>"));
-  EXPECT_THAT(saved, HasSubstr("<c:f>[1]Other!$A$1</c:f><c:numCache><c:ptCount val=\"1\"/></c:num"));
+  EXPECT_THAT(saved,
+              HasSubstr("<c:pt idx=\"0\"><c:v>FY2023</c:v></c:pt><c:pt idx=\"1\"><c:v>2025.25"
+                        "</c:v></c:pt>"));
+  EXPECT_THAT(saved,
+              HasSubstr("<c:f>[1]Other!$A$1</c:f><c:numCache><c:ptCount val=\"1\"/></c:num"));
 }
 
 }  // namespace

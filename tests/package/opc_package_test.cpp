@@ -80,18 +80,18 @@ TEST_F(OpcPackageTest, TellsWhatIsWrongInAPackage) {
       {"binary workbook",
        replace(types, workbook_type, "vnd.ms-excel.sheet.binary.macroEnabled.main"),
        Code::kLegacyFormat, ".xlsb"},
-      {"document", replace(types, workbook_type, "x-document"), Code::kNotAWorkbook, "not an Excel"},
+      {"document", replace(types, workbook_type, "x-document"), Code::kNotAWorkbook,
+       "not an Excel"},
       {"add-in", replace(types, workbook_type, "vnd.ms-excel.addin.macroEnabled.main+xml"),
        Code::kUnsupported, ".xlam"},
       {"no root relationship", [](Parts& p) { p.erase("_rels/.rels"); }, Code::kNotAWorkbook, ""},
-      {"workbook missing", [](Parts& p) { p.erase(kWorkbookPart); }, Code::kDamaged,
-       kWorkbookPart},
+      {"workbook missing", [](Parts& p) { p.erase(kWorkbookPart); }, Code::kDamaged, kWorkbookPart},
       {"sheet missing", [](Parts& p) { p.erase(kSheetPart); }, Code::kDamaged, "\"Data\""},
       {"malformed workbook", replace(kWorkbookPart, "</sheets>", ""), Code::kDamaged,
        kWorkbookPart},
       {"malformed sheet", sheet("<sheetData><row></sheetData>"), Code::kDamaged, kSheetPart},
-      {"document type", replace(kSheetPart, "<worksheet", "<!DOCTYPE x><worksheet"),
-       Code::kDamaged, "document type"},
+      {"document type", replace(kSheetPart, "<worksheet", "<!DOCTYPE x><worksheet"), Code::kDamaged,
+       "document type"},
       {"bad number", sheet("<sheetData><row><c><v>1,5</v></c></row></sheetData>"), Code::kDamaged,
        "A1"},
       {"infinite number", sheet("<sheetData><row><c><v>1e999</v></c></row></sheetData>"),
@@ -102,15 +102,15 @@ TEST_F(OpcPackageTest, TellsWhatIsWrongInAPackage) {
        Code::kDamaged, "\"q\""},
       {"rows out of order", sheet("<sheetData><row r=\"2\"/><row r=\"1\"/></sheetData>"),
        Code::kDamaged, "row 1"},
-      {"cells out of order",
-       sheet("<sheetData><row><c r=\"B1\"/><c r=\"B1\"/></row></sheetData>"), Code::kDamaged, "B1"},
+      {"cells out of order", sheet("<sheetData><row><c r=\"B1\"/><c r=\"B1\"/></row></sheetData>"),
+       Code::kDamaged, "B1"},
       {"cell of another row", sheet("<sheetData><row><c r=\"A2\"/></row></sheetData>"),
        Code::kDamaged, "A2"},
       {"cell off the sheet", sheet("<sheetData><row><c r=\"XFE1\"/></row></sheetData>"),
        Code::kDamaged, "XFE1"},
       {"shared formula without its text",
-       sheet("<sheetData><row><c><f t=\"shared\" si=\"3\"/></c></row></sheetData>"),
-       Code::kDamaged, "A1"},
+       sheet("<sheetData><row><c><f t=\"shared\" si=\"3\"/></c></row></sheetData>"), Code::kDamaged,
+       "A1"},
       {"climbing name", [](Parts& p) { p["xl/../../evil.xml"] = ""; }, Code::kDamaged, "evil"},
       {"absolute name", [](Parts& p) { p["/xl/evil.xml"] = ""; }, Code::kDamaged, "evil"},
       {"names that differ in case", [](Parts& p) { p["XL/Workbook.xml"] = ""; }, Code::kDamaged,
@@ -140,7 +140,8 @@ TEST_F(OpcPackageTest, DetectsDamagedBytes) {
 }
 
 TEST_F(OpcPackageTest, ReadsPartsInUtf16) {
-  Parts parts = OneSheet("<sheetData><row><c t=\"str\"><v>\u00E4\U0001F600</v></c></row></sheetData>");
+  Parts parts =
+      OneSheet("<sheetData><row><c t=\"str\"><v>\u00E4\U0001F600</v></c></row></sheetData>");
   std::string utf16 = "\xFF\xFE";
   std::string head = parts[kSheetPart];
   head.replace(head.find("?>"), 0, " encoding=\"UTF-16\"");

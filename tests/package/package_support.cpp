@@ -64,13 +64,14 @@ Parts OneSheet(std::string_view sheet_content, std::string_view workbook_content
   Parts parts;
   parts["[Content_Types].xml"] =
       "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\"><Default "
-      "Extension=\"rels\" ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
+      "Extension=\"rels\" "
+      "ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
       "<Default Extension=\"xml\" ContentType=\"application/xml\"/><Override "
       "PartName=\"/xl/workbook.xml\" ContentType=\"application/vnd.openxmlformats-officedocument."
       "spreadsheetml.sheet.main+xml\"/></Types>";
-  parts["_rels/.rels"] =
-      std::string(kRelationships) +
-      RelationshipText("rId1", "officeDocument", "xl/workbook.xml") + "</Relationships>";
+  parts["_rels/.rels"] = std::string(kRelationships) +
+                         RelationshipText("rId1", "officeDocument", "xl/workbook.xml") +
+                         "</Relationships>";
   parts[kWorkbookPart] =
       Root("workbook", "<sheets><sheet name=\"Data\" sheetId=\"1\" r:id=\"rId1\"/></sheets>" +
                            std::string(workbook_content));

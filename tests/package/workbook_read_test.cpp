@@ -46,13 +46,15 @@ std::string Shown(const WorkbookModel& model, int sheet, CellAddress place) {
 TEST_F(WorkbookReadTest, ReadsEveryKindOfCell) {
   Parts parts = OneSheet(
       "<sheetData><row r=\"2\"><c r=\"A2\"><v>1.5E1</v></c><c t=\"n\"><v/></c><c r=\"D2\" "
-      "s=\"7\"/><c t=\"s\"><v>1</v></c><c t=\"str\"><f>\"a\"&amp;\"&lt;\"</f><v>a&lt;_x000D_</v></c>"
+      "s=\"7\"/><c t=\"s\"><v>1</v></c><c "
+      "t=\"str\"><f>\"a\"&amp;\"&lt;\"</f><v>a&lt;_x000D_</v></c>"
       "</row><row><c t=\"b\"><v>1</v></c><c t=\"e\"><v>#N/A</v></c><c t=\"inlineStr\"><is><r><t>x"
       "</t></r><r><t xml:space=\"preserve\"> y</t></r><rPh><t>no</t></rPh></is></c><c t=\"d\"><v>"
       "2024-03-01T12:00:00</v></c><c t=\"d\"><v>1900-02-28</v></c><c t=\"str\"><f>A2</f></c>"
       "<c t=\"s\"/></row></sheetData>");
-  AddSharedStrings(parts, "<si/><si><r><t>ri</t></r><r><rPr><b/></rPr><t>ch</t></r><rPh><t>no</t>"
-                          "</rPh></si><si><t>plain</t></si>");
+  AddSharedStrings(parts,
+                   "<si/><si><r><t>ri</t></r><r><rPr><b/></rPr><t>ch</t></r><rPh><t>no</t>"
+                   "</rPh></si><si><t>plain</t></si>");
   auto file = OpenParts(parts);
   const WorkbookModel& model = file->model();
   auto shown = [&](int row, int column) { return Shown(model, 0, {row, column}); };
@@ -79,8 +81,10 @@ TEST_F(WorkbookReadTest, ReadsEveryKindOfFormula) {
   auto file = OpenRows(
       "<row><c r=\"A1\"><f t=\"shared\" si=\"1\"/><v>0</v></c><c r=\"B1\"><f t=\"shared\" si=\"0\" "
       "ref=\"B1:B2\">$A1*2</f><v>1</v></c><c r=\"C1\"><f t=\"array\" ref=\"C1:C2\">A1:A2*2</f><v>2"
-      "</v></c><c r=\"D1\"><f t=\"dataTable\" ref=\"D1:D2\" dt2D=\"0\" dtr=\"0\" r1=\"A1\"/><v>3</v>"
-      "</c></row><row><c r=\"A2\"><f t=\"shared\" si=\"1\" ref=\"A1:A2\">XFD2</f></c><c r=\"B2\"><f "
+      "</v></c><c r=\"D1\"><f t=\"dataTable\" ref=\"D1:D2\" dt2D=\"0\" dtr=\"0\" "
+      "r1=\"A1\"/><v>3</v>"
+      "</c></row><row><c r=\"A2\"><f t=\"shared\" si=\"1\" ref=\"A1:A2\">XFD2</f></c><c "
+      "r=\"B2\"><f "
       "t=\"shared\" si=\"0\"/><v>4</v></c><c r=\"C2\"><v>5</v></c><c r=\"D2\"><v>6</v></c></row>"
       "<row><c r=\"A3\"><f t=\"shared\" si=\"0\" ref=\"A3:B3\">XFD9</f></c><c r=\"B3\"><f "
       "t=\"shared\" si=\"0\"/></c></row>");
@@ -101,7 +105,8 @@ TEST_F(WorkbookReadTest, ReadsEveryKindOfFormula) {
 
 TEST_F(WorkbookReadTest, ReadsWhatStandsAroundTheCells) {
   auto file = OpenParts(OneSheet(
-      "<sheetPr/><cols><col min=\"2\" max=\"3\" width=\"9.5\" style=\"4\" customWidth=\"1\"/></cols>"
+      "<sheetPr/><cols><col min=\"2\" max=\"3\" width=\"9.5\" style=\"4\" "
+      "customWidth=\"1\"/></cols>"
       "<sheetData><row r=\"5\" s=\"6\" customFormat=\"1\"/><row r=\"7\" s=\"6\"/></sheetData>\n "
       "<sheetProtection sheet=\"1\"/><pageMargins left=\"1\"/>",
       "<definedNames><definedName name=\"a\">Data!$A$1</definedName><definedName name=\"b\" "
@@ -162,11 +167,12 @@ TEST_F(WorkbookReadTest, KeepsSheetsWithoutCells) {
 
 TEST_F(WorkbookReadTest, ReadsFillsLocksAndTextFormats) {
   Parts parts = OneSheet("<sheetData/>");
-  AddWorkbookPart(parts, "theme", "theme/theme1.xml",
-                  "<a:theme xmlns:a=\"x\"><a:themeElements><a:clrScheme><a:dk1><a:sysClr "
-                  "val=\"windowText\" lastClr=\"000000\"/></a:dk1><a:lt1><a:srgbClr val=\"FFFFFF\"/>"
-                  "</a:lt1><a:accent1><a:srgbClr val=\"0000FF\"/></a:accent1></a:clrScheme>"
-                  "</a:themeElements></a:theme>");
+  AddWorkbookPart(
+      parts, "theme", "theme/theme1.xml",
+      "<a:theme xmlns:a=\"x\"><a:themeElements><a:clrScheme><a:dk1><a:sysClr "
+      "val=\"windowText\" lastClr=\"000000\"/></a:dk1><a:lt1><a:srgbClr val=\"FFFFFF\"/>"
+      "</a:lt1><a:accent1><a:srgbClr val=\"0000FF\"/></a:accent1></a:clrScheme>"
+      "</a:themeElements></a:theme>");
   struct Case {
     const char* fill;
     const char* rest;  // attributes and children of the xf
@@ -176,24 +182,35 @@ TEST_F(WorkbookReadTest, ReadsFillsLocksAndTextFormats) {
       {"<patternFill patternType=\"none\"/>", "", {-4142, false, true}},
       {"<patternFill/>", "numFmtId=\"49\">", {-4142, true, true}},
       {"<patternFill patternType=\"solid\"><fgColor rgb=\"FFFFFF00\"/><bgColor indexed=\"10\"/>"
-       "</patternFill>", "numFmtId=\"164\">", {6, true, true}},
-      {"<patternFill patternType=\"solid\"><fgColor indexed=\"39\"/></patternFill>", "",
+       "</patternFill>",
+       "numFmtId=\"164\">",
+       {6, true, true}},
+      {"<patternFill patternType=\"solid\"><fgColor indexed=\"39\"/></patternFill>",
+       "",
        {32, false, true}},
       {"<patternFill patternType=\"solid\"><fgColor indexed=\"2\"/></patternFill>",
-       "><protection locked=\"0\"/>", {3, false, false}},
-      {"<patternFill patternType=\"solid\"><fgColor indexed=\"64\"/></patternFill>", "",
+       "><protection locked=\"0\"/>",
+       {3, false, false}},
+      {"<patternFill patternType=\"solid\"><fgColor indexed=\"64\"/></patternFill>",
+       "",
        {1, false, true}},
-      {"<patternFill patternType=\"solid\"><fgColor theme=\"0\"/></patternFill>", "",
+      {"<patternFill patternType=\"solid\"><fgColor theme=\"0\"/></patternFill>",
+       "",
        {2, false, true}},
       {"<patternFill patternType=\"solid\"><fgColor theme=\"1\" tint=\"0.5\"/></patternFill>",
-       "numFmtId=\"165\">", {16, false, true}},
-      {"<patternFill patternType=\"solid\"><fgColor theme=\"4\" tint=\"-0.5\"/></patternFill>", "",
+       "numFmtId=\"165\">",
+       {16, false, true}},
+      {"<patternFill patternType=\"solid\"><fgColor theme=\"4\" tint=\"-0.5\"/></patternFill>",
+       "",
        {11, false, true}},
-      {"<patternFill patternType=\"gray125\"><fgColor rgb=\"FFFF0000\"/></patternFill>", "",
+      {"<patternFill patternType=\"gray125\"><fgColor rgb=\"FFFF0000\"/></patternFill>",
+       "",
        {2, false, true}},
-      {"<patternFill patternType=\"lightUp\"><bgColor rgb=\"FF00FF00\"/></patternFill>", "",
+      {"<patternFill patternType=\"lightUp\"><bgColor rgb=\"FF00FF00\"/></patternFill>",
+       "",
        {4, false, true}},
-      {"<gradientFill><stop position=\"0\"><color rgb=\"FFFF0000\"/></stop></gradientFill>", "",
+      {"<gradientFill><stop position=\"0\"><color rgb=\"FFFF0000\"/></stop></gradientFill>",
+       "",
        {3, false, true}},
   };
   std::string fills, xfs;
@@ -224,8 +241,8 @@ TEST_F(WorkbookReadTest, AWorkbooksOwnPaletteCounts) {
   AddWorkbookPart(parts, "styles", "styles.xml",
                   "<styleSheet><fills><fill><patternFill patternType=\"solid\"><fgColor "
                   "rgb=\"FF100020\"/></patternFill></fill></fills><cellXfs><xf fillId=\"0\"/>"
-                  "</cellXfs><colors><indexedColors>" + colors +
-                      "</indexedColors></colors></styleSheet>");
+                  "</cellXfs><colors><indexedColors>" +
+                      colors + "</indexedColors></colors></styleSheet>");
   auto file = OpenParts(parts);
   EXPECT_EQ(file->model().styles.palette[0], 0x100008u);
   EXPECT_EQ(file->model().styles.formats[0].fill_color_index, 13);

@@ -17,8 +17,7 @@ class WorkbookSaveTest : public PackageTest {
   static CellStore& Cells(WorkbookFile& file) { return file.model().sheets[0]->cells; }
   static void SetFormula(WorkbookFile& file, CellAddress place, std::string_view text) {
     SheetModel& sheet = *file.model().sheets[0];
-    sheet.cells.SetFormula(place,
-                           sheet.formulas.Intern(ParseFormula(text, place, file.model())));
+    sheet.cells.SetFormula(place, sheet.formulas.Intern(ParseFormula(text, place, file.model())));
   }
   static void SetText(WorkbookFile& file, CellAddress place, std::string_view text) {
     Cells(file).SetConstant(place, CellValue::Text(file.model().strings.Intern(text)));
@@ -99,17 +98,21 @@ TEST_F(WorkbookSaveTest, PatchesOfACellWhatChanged) {
     Edit edit;
     const char* after;
   };
-  const CellAddress a1{1, 1};
-  (void)a1;
   const std::vector<Case> cases = {
       {"<c r=\"A1\" s=\"3\"/>",
-       [](WorkbookFile& f) { Cells(f).SetValue({1, 1}, CellValue::Number(1e-7)); },
+       [](WorkbookFile& f) {
+         Cells(f).SetValue({1, 1}, CellValue::Number(1e-7));
+       },
        "<c r=\"A1\" s=\"3\"><v>1e-07</v></c>"},
       {"<c r='A1' x:y='z' t='e'><v>#N/A</v><extLst><ext/></extLst></c>",
-       [](WorkbookFile& f) { Cells(f).SetValue({1, 1}, CellValue::Boolean(true)); },
+       [](WorkbookFile& f) {
+         Cells(f).SetValue({1, 1}, CellValue::Boolean(true));
+       },
        "<c r='A1' x:y='z' t='b'><v>1</v><extLst><ext/></extLst></c>"},
       {"<c r=\"A1\" t=\"b\" s=\"1\"><v>1</v></c>",
-       [](WorkbookFile& f) { Cells(f).SetValue({1, 1}, CellValue::Number(-2)); },
+       [](WorkbookFile& f) {
+         Cells(f).SetValue({1, 1}, CellValue::Number(-2));
+       },
        "<c r=\"A1\" s=\"1\"><v>-2</v></c>"},
       {"<c r=\"A1\" s=\"1\" t=\"str\"><f ca=\"1\">B1</f><v>a</v></c>",
        [](WorkbookFile& f) {
@@ -118,29 +121,49 @@ TEST_F(WorkbookSaveTest, PatchesOfACellWhatChanged) {
        "<c r=\"A1\" s=\"1\" t=\"str\"><f ca=\"1\">B1</f><v xml:space=\"preserve\"> &lt;b&gt; </v>"
        "</c>"},
       {"<c r=\"A1\" vm=\"2\" t=\"e\"><f>B1</f><v>#VALUE!</v></c>",
-       [](WorkbookFile& f) { Cells(f).SetValue({1, 1}, CellValue::Error(CellError::kDiv0)); },
+       [](WorkbookFile& f) {
+         Cells(f).SetValue({1, 1}, CellValue::Error(CellError::kDiv0));
+       },
        "<c r=\"A1\" t=\"e\"><f>B1</f><v>#DIV/0!</v></c>"},
       {"<c r=\"A1\"><f>B1</f></c>",
-       [](WorkbookFile& f) { Cells(f).SetValue({1, 1}, CellValue::Number(5)); },
+       [](WorkbookFile& f) {
+         Cells(f).SetValue({1, 1}, CellValue::Number(5));
+       },
        "<c r=\"A1\"><f>B1</f><v>5</v></c>"},
       {"<c r=\"A1\"><f>B1</f><v>5</v></c>",
-       [](WorkbookFile& f) { SetFormula(f, {1, 1}, "IF(B1<2,\"&\",B1)"); },
+       [](WorkbookFile& f) {
+         SetFormula(f, {1, 1}, "IF(B1<2,\"&\",B1)");
+       },
        "<c r=\"A1\"><f>IF(B1&lt;2,\"&amp;\",B1)</f><v>5</v></c>"},
       {"<c r=\"A1\"><f>B1</f><v>5</v></c>",
-       [](WorkbookFile& f) { Cells(f).SetConstant({1, 1}, CellValue::Number(5)); },
+       [](WorkbookFile& f) {
+         Cells(f).SetConstant({1, 1}, CellValue::Number(5));
+       },
        "<c r=\"A1\"><v>5</v></c>"},
-      {"<c r=\"A1\"><v>5</v></c>", [](WorkbookFile& f) { SetFormula(f, {1, 1}, "B1"); },
+      {"<c r=\"A1\"><v>5</v></c>",
+       [](WorkbookFile& f) {
+         SetFormula(f, {1, 1}, "B1");
+       },
        "<c r=\"A1\"><f>B1</f><v>5</v></c>"},
       {"<c r=\"A1\" t=\"inlineStr\"><is><t>x</t></is></c>",
-       [](WorkbookFile& f) { Cells(f).SetValue({1, 1}, CellValue::Number(5)); },
+       [](WorkbookFile& f) {
+         Cells(f).SetValue({1, 1}, CellValue::Number(5));
+       },
        "<c r=\"A1\"><v>5</v></c>"},
       {"<c r=\"A1\" t=\"inlineStr\"><is><t>x</t></is></c>",
-       [](WorkbookFile& f) { SetFormula(f, {1, 1}, "B1"); },
+       [](WorkbookFile& f) {
+         SetFormula(f, {1, 1}, "B1");
+       },
        "<c r=\"A1\" t=\"str\"><f>B1</f><v>x</v></c>"},
-      {"<c r=\"A1\"><v>5</v></c>", [](WorkbookFile& f) { Cells(f).SetStyle({1, 1}, 4); },
+      {"<c r=\"A1\"><v>5</v></c>",
+       [](WorkbookFile& f) {
+         Cells(f).SetStyle({1, 1}, 4);
+       },
        "<c r=\"A1\" s=\"4\"><v>5</v></c>"},
       {"<c r=\"A1\" s=\"4\"><v>5</v></c>",
-       [](WorkbookFile& f) { Cells(f).SetConstant({1, 1}, CellValue::Blank()); },
+       [](WorkbookFile& f) {
+         Cells(f).SetConstant({1, 1}, CellValue::Blank());
+       },
        "<c r=\"A1\" s=\"4\"></c>"},
       {"<c r=\"A1\" cm=\"1\"><f t=\"array\" ref=\"A1\">B1</f><v>5</v></c>",
        [](WorkbookFile& f) {
@@ -149,14 +172,25 @@ TEST_F(WorkbookSaveTest, PatchesOfACellWhatChanged) {
        },
        "<c r=\"A1\"><f>B2</f><v>5</v></c>"},
       {"<c r=\"A1\" cm=\"1\"><f t=\"array\" ref=\"A1:A2\">B1</f><v>5</v></c>",
-       [](WorkbookFile& f) { SetFormula(f, {1, 1}, "B2"); },
+       [](WorkbookFile& f) {
+         SetFormula(f, {1, 1}, "B2");
+       },
        "<c r=\"A1\" cm=\"1\"><f t=\"array\" ref=\"A1:A2\">B2</f><v>5</v></c>"},
       {"<c><v>5</v></c>",
-       [](WorkbookFile& f) { Cells(f).SetValue({1, 1}, CellValue::Number(6)); },
+       [](WorkbookFile& f) {
+         Cells(f).SetValue({1, 1}, CellValue::Number(6));
+       },
        "<c r=\"A1\"><v>6</v></c>"},
-      {"<c r=\"A1\"><v>5</v></c>", [](WorkbookFile& f) { Cells(f).Erase({1, 1}); }, ""},
       {"<c r=\"A1\"><v>5</v></c>",
-       [](WorkbookFile& f) { Cells(f).SetConstant({1, 1}, CellValue::Blank()); }, ""},
+       [](WorkbookFile& f) {
+         Cells(f).Erase({1, 1});
+       },
+       ""},
+      {"<c r=\"A1\"><v>5</v></c>",
+       [](WorkbookFile& f) {
+         Cells(f).SetConstant({1, 1}, CellValue::Blank());
+       },
+       ""},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(Edited(std::string("<row r=\"1\" spans=\"1:2\" z=\"1\">") + c.before +
@@ -169,26 +203,27 @@ TEST_F(WorkbookSaveTest, PatchesOfACellWhatChanged) {
 }
 
 TEST_F(WorkbookSaveTest, PutsNewCellsAndRowsInOrder) {
-  EXPECT_EQ(Edited("<row r=\"2\" spans=\"2:3\" ht=\"20\"><c r=\"B2\"><v>1</v></c> <c r=\"D2\"/></row>"
-                   "<row r=\"4\"/>",
-                   [](WorkbookFile& file) {
-                     Cells(file).SetValue({1, 3}, CellValue::Number(13));
-                     Cells(file).SetValue({2, 1}, CellValue::Number(21));
-                     Cells(file).SetValue({2, 3}, CellValue::Number(23));
-                     Cells(file).SetStyle({2, 5}, 2);
-                     Cells(file).SetValue({4, 1}, CellValue::Number(41));
-                     Cells(file).SetValue({200, 2}, CellValue::Blank());
-                     SetFormula(file, {300, 28}, "A1");
-                   }),
-            "<row r=\"1\"><c r=\"C1\"><v>13</v></c></row><row r=\"2\" ht=\"20\"><c r=\"A2\"><v>21</v>"
-            "</c><c r=\"B2\"><v>1</v></c> <c r=\"C2\"><v>23</v></c><c r=\"D2\"/><c r=\"E2\" s=\"2\"/>"
-            "</row><row r=\"4\"><c r=\"A4\"><v>41</v></c></row><row r=\"300\"><c r=\"AB300\"><f>A1</f>"
-            "</c></row>");
+  EXPECT_EQ(
+      Edited("<row r=\"2\" spans=\"2:3\" ht=\"20\"><c r=\"B2\"><v>1</v></c> <c r=\"D2\"/></row>"
+             "<row r=\"4\"/>",
+             [](WorkbookFile& file) {
+               Cells(file).SetValue({1, 3}, CellValue::Number(13));
+               Cells(file).SetValue({2, 1}, CellValue::Number(21));
+               Cells(file).SetValue({2, 3}, CellValue::Number(23));
+               Cells(file).SetStyle({2, 5}, 2);
+               Cells(file).SetValue({4, 1}, CellValue::Number(41));
+               Cells(file).SetValue({200, 2}, CellValue::Blank());
+               SetFormula(file, {300, 28}, "A1");
+             }),
+      "<row r=\"1\"><c r=\"C1\"><v>13</v></c></row><row r=\"2\" ht=\"20\"><c r=\"A2\"><v>21</v>"
+      "</c><c r=\"B2\"><v>1</v></c> <c r=\"C2\"><v>23</v></c><c r=\"D2\"/><c r=\"E2\" s=\"2\"/>"
+      "</row><row r=\"4\"><c r=\"A4\"><v>41</v></c></row><row r=\"300\"><c r=\"AB300\"><f>A1</f>"
+      "</c></row>");
 }
 
 TEST_F(WorkbookSaveTest, ABlankCellCountsWhereItsColumnHasAFormat) {
-  auto file = OpenParts(OneSheet(
-      "<cols><col min=\"2\" max=\"2\" width=\"9\" style=\"3\"/></cols><sheetData/>"));
+  auto file = OpenParts(
+      OneSheet("<cols><col min=\"2\" max=\"2\" width=\"9\" style=\"3\"/></cols><sheetData/>"));
   Cells(*file).SetStyle({1, 1}, 0);
   Cells(*file).SetStyle({1, 2}, 0);
   EXPECT_EQ(SheetData(Saved(*file, kSheetPart)), "<row r=\"1\"><c r=\"B1\"/></row>");
@@ -197,37 +232,48 @@ TEST_F(WorkbookSaveTest, ABlankCellCountsWhereItsColumnHasAFormat) {
 TEST_F(WorkbookSaveTest, SharedFormulasStayAsLongAsTheirTextDoes) {
   const std::string rows =
       "<row r=\"1\"><c r=\"A1\"><f t=\"shared\" ref=\"A1:C1\" si=\"0\">A9+1</f><v>1</v></c><c "
-      "r=\"B1\"><f t=\"shared\" si=\"0\"/><v>2</v></c><c r=\"C1\"><f t=\"shared\" si=\"0\"/><v>3</v>"
+      "r=\"B1\"><f t=\"shared\" si=\"0\"/><v>2</v></c><c r=\"C1\"><f t=\"shared\" "
+      "si=\"0\"/><v>3</v>"
       "</c></row>";
+  EXPECT_EQ(
+      Edited(rows,
+             [](WorkbookFile& file) {
+               SetFormula(file, {1, 2}, "7");
+               Cells(file).SetValue({1, 3}, CellValue::Number(30));
+             }),
+      "<row r=\"1\"><c r=\"A1\"><f t=\"shared\" ref=\"A1:C1\" si=\"0\">A9+1</f><v>1</v></c><c "
+      "r=\"B1\"><f>7</f><v>2</v></c><c r=\"C1\"><f t=\"shared\" si=\"0\"/><v>30</v></c></row>")
+      << "members leave the group";
   EXPECT_EQ(Edited(rows,
                    [](WorkbookFile& file) {
-                     SetFormula(file, {1, 2}, "7");
-                     Cells(file).SetValue({1, 3}, CellValue::Number(30));
+                     SetFormula(file, {1, 1}, "7");
                    }),
-            "<row r=\"1\"><c r=\"A1\"><f t=\"shared\" ref=\"A1:C1\" si=\"0\">A9+1</f><v>1</v></c><c "
-            "r=\"B1\"><f>7</f><v>2</v></c><c r=\"C1\"><f t=\"shared\" si=\"0\"/><v>30</v></c></row>")
-      << "members leave the group";
-  EXPECT_EQ(Edited(rows, [](WorkbookFile& file) { SetFormula(file, {1, 1}, "7"); }),
             "<row r=\"1\"><c r=\"A1\"><f>7</f><v>1</v></c><c r=\"B1\"><f>B9+1</f><v>2</v></c><c "
             "r=\"C1\"><f>C9+1</f><v>3</v></c></row>")
       << "the text goes";
-  EXPECT_EQ(Edited(rows, [](WorkbookFile& file) { Cells(file).Erase({1, 1}); }),
+  EXPECT_EQ(Edited(rows,
+                   [](WorkbookFile& file) {
+                     Cells(file).Erase({1, 1});
+                   }),
             "<row r=\"1\"><c r=\"B1\"><f>B9+1</f><v>2</v></c><c r=\"C1\"><f>C9+1</f><v>3</v></c>"
             "</row>");
-  EXPECT_EQ(Edited(rows, [](WorkbookFile& file) { InsertColumns(file, 1, 2); }),
-            "<row r=\"1\"><c r=\"C1\"><f t=\"shared\" ref=\"C1:E1\" si=\"0\">C9+1</f><v>1</v></c><c "
-            "r=\"D1\"><f t=\"shared\" si=\"0\"/><v>2</v></c><c r=\"E1\"><f t=\"shared\" si=\"0\"/><v>3"
-            "</v></c></row>")
+  EXPECT_EQ(
+      Edited(rows, [](WorkbookFile& file) { InsertColumns(file, 1, 2); }),
+      "<row r=\"1\"><c r=\"C1\"><f t=\"shared\" ref=\"C1:E1\" si=\"0\">C9+1</f><v>1</v></c><c "
+      "r=\"D1\"><f t=\"shared\" si=\"0\"/><v>2</v></c><c r=\"E1\"><f t=\"shared\" si=\"0\"/><v>3"
+      "</v></c></row>")
       << "the whole group moves";
-  EXPECT_EQ(Edited(rows, [](WorkbookFile& file) { InsertColumns(file, 2, 1); }),
-            "<row r=\"1\"><c r=\"A1\"><f t=\"shared\" ref=\"A1:C1\" si=\"0\">A9+1</f><v>1</v></c><c "
-            "r=\"C1\"><f>C9+1</f><v>2</v></c><c r=\"D1\"><f>D9+1</f><v>3</v></c></row>")
+  EXPECT_EQ(
+      Edited(rows, [](WorkbookFile& file) { InsertColumns(file, 2, 1); }),
+      "<row r=\"1\"><c r=\"A1\"><f t=\"shared\" ref=\"A1:C1\" si=\"0\">A9+1</f><v>1</v></c><c "
+      "r=\"C1\"><f>C9+1</f><v>2</v></c><c r=\"D1\"><f>D9+1</f><v>3</v></c></row>")
       << "the group is split";
 }
 
 TEST_F(WorkbookSaveTest, InsertedColumnsMoveCellsAndTheirFormulas) {
   EXPECT_EQ(
-      Edited("<row r=\"1\" spans=\"1:4\"><c r=\"A1\"><f>SUM(A5:A6)</f></c><c r=\"B1\" s=\"2\"><f>B5+$A$1"
+      Edited("<row r=\"1\" spans=\"1:4\"><c r=\"A1\"><f>SUM(A5:A6)</f></c><c r=\"B1\" "
+             "s=\"2\"><f>B5+$A$1"
              "</f><v>1</v></c><c><f t=\"array\" ref=\"C1:C2\">C5:C6</f></c><c r=\"D1\"><f "
              "t=\"dataTable\" ref=\"D1:D2\" dtr=\"1\" r1=\"B1\"/><v>4</v></c></row><row r=\"2\"><c "
              "r=\"D2\"><v>5</v></c></row>",
@@ -239,17 +285,34 @@ TEST_F(WorkbookSaveTest, InsertedColumnsMoveCellsAndTheirFormulas) {
                  ++array.area.last_column;
                }
              }),
-      "<row r=\"1\"><c r=\"A1\"><f>SUM(A5:A6)</f></c><c r=\"C1\" s=\"2\"><f>C5+$A$1</f><v>1</v></c><c "
+      "<row r=\"1\"><c r=\"A1\"><f>SUM(A5:A6)</f></c><c r=\"C1\" "
+      "s=\"2\"><f>C5+$A$1</f><v>1</v></c><c "
       "r=\"D1\"><f t=\"array\" ref=\"D1:D2\">D5:D6</f></c><c r=\"E1\"><f t=\"dataTable\" "
-      "ref=\"E1:E2\" dtr=\"1\" r1=\"C1\"/><v>4</v></c></row><row r=\"2\"><c r=\"B2\"><v>22</v></c><c "
+      "ref=\"E1:E2\" dtr=\"1\" r1=\"C1\"/><v>4</v></c></row><row r=\"2\"><c "
+      "r=\"B2\"><v>22</v></c><c "
       "r=\"E2\"><v>5</v></c></row>");
+}
+
+TEST_F(WorkbookSaveTest, EachInsertionIsFollowedOnce) {
+  auto file =
+      OpenParts(OneSheet("<sheetData/><mergeCells><mergeCell ref=\"B1:C1\"/></mergeCells>"));
+  InsertColumns(*file, 1, 1);
+  file->FollowInsertions(0);
+  file->FollowInsertions(0);
+  EXPECT_THAT(file->markup(0).Find("mergeCells")->text, HasSubstr("ref=\"C1:D1\""));
+  InsertColumns(*file, 1, 1);
+  file->SetSelection(0, {7, 7, 7, 7}, {7, 7});
+  std::string saved = Saved(*file, kSheetPart);
+  EXPECT_THAT(saved, HasSubstr("ref=\"D1:E1\""));
+  EXPECT_THAT(saved, HasSubstr("sqref=\"G7\"")) << "selected where things stand now";
+  EXPECT_EQ(Saved(*file, kSheetPart), saved);
 }
 
 TEST_F(WorkbookSaveTest, TextsComeBackTheSame) {
   Parts parts = OneSheet("<sheetData/>");
   AddSharedStrings(parts, "<si><t>old</t></si>");
-  const std::vector<std::string> texts = {
-      "old", " blanks ", "\U0001F600", "a\r\nb\x01", "_x0041_", "<&>\"'", "old", std::string("\t")};
+  const std::vector<std::string> texts = {"old",     " blanks ", "\U0001F600", "a\r\nb\x01",
+                                          "_x0041_", "<&>\"'",   "old",        std::string("\t")};
   auto file = OpenParts(parts);
   for (std::size_t i = 0; i < texts.size(); ++i) {
     SetText(*file, {static_cast<int>(i) + 1, 1}, texts[i]);
@@ -278,7 +341,8 @@ TEST_F(WorkbookSaveTest, SharedStringCountsFollow) {
 }
 
 TEST_F(WorkbookSaveTest, SavingAgainTellsOfAllEdits) {
-  Parts parts = OneSheet("<dimension ref=\"A1\"/><sheetData><row r=\"1\"><c r=\"A1\"><v>1</v></c></row></sheetData>");
+  Parts parts = OneSheet(
+      "<dimension ref=\"A1\"/><sheetData><row r=\"1\"><c r=\"A1\"><v>1</v></c></row></sheetData>");
   auto file = OpenParts(parts);
   SetText(*file, {2, 1}, "first");
   file->Save(Path("one.xlsx"));
@@ -287,10 +351,11 @@ TEST_F(WorkbookSaveTest, SavingAgainTellsOfAllEdits) {
   file->Save(Path("two.xlsx"));
   SetText(*file, {4, 3}, "third");
   std::string sheet = Saved(*file, kSheetPart);
-  EXPECT_EQ(SheetData(sheet),
-            "<row r=\"1\"><c r=\"B1\"><v>1</v></c></row><row r=\"2\"><c r=\"B2\" t=\"s\"><v>0</v></c>"
-            "</row><row r=\"3\"><c r=\"B3\" t=\"s\"><v>1</v></c></row><row r=\"4\"><c r=\"C4\" t=\"s\">"
-            "<v>2</v></c></row>");
+  EXPECT_EQ(
+      SheetData(sheet),
+      "<row r=\"1\"><c r=\"B1\"><v>1</v></c></row><row r=\"2\"><c r=\"B2\" t=\"s\"><v>0</v></c>"
+      "</row><row r=\"3\"><c r=\"B3\" t=\"s\"><v>1</v></c></row><row r=\"4\"><c r=\"C4\" t=\"s\">"
+      "<v>2</v></c></row>");
   EXPECT_THAT(sheet, HasSubstr("<dimension ref=\"B1:C4\"/>"));
   auto again = WorkbookFile::Open(Path("saved.xlsx"));
   EXPECT_EQ(again->model().strings.shared_count(), 3u);
@@ -318,10 +383,11 @@ TEST_F(WorkbookSaveTest, NamesArePatchedOneByOne) {
   file->model().names[1].refers_to = "'A & B'!$C$1";
   file->model().names.erase(file->model().names.begin() + 2);
   file->model().names.push_back({"d", 0, "2"});
-  EXPECT_THAT(Saved(*file, kWorkbookPart),
-              HasSubstr("<definedNames><definedName name=\"a\" hidden=\"1\">Data!$A$1</definedName>"
-                        "<definedName name=\"a\" localSheetId=\"0\">'A &amp; B'!$C$1</definedName>"
-                        "<definedName name=\"d\" localSheetId=\"0\">2</definedName></definedNames>"));
+  EXPECT_THAT(
+      Saved(*file, kWorkbookPart),
+      HasSubstr("<definedNames><definedName name=\"a\" hidden=\"1\">Data!$A$1</definedName>"
+                "<definedName name=\"a\" localSheetId=\"0\">'A &amp; B'!$C$1</definedName>"
+                "<definedName name=\"d\" localSheetId=\"0\">2</definedName></definedNames>"));
   file->model().names.clear();
   EXPECT_EQ(Saved(*file, kWorkbookPart), OneSheet("")[kWorkbookPart]);
   file->model().names.push_back({"e", -1, "3"});
@@ -337,17 +403,33 @@ TEST_F(WorkbookSaveTest, TheCalculationChainGoesWhenFormulasComeGoOrMove) {
     bool stays;
   };
   for (const Case& c : {
-           Case{[](WorkbookFile& f) { Cells(f).SetValue({1, 1}, CellValue::Number(9)); }, true},
-           Case{[](WorkbookFile& f) { SetFormula(f, {1, 1}, "B1+1"); }, true},
-           Case{[](WorkbookFile& f) { SetFormula(f, {2, 1}, "B1"); }, false},
-           Case{[](WorkbookFile& f) { Cells(f).SetConstant({1, 1}, CellValue::Number(9)); }, false},
-           Case{[](WorkbookFile& f) { Cells(f).Erase({1, 1}); }, false},
+           Case{[](WorkbookFile& f) {
+                  Cells(f).SetValue({1, 1}, CellValue::Number(9));
+                },
+                true},
+           Case{[](WorkbookFile& f) {
+                  SetFormula(f, {1, 1}, "B1+1");
+                },
+                true},
+           Case{[](WorkbookFile& f) {
+                  SetFormula(f, {2, 1}, "B1");
+                },
+                false},
+           Case{[](WorkbookFile& f) {
+                  Cells(f).SetConstant({1, 1}, CellValue::Number(9));
+                },
+                false},
+           Case{[](WorkbookFile& f) {
+                  Cells(f).Erase({1, 1});
+                },
+                false},
            Case{[](WorkbookFile& f) { InsertColumns(f, 1, 1); }, false},
            Case{[](WorkbookFile& f) { InsertColumns(f, 2, 1); }, true},
        }) {
     Parts parts =
         OneSheet("<sheetData><row><c r=\"A1\"><f>B9</f></c><c r=\"B1\"/></row></sheetData>");
-    AddWorkbookPart(parts, "calcChain", "calcChain.xml", "<calcChain><c r=\"A1\" i=\"1\"/></calcChain>");
+    AddWorkbookPart(parts, "calcChain", "calcChain.xml",
+                    "<calcChain><c r=\"A1\" i=\"1\"/></calcChain>");
     std::string& types = parts["[Content_Types].xml"];
     types.insert(types.find("</Types>"),
                  "<Override PartName=\"/xl/calcChain.xml\" ContentType=\"x/chain\"/>");
@@ -364,10 +446,12 @@ TEST_F(WorkbookSaveTest, TheCalculationChainGoesWhenFormulasComeGoOrMove) {
 TEST_F(WorkbookSaveTest, AsksForACalculationOnOpening) {
   auto file = OpenParts(OneSheet("<sheetData/>"));
   file->RequestCalculationOnOpening();
-  EXPECT_THAT(Saved(*file, kWorkbookPart), HasSubstr("</sheets><calcPr fullCalcOnLoad=\"1\"/></work"));
+  EXPECT_THAT(Saved(*file, kWorkbookPart),
+              HasSubstr("</sheets><calcPr fullCalcOnLoad=\"1\"/></work"));
   file = OpenParts(OneSheet("<sheetData/>", "<calcPr calcId=\"1\"/>"));
   file->RequestCalculationOnOpening();
-  EXPECT_THAT(Saved(*file, kWorkbookPart), HasSubstr("<calcPr calcId=\"1\" fullCalcOnLoad=\"1\"/>"));
+  EXPECT_THAT(Saved(*file, kWorkbookPart),
+              HasSubstr("<calcPr calcId=\"1\" fullCalcOnLoad=\"1\"/>"));
 }
 
 TEST_F(WorkbookSaveTest, SelectionsGoIntoTheActivePane) {
@@ -376,12 +460,14 @@ TEST_F(WorkbookSaveTest, SelectionsGoIntoTheActivePane) {
     const char* after;
   };
   for (const Case& c : {
-           Case{"", "<sheetViews><sheetView workbookViewId=\"0\"><selection activeCell=\"B2\" "
-                    "sqref=\"B2:C3\"/></sheetView></sheetViews>"},
-           Case{"<sheetViews><sheetView zoomScale=\"80\"><selection activeCell=\"A5\" sqref=\"A5\"/>"
-                "<pivotSelection/></sheetView></sheetViews>",
-                "<sheetViews><sheetView zoomScale=\"80\"><selection activeCell=\"B2\" "
-                "sqref=\"B2:C3\"/><pivotSelection/></sheetView></sheetViews>"},
+           Case{"",
+                "<sheetViews><sheetView workbookViewId=\"0\"><selection activeCell=\"B2\" "
+                "sqref=\"B2:C3\"/></sheetView></sheetViews>"},
+           Case{
+               "<sheetViews><sheetView zoomScale=\"80\"><selection activeCell=\"A5\" sqref=\"A5\"/>"
+               "<pivotSelection/></sheetView></sheetViews>",
+               "<sheetViews><sheetView zoomScale=\"80\"><selection activeCell=\"B2\" "
+               "sqref=\"B2:C3\"/><pivotSelection/></sheetView></sheetViews>"},
            Case{"<sheetViews><sheetView><pane xSplit=\"1\" activePane=\"topRight\"/><selection "
                 "pane=\"topRight\"/><extLst/></sheetView></sheetViews>",
                 "<sheetViews><sheetView><pane xSplit=\"1\" activePane=\"topRight\"/><selection "
@@ -436,15 +522,17 @@ TEST_F(WorkbookSaveTest, ACreatedWorkbookIsSavedAndRead) {
   EXPECT_EQ(again->model().sheets[1]->name, "R&D <Costs>");
   Cell formula = Cells(*again).Get({1, 1});
   ASSERT_NE(formula.formula, 0u);
-  EXPECT_EQ(FormulaText(again->model().sheets[0]->formulas[formula.formula], {1, 1}, again->model()),
-            "'R&D <Costs>'!A1+1");
+  EXPECT_EQ(
+      FormulaText(again->model().sheets[0]->formulas[formula.formula], {1, 1}, again->model()),
+      "'R&D <Costs>'!A1+1");
   EXPECT_EQ(again->model().strings[Cells(*again).Get({3, 2}).value.text], "text");
 }
 
 TEST_F(WorkbookSaveTest, MarkupElementsFindTheirPlace) {
-  auto file = OpenParts(OneSheet(
-      "<sheetData/><mergeCells/><conditionalFormatting/><pageMargins/><drawing/><mc:AlternateContent "
-      "xmlns:mc=\"x\"><controls/></mc:AlternateContent><extLst/>"));
+  auto file =
+      OpenParts(OneSheet("<sheetData/><mergeCells/><conditionalFormatting/><pageMargins/><drawing/"
+                         "><mc:AlternateContent "
+                         "xmlns:mc=\"x\"><controls/></mc:AlternateContent><extLst/>"));
   SheetMarkup& markup = file->markup(0);
   for (const char* name : {"tableParts", "dataValidations", "legacyDrawing", "sheetPr", "cols"}) {
     markup.FindOrInsert(name).text = "<" + std::string(name) + "/>";

@@ -57,11 +57,26 @@ TEST(XmlScannerTest, SkipsAndJoinsElements) {
 }
 
 TEST(XmlScannerTest, RefusesWhatIsNotWellFormed) {
-  for (const char* document :
-       {"", "   ", "text", "<a>", "<a", "<a b='1", "<a></b>", "<a><b></a></b>", "</a>", "<a/><b/>",
-        "<a/>text", "<a><b</a>", "<a><!-- </a>", "<a><![CDATA[ </a>", "<a>< b/></a>",
-        "<!DOCTYPE a [<!ENTITY x 'y'>]><a>&x;</a>", "<!DOCTYPE a><a/>", "<1/>",
-        "<?xml version='1.0' encoding='windows-1252'?><a/>", "<a><br></a>"}) {
+  for (const char* document : {"",
+                               "   ",
+                               "text",
+                               "<a>",
+                               "<a",
+                               "<a b='1",
+                               "<a></b>",
+                               "<a><b></a></b>",
+                               "</a>",
+                               "<a/><b/>",
+                               "<a/>text",
+                               "<a><b</a>",
+                               "<a><!-- </a>",
+                               "<a><![CDATA[ </a>",
+                               "<a>< b/></a>",
+                               "<!DOCTYPE a [<!ENTITY x 'y'>]><a>&x;</a>",
+                               "<!DOCTYPE a><a/>",
+                               "<1/>",
+                               "<?xml version='1.0' encoding='windows-1252'?><a/>",
+                               "<a><br></a>"}) {
     EXPECT_THROW(Tokens(document), XmlError) << document;
   }
   for (const char* document : {"<a b/>", "<a b=1/>", "<a b='1'c='2'/>", "<a ='1'/>", "<a 'b'/>"}) {
@@ -72,7 +87,8 @@ TEST(XmlScannerTest, RefusesWhatIsNotWellFormed) {
 }
 
 TEST(XmlScannerTest, LenientModeTakesUnclosedElements) {
-  EXPECT_EQ(Tokens("<div>a<br>b<br>c</div>", XmlScanner::Mode::kLenient), "+div'a'+br'b'+br'c'-div");
+  EXPECT_EQ(Tokens("<div>a<br>b<br>c</div>", XmlScanner::Mode::kLenient),
+            "+div'a'+br'b'+br'c'-div");
   EXPECT_THROW(Tokens("<div></p></div>", XmlScanner::Mode::kLenient), XmlError);
   XmlScanner xml("<a><p>x<br></a>", XmlScanner::Mode::kLenient);
   xml.Next();
@@ -104,9 +120,9 @@ TEST(XmlTextTest, DecodesEntitiesAndEscapes) {
 TEST(XmlTextTest, EncodedTextsReadBackTheSame) {
   EXPECT_EQ(EncodeXmlAttribute("a\"<\n>&"), "a&quot;&lt;&#10;&gt;&amp;");
   EXPECT_EQ(EncodeSpreadsheetText("a\r\x01_x0041_<"), "a_x000D__x0001__x005F_x0041_&lt;");
-  for (std::string text : {std::string("\0\x1F\t\n\r", 5), std::string("_x0041_x0042_"),
-                           std::string("__x000D_"), std::string("\U0001F600 \uFFFE\uFFFF"),
-                           std::string("&amp;_x005F_")}) {
+  for (std::string text :
+       {std::string("\0\x1F\t\n\r", 5), std::string("_x0041_x0042_"), std::string("__x000D_"),
+        std::string("\U0001F600 \uFFFE\uFFFF"), std::string("&amp;_x005F_")}) {
     EXPECT_EQ(DecodeSpreadsheetText(EncodeSpreadsheetText(text)), text);
   }
 }

@@ -35,14 +35,14 @@ TEST(ConsoleProgress, IsOneLineRedrawnInPlace) {
   progress.SetTitle("Save Last Year at marker");
   EXPECT_EQ(console.shown(), "");
   progress.ShowForm();
-  EXPECT_EQ(LineOnScreen(console.shown()), "Save Last Year at marker [##########----------]  54%");
+  EXPECT_EQ(LineOnScreen(console.shown()), "Save Last Year at marker [#####-----]  54%");
   progress.SetText("copying cells in Data 01");
   progress.SetProgress(100);
   EXPECT_EQ(LineOnScreen(console.shown()),
-            "Save Last Year at marker: copying cells in Data 01 [####################] 100%");
+            "Save Last Year at marker: copying cells in Data 01 [##########] 100%");
   progress.SetText("");
   progress.SetProgress(0);
-  EXPECT_EQ(LineOnScreen(console.shown()), "Save Last Year at marker [--------------------]   0%");
+  EXPECT_EQ(LineOnScreen(console.shown()), "Save Last Year at marker [----------]   0%");
   EXPECT_EQ(console.shown().find('\n'), std::string::npos);
   progress.Unload();
   EXPECT_EQ(LineOnScreen(console.shown()), "");
@@ -70,8 +70,7 @@ TEST(ConsoleProgress, MessageBoxInterruptsTheLineAndItComesBack) {
   const std::string shown = console.shown();
   EXPECT_THAT(shown, HasSubstr("\r\n[Box]\nText\n"));
   progress.SetProgress(60);
-  EXPECT_EQ(LineOnScreen(console.shown().substr(shown.size())),
-            "Title [############--------]  60%");
+  EXPECT_EQ(LineOnScreen(console.shown().substr(shown.size())), "Title [######----]  60%");
 }
 
 TEST(ConsoleProgress, HiddenProgressWritesNothingAndLeavesCtrlCAlone) {

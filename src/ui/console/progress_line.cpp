@@ -9,9 +9,9 @@
 namespace vantora::ui {
 namespace {
 
-constexpr int kBarColumns = 20;
+constexpr int kBarColumns = 10;
 // A narrower terminal shows the percentage without the bar.
-constexpr int kLeastColumnsWithBar = 60;
+constexpr int kLeastColumnsWithBar = 50;
 
 // 54 for "54%".
 std::optional<int> Percentage(std::string_view text) {

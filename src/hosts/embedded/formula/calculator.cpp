@@ -59,6 +59,7 @@ class Calculator::Impl {
 
   void CalculateAll() {
     if (!is_built_) return;
+    Prepare();
     for (const auto& sheet : model_.sheets) {
       for (const Area& area : invalidation_.TakeMarked(sheet->id)) {
         EnsureCalculated(sheet->id, area);

@@ -13,7 +13,7 @@ using Kind = Node::Kind;
 
 constexpr int kDeepestNames = 64;
 // Elements of the largest array that is built.
-constexpr std::size_t kLargestArray = std::size_t{1} << 25;
+constexpr std::size_t kLargestArray = std::size_t{1} << 22;
 
 Scalar ValueError() { return Scalar::Error(CellError::kValue); }
 
@@ -153,21 +153,26 @@ Scalar Evaluator::ToScalar(const Operand& operand) {
   return ReadCell(block.sheet, cell);
 }
 
+std::optional<Array> Evaluator::NewArray(int rows, int columns) {
+  const std::size_t size = static_cast<std::size_t>(rows) * columns;
+  if (size > kLargestArray) {
+    Stop("it builds an array of " + std::to_string(size) + " values");
+    return std::nullopt;
+  }
+  return Array(rows, columns);
+}
+
 Operand Evaluator::ToValues(const Operand& operand) {
   if (operand.kind == Operand::Kind::kBlocks) return ValueError();
   if (!operand.IsBlock()) return operand;
   const Block& block = operand.block;
   if (block.IsCell()) return ToScalar(operand);
-  const std::size_t size = static_cast<std::size_t>(block.area.rows()) * block.area.columns();
-  if (size > kLargestArray) {
-    Stop("it builds an array of " + std::to_string(size) + " values");
-    return ValueError();
-  }
-  Array array(block.area.rows(), block.area.columns());
+  std::optional<Array> array = NewArray(block.area.rows(), block.area.columns());
+  if (!array) return ValueError();
   ForEachCell(block, [&](int row, int column, const Scalar& value) {
-    array.At(row - block.area.first_row, column - block.area.first_column) = value;
+    array->At(row - block.area.first_row, column - block.area.first_column) = value;
   });
-  return array;
+  return *std::move(array);
 }
 
 Operand Evaluator::ToParameter(const Operand& operand, bool array_mode) {
@@ -313,14 +318,15 @@ Operand Evaluator::EvaluateOperator(const Node& node, bool array_mode) {
   if (!a.IsArray() && !b.IsArray()) return Calculate(*this, node.kind, a.scalar, b.scalar);
   const auto [rows_a, columns_a] = *SizeOf(a);
   const auto [rows_b, columns_b] = *SizeOf(b);
-  Array result(std::max(rows_a, rows_b), std::max(columns_a, columns_b));
-  for (int row = 0; row < result.rows; ++row) {
-    for (int column = 0; column < result.columns; ++column) {
-      result.At(row, column) = Calculate(*this, node.kind, RepeatedElement(a, row, column),
-                                         RepeatedElement(b, row, column));
+  std::optional<Array> result = NewArray(std::max(rows_a, rows_b), std::max(columns_a, columns_b));
+  if (!result) return ValueError();
+  for (int row = 0; row < result->rows; ++row) {
+    for (int column = 0; column < result->columns; ++column) {
+      result->At(row, column) = Calculate(*this, node.kind, RepeatedElement(a, row, column),
+                                          RepeatedElement(b, row, column));
     }
   }
-  return result;
+  return *std::move(result);
 }
 
 Scalar RepeatedElement(const Operand& operand, int row, int column) {
@@ -408,7 +414,8 @@ Operand Evaluator::CallForEachElement(const Node& node, const std::vector<Operan
     rows = std::max(rows, own_rows);
     columns = std::max(columns, own_columns);
   }
-  Array result(rows, columns);
+  std::optional<Array> result = NewArray(rows, columns);
+  if (!result) return ValueError();
   for (int row = 0; row < rows && !stopped(); ++row) {
     for (int column = 0; column < columns; ++column) {
       std::vector<Operand> element = arguments;
@@ -417,10 +424,10 @@ Operand Evaluator::CallForEachElement(const Node& node, const std::vector<Operan
           element[i] = RepeatedElement(arguments[i], row, column);
         }
       }
-      result.At(row, column) = ToScalar(CallOnce(node, element, array_mode));
+      result->At(row, column) = ToScalar(CallOnce(node, element, array_mode));
     }
   }
-  return result;
+  return *std::move(result);
 }
 
 Operand Evaluator::CallOnce(const Node& node, std::vector<Operand>& arguments, bool array_mode) {

@@ -1,10 +1,12 @@
 // Walks an expression tree for one cell.
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "formula/evaluate.h"
@@ -61,6 +63,8 @@ class Evaluator {
 
   // A single value: of a block the cell in the formula's row or column, of an array the first one.
   Scalar ToScalar(const Operand& operand);
+  // An array of blank values; nullopt, and the evaluation stops, when it would be too large.
+  std::optional<Array> NewArray(int rows, int columns);
   // A value or an array: blocks become arrays.
   Operand ToValues(const Operand& operand);
   // What a value parameter gets: ToValues where each element is wanted, else arrays as they are and

@@ -9,10 +9,11 @@
 namespace vantora::embedded {
 namespace {
 
-// Functions whose value depends on where a reference or the formula itself stands.
+// Functions whose value depends on where a reference or the formula itself stands, other than
+// volatile ones, which are calculated anew in any case.
 bool DependsOnPlace(std::string_view text) {
-  static constexpr std::array<std::string_view, 7> kFunctions = {
-      "COLUMN", "COLUMNS", "CELL", "FORMULATEXT", "OFFSET", "INDIRECT", "ADDRESS"};
+  static constexpr std::array<std::string_view, 3> kFunctions = {"COLUMN", "COLUMNS",
+                                                                 "FORMULATEXT"};
   auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
   for (std::size_t bracket = text.find('('); bracket != std::string_view::npos;
        bracket = text.find('(', bracket + 1)) {

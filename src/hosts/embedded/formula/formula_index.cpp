@@ -22,21 +22,6 @@ void FormulaMap::Set(int column, int row, FormulaId formula) {
   (*blocks[index])[(row - 1) % kBlockRows] = formula;
 }
 
-void FormulaMap::Clear(int column, int first_row, int last_row) {
-  if (column > LastColumn()) return;
-  auto& blocks = columns_[column - 1];
-  last_row = std::min(last_row, static_cast<int>(blocks.size()) * kBlockRows);
-  for (int row = first_row; row <= last_row;) {
-    int index = (row - 1) / kBlockRows;
-    int end = std::min((index + 1) * kBlockRows, last_row);
-    if (blocks[index]) {
-      auto first = blocks[index]->begin() + (row - 1) % kBlockRows;
-      std::fill(first, first + (end - row + 1), 0);
-    }
-    row = end + 1;
-  }
-}
-
 void FormulaMap::InsertColumns(int column, int count) {
   if (column > LastColumn()) return;
   std::vector<std::vector<std::unique_ptr<Block>>> added(count);
@@ -104,18 +89,13 @@ void FormulaIndex::Update(int sheet, const Area& area) {
 template <typename Merger>
 void FormulaIndex::UpdateColumn(int sheet, int column, const Area& area, Merger&& merger) {
   FormulaMap& known = formulas_[sheet];
-  int next_row = area.first_row;
   model_.sheets[sheet]->cells.ForEachInColumn(column, area.first_row, area.last_row,
                                               [&](int row, const Cell& cell) {
-                                                if (row > next_row)
-                                                  known.Clear(column, next_row, row - 1);
-                                                next_row = row + 1;
                                                 if (known.At(column, row) == cell.formula) return;
                                                 known.Set(column, row, cell.formula);
                                                 if (cell.formula)
                                                   merger.Add(column, row, row, cell.formula);
                                               });
-  if (next_row <= area.last_row) known.Clear(column, next_row, area.last_row);
 }
 
 void FormulaIndex::Add(int sheet, const Area& source, FormulaId formula) {

@@ -13,13 +13,12 @@
 
 namespace vantora::embedded {
 
-// The formula ids of one sheet's cells as they were when last looked at.
+// The formula ids of one sheet's cells as they were when last looked at. A cell that has been
+// erased may keep its formula here: what is found through it is looked up in the cells again.
 class FormulaMap {
  public:
   FormulaId At(int column, int row) const;
   void Set(int column, int row, FormulaId formula);
-  // No cell of these rows has a formula.
-  void Clear(int column, int first_row, int last_row);
   void InsertColumns(int column, int count);
   int LastColumn() const { return static_cast<int>(columns_.size()); }
 
@@ -63,7 +62,7 @@ class FormulaIndex {
   void Build();
   // The same from what the index knows of the cells, after names or sheets changed.
   void Rebuild();
-  // Indexes the formulas that came into the area since and forgets those that left.
+  // Indexes the formulas that came into the area since.
   void Update(int sheet, const Area& area);
   // Sheets that were added have no formulas yet.
   void AddSheets();

@@ -25,17 +25,18 @@ Operand IfForEach(Call& call, const Operand& condition) {
     rows = std::max(rows, own_rows);
     columns = std::max(columns, own_columns);
   }
-  Array result(rows, columns);
+  std::optional<Array> result = evaluator.NewArray(rows, columns);
+  if (!result) return {};
   for (int row = 0; row < rows; ++row) {
     for (int column = 0; column < columns; ++column) {
       std::vector<Operand> none;
       Call element(evaluator, none, {}, true);
       const bool holds = element.BooleanOf(RepeatedElement(condition, row, column));
-      result.At(row, column) = element.error() ? Scalar::Error(*element.error())
-                                               : RepeatedElement(holds ? yes : no, row, column);
+      result->At(row, column) = element.error() ? Scalar::Error(*element.error())
+                                                : RepeatedElement(holds ? yes : no, row, column);
     }
   }
-  return result;
+  return *std::move(result);
 }
 
 // The condition is calculated for each element in an array formula alone, not within a function
@@ -62,14 +63,16 @@ Operand Instead(Call& call, Replaced replaced) {
   const Operand other = evaluator.ToValues(Branch(call, 1, false));
   const auto [rows, columns] = *Evaluator::SizeOf(value);
   const auto [other_rows, other_columns] = *Evaluator::SizeOf(other);
-  Array result(std::max(rows, other_rows), std::max(columns, other_columns));
-  for (int row = 0; row < result.rows; ++row) {
-    for (int column = 0; column < result.columns; ++column) {
+  std::optional<Array> result =
+      evaluator.NewArray(std::max(rows, other_rows), std::max(columns, other_columns));
+  if (!result) return {};
+  for (int row = 0; row < result->rows; ++row) {
+    for (int column = 0; column < result->columns; ++column) {
       const Scalar element = RepeatedElement(value, row, column);
-      result.At(row, column) = replaced(element) ? RepeatedElement(other, row, column) : element;
+      result->At(row, column) = replaced(element) ? RepeatedElement(other, row, column) : element;
     }
   }
-  return result;
+  return *std::move(result);
 }
 
 Operand IfError(Call& call) {

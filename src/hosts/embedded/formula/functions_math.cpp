@@ -37,6 +37,7 @@ double RoundWhole(double number, Direction direction) {
 Scalar RoundTo(double number, int digits, Direction direction) {
   if (number == 0 || !std::isfinite(number)) return Scalar::Number(number);
   // Beyond the digits that a number has nothing is left to round; far before them it is 0.
+  digits = std::clamp(digits, -400, 400);
   const int magnitude = static_cast<int>(std::floor(std::log10(std::fabs(number))));
   if (digits + magnitude > 15) return Scalar::Number(number);
   if (digits < -308 || (digits + magnitude < -2 && direction != Direction::kAwayFromZero)) {

@@ -1,5 +1,6 @@
 #include "formula/number_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>

@@ -1,6 +1,7 @@
 // What an expression yields: a value, cells, or an array of values.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 

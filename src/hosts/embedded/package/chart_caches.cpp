@@ -59,8 +59,8 @@ std::optional<std::vector<SheetArea>> AreasOf(std::string_view text, const Workb
 // As a cell of the standard format shows it: at most 15 digits.
 std::string ShownNumber(double number) {
   char buffer[40];
-  auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, number,
-                                    std::chars_format::general, 15);
+  auto [end, error] =
+      std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general, 15);
   return std::string(buffer, end);
 }
 
@@ -74,7 +74,7 @@ struct Point {
 struct Cache {
   bool numeric = false;
   std::string prefix;
-  std::string_view count;  // raw
+  std::string_view count;        // raw
   std::size_t points_begin = 0;  // where points come
   std::map<int, Point> points;
 };

@@ -217,9 +217,9 @@ std::unique_ptr<OpcPackage> OpcPackage::Open(const std::filesystem::path& path) 
     item.name = entries[i].name;
     item.index = i;
     if (!package->by_name_.emplace(Lower(item.name), &item).second) {
-      throw FileError(FileError::Code::kDamaged, "\"" + path.filename().string() +
-                                                     "\" holds two parts named \"" + item.name +
-                                                     "\".");
+      throw FileError(
+          FileError::Code::kDamaged,
+          "\"" + path.filename().string() + "\" holds two parts named \"" + item.name + "\".");
     }
   }
   if (!package->Has(kContentTypes)) {

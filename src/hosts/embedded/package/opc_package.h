@@ -24,7 +24,8 @@ struct Relationship {
   std::string id;
   // The type's full URI. Compare with IsType, which knows the strict form as well.
   std::string type;
-  // Part name ("xl/worksheets/sheet1.xml") of an internal target, resolved; else the target as written.
+  // Part name ("xl/worksheets/sheet1.xml") of an internal target, resolved; else the target as
+  // written.
   std::string target;
   bool external = false;
 
@@ -46,8 +47,8 @@ class OpcPackage {
   // In the order of the archive.
   std::vector<std::string> PartNames() const;
   bool Has(std::string_view part) const;
-  // The part's bytes as they are now; an XML part in UTF-16 comes as UTF-8. Throws FileError when it
-  // is missing or damaged.
+  // The part's bytes as they are now; an XML part in UTF-16 comes as UTF-8. Throws FileError when
+  // it is missing or damaged.
   std::string Read(std::string_view part) const;
   // The part as the archive has it, whatever has been written since (or removed).
   std::string ReadOriginal(std::string_view part) const;
@@ -74,15 +75,17 @@ class OpcPackage {
   // The relationships of a part; of the package itself for "". Valid until they are changed. Throws
   // FileError when they are malformed.
   const std::vector<Relationship>& RelationshipsOf(std::string_view part) const;
-  // Adds a relationship and returns its id (the first free "rIdN"). `type` is the full URI, `target`
-  // a part name ("xl/comments1.xml"; also taken: a path that begins with "/" or "../").
-  std::string AddRelationship(std::string_view part, std::string_view type, std::string_view target);
+  // Adds a relationship and returns its id (the first free "rIdN"). `type` is the full URI,
+  // `target` a part name ("xl/comments1.xml"; also taken: a path that begins with "/" or "../").
+  std::string AddRelationship(std::string_view part, std::string_view type,
+                              std::string_view target);
   void RemoveRelationship(std::string_view part, std::string_view id);
   // A name that is free: "xl/comments" and ".xml" give "xl/comments1.xml" or the next.
   std::string FreePartName(std::string_view stem, std::string_view extension) const;
 
-  // Writes the package to `path`: a temporary file beside it, flushed, then renamed. Unchanged parts
-  // are copied as they are compressed. On failure throws FileError and leaves `path` as it was.
+  // Writes the package to `path`: a temporary file beside it, flushed, then renamed. Unchanged
+  // parts are copied as they are compressed. On failure throws FileError and leaves `path` as it
+  // was.
   void Save(const std::filesystem::path& path);
 
  private:

@@ -20,7 +20,8 @@ void ForEachInParallel(int count, const std::function<void(int)>& work) {
       }
     }
   };
-  int threads = std::min(count, static_cast<int>(std::max(1u, std::thread::hardware_concurrency())));
+  int threads =
+      std::min(count, static_cast<int>(std::max(1u, std::thread::hardware_concurrency())));
   {
     std::vector<std::jthread> others;
     for (int i = 1; i < threads; ++i) others.emplace_back(run);

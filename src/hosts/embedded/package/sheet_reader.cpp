@@ -17,8 +17,9 @@ using Token = XmlScanner::Token;
 constexpr std::uint32_t kMostSharedFormulas = 1 << 24;
 
 constexpr std::pair<std::string_view, CellError> kErrorTexts[] = {
-    {"#NULL!", CellError::kNull}, {"#DIV/0!", CellError::kDiv0}, {"#VALUE!", CellError::kValue},
-    {"#REF!", CellError::kRef},   {"#NAME?", CellError::kName},  {"#NUM!", CellError::kNum},
+    {"#NULL!", CellError::kNull},       {"#DIV/0!", CellError::kDiv0},
+    {"#VALUE!", CellError::kValue},     {"#REF!", CellError::kRef},
+    {"#NAME?", CellError::kName},       {"#NUM!", CellError::kNum},
     {"#N/A", CellError::kNotAvailable},
 };
 
@@ -192,9 +193,8 @@ class SheetReader {
         } else if (attribute.name == "style") {
           format.style = Number<StyleId>(attribute.value);
         } else {
-          format.attributes +=
-              " " + std::string(attribute.name) + "=\"" +
-              EncodeXmlAttribute(DecodeXml(attribute.value)) + "\"";
+          format.attributes += " " + std::string(attribute.name) + "=\"" +
+                               EncodeXmlAttribute(DecodeXml(attribute.value)) + "\"";
         }
       }
       xml_.SkipElement();
@@ -363,8 +363,8 @@ class SheetReader {
     if (formula.empty()) return;
     parts.formula = Intern(formula, cell);
     if (type == "array") {
-      sheet_.arrays.push_back({ParseA1(area).value_or(Area{cell.row, cell.column, cell.row,
-                                                           cell.column})});
+      sheet_.arrays.push_back(
+          {ParseA1(area).value_or(Area{cell.row, cell.column, cell.row, cell.column})});
     }
   }
 
@@ -408,11 +408,10 @@ class SheetReader {
     for (const DataTable& table : data_tables_) {
       int last = std::min(table.area.last_column, sheet_.cells.LastColumn());
       for (int column = table.area.first_column; column <= last; ++column) {
-        sheet_.cells.ForEachInColumn(column, table.area.first_row, table.area.last_row,
-                                     [&](int row, const Cell& cell) {
-                                       sheet_.cells.Load({row, column}, cell.value, table.formula,
-                                                         cell.style);
-                                     });
+        sheet_.cells.ForEachInColumn(
+            column, table.area.first_row, table.area.last_row, [&](int row, const Cell& cell) {
+              sheet_.cells.Load({row, column}, cell.value, table.formula, cell.style);
+            });
       }
     }
   }

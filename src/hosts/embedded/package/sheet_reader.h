@@ -19,8 +19,8 @@ CellAddress ParseCellPlace(std::string_view text, std::size_t offset);
 // True for "1" and "true", as attributes write it.
 bool IsTrue(std::string_view value);
 
-// A formula's text that stands for a data table ("TABLE(" and its input cells), which a formula can't
-// hold otherwise.
+// A formula's text that stands for a data table ("TABLE(" and its input cells), which a formula
+// can't hold otherwise.
 inline constexpr std::string_view kDataTableFormula = "TABLE(";
 
 // Error values as cells write them; nullopt for other texts.

@@ -208,9 +208,9 @@ class SheetDataWriter {
     for (; next_row_ < row; ++next_row_) {
       if (!changed_.AnyInBand(next_row_)) {
         // On to the last row of the band.
-        next_row_ = std::min(row - 1, (next_row_ - 1) / CellStore::kBlockRows *
-                                              CellStore::kBlockRows +
-                                          CellStore::kBlockRows);
+        next_row_ =
+            std::min(row - 1, (next_row_ - 1) / CellStore::kBlockRows * CellStore::kBlockRows +
+                                  CellStore::kBlockRows);
         continue;
       }
       const std::vector<int>& columns = changed_.InRow(next_row_);
@@ -289,8 +289,8 @@ class SheetDataWriter {
 
   void MergeCell(int row, std::vector<int>::const_iterator& next_changed,
                  std::vector<int>::const_iterator end) {
-    int origin = cell_.place.data() ? ParseCellPlace(cell_.place, cell_.begin).column
-                                    : column_in_part_;
+    int origin =
+        cell_.place.data() ? ParseCellPlace(cell_.place, cell_.begin).column : column_in_part_;
     column_in_part_ = origin + 1;
     CellAddress place{row, columns_[origin]};
     for (; next_changed != end && *next_changed < place.column; ++next_changed) {
@@ -307,9 +307,7 @@ class SheetDataWriter {
     WriteMergedCell(place, place.column - origin, now);
   }
 
-  bool IsGroupText() const {
-    return cell_.formula_type == "shared" && !cell_.formula_text.empty();
-  }
+  bool IsGroupText() const { return cell_.formula_type == "shared" && !cell_.formula_text.empty(); }
 
   void WriteMergedCell(CellAddress place, int delta, const Cell& now) {
     patch_.Reset(original_);
@@ -322,8 +320,8 @@ class SheetDataWriter {
     if (now.flags & kStyleChanged) PatchStyle(now.style);
     content_.clear();
     PatchFormula(place, delta, now);
-    bool formula_came_or_went = cell_.has_formula() != (now.formula != 0) &&
-                                (now.flags & kFormulaChanged) != 0;
+    bool formula_came_or_went =
+        cell_.has_formula() != (now.formula != 0) && (now.flags & kFormulaChanged) != 0;
     if ((now.flags & kValueChanged) || formula_came_or_went) PatchValue(now);
     if (!content_.empty() && cell_.is_empty) {
       patch_.Replace(cell_.tag_end - 2, cell_.tag_end,

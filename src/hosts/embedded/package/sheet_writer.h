@@ -1,4 +1,5 @@
-// Writes a sheet's part: what no edit touched as it stands in the original, the rest from the model.
+// Writes a sheet's part: what no edit touched as it stands in the original, the rest from the
+// model.
 #pragma once
 
 #include <functional>

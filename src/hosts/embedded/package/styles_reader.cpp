@@ -27,9 +27,9 @@ constexpr std::array<std::string_view, 12> kThemeOrder = {
     "lt1",     "dk1",     "lt2",     "dk2",     "accent1", "accent2",
     "accent3", "accent4", "accent5", "accent6", "hlink",   "folHlink"};
 // What Excel's standard theme has.
-constexpr std::array<std::uint32_t, 12> kStandardTheme = {
-    0xFFFFFF, 0x000000, 0xEEECE1, 0x1F497D, 0x4F81BD, 0xC0504D,
-    0x9BBB59, 0x8064A2, 0x4BACC6, 0xF79646, 0x0000FF, 0x800080};
+constexpr std::array<std::uint32_t, 12> kStandardTheme = {0xFFFFFF, 0x000000, 0xEEECE1, 0x1F497D,
+                                                          0x4F81BD, 0xC0504D, 0x9BBB59, 0x8064A2,
+                                                          0x4BACC6, 0xF79646, 0x0000FF, 0x800080};
 using Theme = std::array<std::uint32_t, 12>;
 
 // "RRGGBB" or "AARRGGBB".

@@ -106,8 +106,8 @@ std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string
 
 void WorkbookFile::ReadParts() {
   std::string workbook = FindWorkbookPart(*package_, name_);
-  parts_ = std::make_unique<WorkbookParts>(
-      ReadWorkbook(*package_, workbook, model_, active_sheet_));
+  parts_ =
+      std::make_unique<WorkbookParts>(ReadWorkbook(*package_, workbook, model_, active_sheet_));
   active_now_ = active_written_ = active_sheet_;
   model_.styles = ReadStyles(*package_, parts_->styles, parts_->theme);
   ReadSharedStrings(*package_, parts_->shared_strings, model_.strings);
@@ -160,9 +160,8 @@ void WorkbookFile::FollowInParts(int sheet, std::span<const ColumnInsertion> pen
       }
     };
     if (relationship.IsType("drawing")) {
-      follow([&](const std::string& text) {
-        return FollowInDrawing(text, sheet, pending, model_);
-      });
+      follow(
+          [&](const std::string& text) { return FollowInDrawing(text, sheet, pending, model_); });
     } else if (relationship.IsType("vmlDrawing")) {
       follow([&](const std::string& text) {
         return FollowInVmlDrawing(text, sheet, pending, model_);
@@ -170,17 +169,13 @@ void WorkbookFile::FollowInParts(int sheet, std::span<const ColumnInsertion> pen
     } else if (relationship.IsType("comments") || relationship.IsType("threadedComment")) {
       follow([&](const std::string& text) { return FollowInComments(text, sheet, pending); });
     } else if (relationship.IsType("table")) {
-      follow([&](const std::string& text) {
-        return FollowInTable(text, sheet, pending, model_);
-      });
+      follow([&](const std::string& text) { return FollowInTable(text, sheet, pending, model_); });
     } else if (relationship.IsType("ctrlProp")) {
       follow([&](const std::string& text) {
         return FollowInControlProperties(text, sheet, pending, model_);
       });
     } else if (relationship.IsType("pivotTable")) {
-      follow([&](const std::string& text) {
-        return FollowInPivot(text, sheet, pending, model_);
-      });
+      follow([&](const std::string& text) { return FollowInPivot(text, sheet, pending, model_); });
     }
   }
 }

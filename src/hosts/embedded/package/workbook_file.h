@@ -51,8 +51,8 @@ class WorkbookFile {
   // Selection of a sheet, written into its active pane.
   void SetSelection(int sheet, const Area& area, CellAddress active_cell);
 
-  // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on failure.
-  // May be called again after further edits.
+  // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on
+  // failure. May be called again after further edits.
   void Save(const std::filesystem::path& path);
 
  private:

@@ -21,12 +21,12 @@ struct WorkbookParts {
   std::vector<std::string> sheets;
 };
 
-// Finds the workbook's part. Throws FileError when the package is of another kind, `file_name` in its
-// text.
+// Finds the workbook's part. Throws FileError when the package is of another kind, `file_name` in
+// its text.
 std::string FindWorkbookPart(const OpcPackage& package, const std::string& file_name);
 
-// Reads workbook.xml into the model: sheets (without their cells), names, calendar. The active sheet's
-// id goes to `active_sheet`. Throws FileError.
+// Reads workbook.xml into the model: sheets (without their cells), names, calendar. The active
+// sheet's id goes to `active_sheet`. Throws FileError.
 WorkbookParts ReadWorkbook(const OpcPackage& package, const std::string& workbook_part,
                            WorkbookModel& model, int& active_sheet);
 

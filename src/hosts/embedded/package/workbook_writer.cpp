@@ -33,9 +33,8 @@ struct WorkbookPlaces {
 };
 
 bool ComesBeforeNames(std::string_view name) {
-  for (std::string_view earlier :
-       {"fileVersion", "fileSharing", "workbookPr", "workbookProtection", "bookViews", "sheets",
-        "functionGroups", "externalReferences"}) {
+  for (std::string_view earlier : {"fileVersion", "fileSharing", "workbookPr", "workbookProtection",
+                                   "bookViews", "sheets", "functionGroups", "externalReferences"}) {
     if (name == earlier) return true;
   }
   return false;
@@ -43,8 +42,7 @@ bool ComesBeforeNames(std::string_view name) {
 
 class WorkbookPatcher {
  public:
-  WorkbookPatcher(std::string_view text, const WorkbookModel& model,
-                  const WorkbookChanges& changes)
+  WorkbookPatcher(std::string_view text, const WorkbookModel& model, const WorkbookChanges& changes)
       : xml_(text), patch_(text), model_(model), changes_(changes) {}
 
   std::optional<std::string> Run() {
@@ -178,8 +176,8 @@ class WorkbookPatcher {
   }
 
   std::string NameElement(const DefinedName& name) const {
-    std::string element = "<" + places_.prefix + "definedName name=\"" +
-                          EncodeXmlAttribute(name.name) + "\"";
+    std::string element =
+        "<" + places_.prefix + "definedName name=\"" + EncodeXmlAttribute(name.name) + "\"";
     if (name.scope >= 0) element += " localSheetId=\"" + std::to_string(name.scope) + "\"";
     return element + ">" + EncodeXmlText(name.refers_to) + "</" + places_.prefix + "definedName>";
   }

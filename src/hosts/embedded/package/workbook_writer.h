@@ -21,7 +21,8 @@ struct WorkbookChanges {
   bool calculate_on_opening = false;
 };
 
-// The main part's text with the changes and the model's names; nullopt when it stays. Throws XmlError.
+// The main part's text with the changes and the model's names; nullopt when it stays. Throws
+// XmlError.
 std::optional<std::string> PatchWorkbook(std::string_view text, const WorkbookModel& model,
                                          const WorkbookChanges& changes);
 
@@ -33,8 +34,8 @@ class NewSharedStrings {
   void Add(TextId id);
   TextId IndexOf(TextId id) const;
   bool empty() const { return added_.empty(); }
-  // `original` with the texts added ("" where there is no table yet). `count` is the number of cells
-  // with a shared string. Throws XmlError.
+  // `original` with the texts added ("" where there is no table yet). `count` is the number of
+  // cells with a shared string. Throws XmlError.
   std::string AppendTo(std::string_view original, std::size_t count) const;
 
  private:

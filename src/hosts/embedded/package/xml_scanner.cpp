@@ -404,8 +404,8 @@ std::string DecodeSpreadsheetText(std::string_view raw) {
     if (code && IsSurrogate(*code)) {
       std::optional<std::uint32_t> low = EscapeAt(rest.substr(7));
       bool pair = *code < 0xDC00 && low && *low >= 0xDC00 && *low <= 0xDFFF;
-      code = pair ? std::optional(0x10000 + ((*code - 0xD800) << 10) + (*low - 0xDC00))
-                  : std::nullopt;
+      code =
+          pair ? std::optional(0x10000 + ((*code - 0xD800) << 10) + (*low - 0xDC00)) : std::nullopt;
       length = 14;
     }
     if (code) {

@@ -1,5 +1,5 @@
-// Reads XML where it stands. Sheets are read as a stream through it, and every change to a part is a
-// patch of the text at the places that it reports, so that what no edit concerns keeps its bytes:
+// Reads XML where it stands. Sheets are read as a stream through it, and every change to a part is
+// a patch of the text at the places that it reports, so that what no edit concerns keeps its bytes:
 // quotes, blanks, order, unknown elements. (A document tree would not know the places.)
 #pragma once
 
@@ -33,8 +33,9 @@ struct XmlAttribute {
 std::string_view LocalName(std::string_view name);
 
 // A pull scanner over a UTF-8 document (with or without byte order mark) that must outlive it.
-// Checks that tags match; refuses document type declarations and encodings other than UTF-8. With `kLenient`, an end tag that matches an outer element
-// closes the inner ones, and unclosed <br> passes (legacy drawings are written so).
+// Checks that tags match; refuses document type declarations and encodings other than UTF-8. With
+// `kLenient`, an end tag that matches an outer element closes the inner ones, and unclosed <br>
+// passes (legacy drawings are written so).
 class XmlScanner {
  public:
   enum class Token { kStart, kEnd, kText, kOther, kDone };

@@ -62,8 +62,9 @@ bool FileContains(std::ifstream& file, std::string_view wanted) {
                         " is protected by a password. Remove the password for opening in Excel "
                         "and save the file.");
   }
-  throw FileError(FileError::Code::kLegacyFormat,
-                  Quoted(name) + " is a workbook of the old .xls format. Save it as .xlsm in Excel.");
+  throw FileError(
+      FileError::Code::kLegacyFormat,
+      Quoted(name) + " is a workbook of the old .xls format. Save it as .xlsm in Excel.");
 }
 
 // Throws for all that is no zip archive.

@@ -24,7 +24,8 @@ struct PackedBytes {
 
 // Compresses; stores what does not get smaller.
 PackedBytes Pack(std::string_view bytes);
-// Throws FileError (kDamaged) naming `part` when the bytes do not unpack to their size and checksum.
+// Throws FileError (kDamaged) naming `part` when the bytes do not unpack to their size and
+// checksum.
 std::string Unpack(const PackedBytes& packed, std::string_view part);
 
 // A file opened for reading. It may be replaced by another one under its name meanwhile.
