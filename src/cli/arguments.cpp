@@ -55,6 +55,8 @@ void DescribeRun(CLI::App& run, RawRun& raw) {
   AddText(run, "--sheet", options.sheet, "Activate this sheet first", "NAME");
   AddText(run, "--select", options.selection, "Select this address of the active sheet first",
           "ADDRESS");
+  AddText(run, "--caller", options.caller,
+          "The shape or control of the active sheet that runs the macro", "SHAPE");
   run.add_flag("--changes", options.changes, "Print what changed, a line a cell");
   run.add_flag("--json", options.json, "Print the outcome as one JSON object on standard output");
 }

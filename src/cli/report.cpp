@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "core/convert.h"
-#include "ui/console/message_box.h"
+#include "core/message_box.h"
 #include "ui/console/terminal_text.h"
 
 namespace vantora::cli {
@@ -179,7 +179,7 @@ Json OutcomeJson(const RunOutcome& outcome) {
   Json messages = Json::array();
   for (const ShownMessage& message : outcome.messages) {
     messages.push_back({{"title", message.title},
-                        {"icon", ui::IconWordOf(message.style)},
+                        {"icon", IconWordOf(message.style)},
                         {"text", message.text},
                         {"buttons", message.buttons},
                         {"answer", message.answer}});

@@ -46,12 +46,21 @@ host::WorksheetPtr SheetOf(embedded::Session& session, const std::string& name) 
   }
 }
 
+void NameCaller(embedded::Session& session, const std::string& shape) {
+  try {
+    session.SetCaller(shape);
+  } catch (const HostError& error) {
+    throw UsageError(error.description());
+  }
+}
+
 void Prepare(embedded::Session& session, const RunOptions& options) {
   if (!options.sheet.empty()) SheetOf(session, options.sheet)->Activate();
   for (const CellToSet& cell : options.cells_to_set) {
     RangeOf(session, cell.reference)->SetValue(Value(cell.value));
   }
   if (!options.selection.empty()) RangeOf(session, options.selection)->Select();
+  if (!options.caller.empty()) NameCaller(session, options.caller);
 }
 
 Value CallMethod(const Call& call, embedded::Session& session, RunUserInterface& user_interface,

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "ui/console/message_box.h"
+#include "core/message_box.h"
 
 namespace vantora::cli {
 namespace {
@@ -60,9 +60,9 @@ MessageBoxResult RunUserInterface::MessageBox(std::string_view text, int style,
                                               std::string_view title) {
   const MessageBoxResult result = Answer(text, style, title);
   ShownMessage message{
-      std::string(title), std::string(text), style, {}, std::string(ui::CaptionOf(result))};
-  for (const MessageBoxResult button : ui::ButtonsOf(style)) {
-    message.buttons.emplace_back(ui::CaptionOf(button));
+      std::string(title), std::string(text), style, {}, std::string(CaptionOf(result))};
+  for (const MessageBoxResult button : ButtonsOf(style)) {
+    message.buttons.emplace_back(CaptionOf(button));
   }
   const bool is_question = message.buttons.size() > 1;
   messages_.push_back(std::move(message));
@@ -73,7 +73,7 @@ MessageBoxResult RunUserInterface::MessageBox(std::string_view text, int style,
 
 MessageBoxResult RunUserInterface::Answer(std::string_view text, int style,
                                           std::string_view title) {
-  const bool is_question = ui::ButtonsOf(style).size() > 1;
+  const bool is_question = ButtonsOf(style).size() > 1;
   const bool answered_beforehand = is_question && !scripted_.unused_answers().empty();
   if (unanswered_ == Unanswered::kTerminal && !answered_beforehand) {
     return console_.MessageBox(text, style, title);

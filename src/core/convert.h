@@ -60,6 +60,8 @@ std::optional<int> TextToInteger(std::string_view text);
 // Latin-1 and Latin Extended-A ranges (U+00C0 to U+017E), which covers the languages of Europe that
 // are written in Latin letters. The Turkish dotted and dotless i are letters of their own.
 bool EqualsIgnoreCase(std::string_view a, std::string_view b);
+// A key that is the same for all texts that EqualsIgnoreCase takes for equal, and for no others.
+std::string CaseFolded(std::string_view text);
 // Byte position in `text` of the first occurrence of `part` (0 for an empty part); nullopt when it
 // does not occur.
 std::optional<std::size_t> FindIgnoreCase(std::string_view text, std::string_view part);

@@ -65,6 +65,8 @@ class Application {
   virtual void Goto(std::string_view reference) = 0;
   virtual bool ScreenUpdating() = 0;
   virtual void SetScreenUpdating(bool on) = 0;
+  // Name of the shape that ran the macro ("Spinner 3"); empty when none did.
+  virtual std::string Caller() = 0;
   // Ends a copy in progress, whatever the mode put.
   virtual void SetCutCopyMode(XlCutCopyMode mode) = 0;
 };

@@ -56,6 +56,7 @@ INSTANTIATE_TEST_SUITE_P(
                "\"Perhaps\" is no button"},
         Ending{"UnknownSheet", {"clsGlobals.Version", "--sheet", "Nowhere"}, 2, "\"Nowhere\""},
         Ending{"SetWithoutACell", {"clsGlobals.Version", "--set", "1+1=2"}, 2, "\"1+1\""},
+        Ending{"UnknownCaller", {"clsGlobals.Version", "--caller", "Spinner 9"}, 2, "\"Spinner 9\""},
         Ending{"SelectNothing", {"clsGlobals.Version", "--select", "A0"}, 2, "\"A0\""},
         Ending{"MessageBoxCancelled",
                {"clsYearEnd.ShiftHistory", "--answer", "Cancel"},

@@ -105,7 +105,7 @@ TEST_F(EditsTest, AStaleValueIsAnErrorAndNeverANumber) {
   Put("A2", "=FUNCTION.OF.TOMORROW(A1)");
   Put("A3", "=A2+1");
   std::string refusal = Refusal([&] { Get("A3"); });
-  EXPECT_THAT(refusal, HasSubstr("'Data'!A3"));
+  EXPECT_THAT(refusal, HasSubstr("Data!A3"));
   EXPECT_THAT(refusal, HasSubstr("out of date"));
   auto uncalculated = session_->Calculate();
   ASSERT_EQ(uncalculated.size(), 2u);
@@ -263,7 +263,7 @@ TEST_F(EditsTest, ListsWhatChangedButNotWhatOnlyMoved) {
   EXPECT_EQ(changes.cells[1].cell, (CellAddress{1, 3}));
   EXPECT_EQ(changes.cells[1].after, "new");
   EXPECT_THAT(changes.others,
-              testing::ElementsAre("comment added at 'Data'!C2", "1 formulas have new results"));
+              testing::ElementsAre("comment added at Data!C2", "1 formulas have new results"));
 }
 
 }  // namespace

@@ -148,6 +148,7 @@ class FaultyApplication : public Faulty<host::Application> {
   void Goto(std::string_view reference) override { Call().Goto(reference); }
   bool ScreenUpdating() override { return Call().ScreenUpdating(); }
   void SetScreenUpdating(bool on) override { Call().SetScreenUpdating(on); }
+  std::string Caller() override { return Call().Caller(); }
   void SetCutCopyMode(host::XlCutCopyMode mode) override { Call().SetCutCopyMode(mode); }
 };
 

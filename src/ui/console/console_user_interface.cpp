@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "core/message_box.h"
 #include "ui/console/choice_prompt.h"
 #include "ui/console/form_prompts.h"
-#include "ui/console/message_box.h"
 
 namespace vantora::ui {
 

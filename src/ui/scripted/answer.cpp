@@ -1,8 +1,7 @@
 #include "ui/scripted/answer.h"
 
-#include <optional>
-
 #include "core/convert.h"
+#include "core/message_box.h"
 
 namespace vantora::ui {
 namespace {
@@ -12,14 +11,6 @@ std::invalid_argument Malformed(std::string_view text, const std::string& proble
       "The answer \"" + std::string(text) + "\" " + problem +
       ". An answer is OK, Cancel, Yes or No, or form:control=value;...;button, for example "
       "frmSaveHistoryPrompt:cboYear=2;butGO.");
-}
-
-std::optional<MessageBoxResult> ParseMessageBoxResult(std::string_view text) {
-  if (EqualsIgnoreCase(text, "OK")) return MessageBoxResult::kOk;
-  if (EqualsIgnoreCase(text, "Cancel")) return MessageBoxResult::kCancel;
-  if (EqualsIgnoreCase(text, "Yes")) return MessageBoxResult::kYes;
-  if (EqualsIgnoreCase(text, "No")) return MessageBoxResult::kNo;
-  return std::nullopt;
 }
 
 // The parts between the semicolons; "\;" is a semicolon within a part, any other backslash stands
@@ -53,7 +44,7 @@ ControlAnswer ParseControl(std::string_view part, std::string_view whole) {
 }  // namespace
 
 Answer ParseAnswer(std::string_view text) {
-  if (auto result = ParseMessageBoxResult(TrimBlanks(text))) return {std::string(text), *result};
+  if (auto result = ButtonOfCaption(TrimBlanks(text))) return {std::string(text), *result};
   std::size_t colon = text.find(':');
   if (colon == std::string_view::npos) {
     throw Malformed(text, "is no button of a message box and names no dialog");

@@ -5,36 +5,10 @@
 #include <optional>
 
 #include "core/convert.h"
+#include "core/message_box.h"
 
 namespace vantora::ui {
 namespace {
-
-constexpr int kButtonSetMask = 0xF;
-
-std::string_view ResultName(MessageBoxResult result) {
-  switch (result) {
-    case MessageBoxResult::kOk:
-      return "OK";
-    case MessageBoxResult::kCancel:
-      return "Cancel";
-    case MessageBoxResult::kYes:
-      return "Yes";
-    case MessageBoxResult::kNo:
-      return "No";
-  }
-  return "";
-}
-
-std::vector<MessageBoxResult> ButtonsOf(int style) {
-  switch (style & kButtonSetMask) {
-    case kOkCancel:
-      return {MessageBoxResult::kOk, MessageBoxResult::kCancel};
-    case kYesNo:
-      return {MessageBoxResult::kYes, MessageBoxResult::kNo};
-    default:
-      return {MessageBoxResult::kOk};
-  }
-}
 
 std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
@@ -42,7 +16,7 @@ std::string DescribeBox(std::string_view text, int style, std::string_view title
   std::string buttons;
   for (MessageBoxResult button : ButtonsOf(style)) {
     if (!buttons.empty()) buttons += ", ";
-    buttons += ResultName(button);
+    buttons += CaptionOf(button);
   }
   return "the message box " + Quoted(title) + " (" + buttons + ") with the text " + Quoted(text);
 }

@@ -158,7 +158,10 @@ class Compiler {
   }
 
   std::uint32_t ReadRange() {
-    if (Take('@')) return Add(Kind::kIntersectWithCell, {ReadRange()});
+    // However often it is written, "@" means the same cell.
+    bool with_cell = false;
+    while (Take('@')) with_cell = true;
+    if (with_cell) return Add(Kind::kIntersectWithCell, {ReadRange()});
     std::uint32_t node = ReadPrimary();
     for (;;) {
       const std::size_t start = position_;
@@ -348,6 +351,8 @@ class Compiler {
   std::uint32_t ReadConstant() {
     const bool negative = Take('-');
     if (!negative) Take('+');
+    SkipBlanks();
+    if (Peek() == '{') throw Unreadable();
     const std::uint32_t node = ReadPrimary();
     Node& constant = program_.nodes[node];
     if (constant.kind > Kind::kError) throw Unreadable();

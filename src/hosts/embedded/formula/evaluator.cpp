@@ -12,6 +12,8 @@ namespace {
 using Kind = Node::Kind;
 
 constexpr int kDeepestNames = 64;
+// More than the longest formula that can be entered needs, and within any thread's stack.
+constexpr int kDeepestNodes = 2800;
 // Elements of the largest array that is built.
 constexpr std::size_t kLargestArray = std::size_t{1} << 22;
 
@@ -212,8 +214,17 @@ Scalar Evaluator::ElementAt(const Operand& operand, int row, int column) {
 
 Operand Evaluator::Evaluate(std::uint32_t index, bool array_mode) {
   if (stopped()) return ValueError();
+  if (++nodes_deep_ > kDeepestNodes) {
+    Stop("the formula is nested too deeply");
+    return ValueError();
+  }
+  Operand result = EvaluateNode(frame_.program->nodes[index], array_mode);
+  --nodes_deep_;
+  return result;
+}
+
+Operand Evaluator::EvaluateNode(const Node& node, bool array_mode) {
   const Program& program = *frame_.program;
-  const Node& node = program.nodes[index];
   switch (node.kind) {
     case Kind::kNumber:
       return Scalar::Number(node.number);
@@ -277,12 +288,12 @@ Operand Evaluator::EvaluateName(const UsedName& used) {
   }
   const DefinedName* name = model_.FindName(used.name, sheet);
   if (!name) return Scalar::Error(CellError::kName);
-  if (++depth_ > kDeepestNames) {
+  if (++names_deep_ > kDeepestNames) {
     Stop("the name " + used.name + " refers to itself");
     return ValueError();
   }
   Operand result = EvaluateDefinedName(*name, used);
-  --depth_;
+  --names_deep_;
   return result;
 }
 

@@ -99,6 +99,7 @@ class Evaluator {
   };
 
   Operand RunFrame(const Frame& frame);
+  Operand EvaluateNode(const Node& node, bool array_mode);
   bool IsUpToDate(int sheet, CellAddress cell, const Cell& stored);
   Scalar ScalarOf(const CellValue& value) const;
 
@@ -118,7 +119,8 @@ class Evaluator {
   CellPosition position_;
   bool array_formula_;
   Frame frame_{};
-  int depth_ = 0;
+  int names_deep_ = 0;
+  int nodes_deep_ = 0;
   std::deque<std::string> texts_;
   std::vector<CellPosition> pending_;
   std::string reason_;

@@ -37,14 +37,27 @@ int WorkbookModel::PositionOf(int id) const {
 }
 
 const DefinedName* WorkbookModel::FindName(std::string_view name, int from_sheet) const {
+  if (indexed_names_ != names.size()) IndexNames();
+  auto places = places_of_names_.find(CaseFolded(name));
+  if (places == places_of_names_.end()) return nullptr;
   const DefinedName* found = nullptr;
-  for (const DefinedName& candidate : names) {
-    if (candidate.scope != -1 && candidate.scope != from_sheet) continue;
-    if (!EqualsIgnoreCase(candidate.name, name)) continue;
-    if (candidate.scope == from_sheet && from_sheet != -1) return &candidate;
-    found = &candidate;
+  for (std::size_t place : places->second) {
+    const DefinedName& candidate = names[place];
+    if (candidate.scope == -1) {
+      found = &candidate;
+    } else if (candidate.scope == from_sheet) {
+      return &candidate;
+    }
   }
   return found;
+}
+
+void WorkbookModel::IndexNames() const {
+  places_of_names_.clear();
+  for (std::size_t place = 0; place < names.size(); ++place) {
+    places_of_names_[CaseFolded(names[place].name)].push_back(place);
+  }
+  indexed_names_ = names.size();
 }
 
 }  // namespace vantora::embedded

@@ -78,12 +78,18 @@ class WorkbookModel : public SheetDirectory {
   const std::string& NameOf(int id) const override { return sheets[id]->name; }
   int PositionOf(int id) const override;
   // The name as seen from a sheet: the sheet's own before the workbook's; case-insensitive. Null
-  // when there is none.
+  // when there is none. `names` may grow and what they refer to may change, but no name is renamed.
+  // Not for several threads at once.
   const DefinedName* FindName(std::string_view name, int from_sheet) const;
 
  private:
+  void IndexNames() const;
+
   // By name as written, so that reading millions of references costs a look-up each.
   std::unordered_map<std::string_view, int> ids_;
+  // Places in `names` by case-folded name, of the first `indexed_names_` ones.
+  mutable std::unordered_map<std::string, std::vector<std::size_t>> places_of_names_;
+  mutable std::size_t indexed_names_ = 0;
 };
 
 }  // namespace vantora::embedded

@@ -287,6 +287,7 @@ class EmbeddedApplication : public host::Application {
   }
   bool ScreenUpdating() override { return state_->screen_updating; }
   void SetScreenUpdating(bool on) override { state_->screen_updating = on; }
+  std::string Caller() override { return state_->caller; }
   void SetCutCopyMode(XlCutCopyMode) override { state_->copied.reset(); }
 
  private:

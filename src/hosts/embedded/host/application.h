@@ -21,6 +21,8 @@ struct ApplicationState {
   std::unique_ptr<OpenWorkbook> workbook;
   std::optional<CopySource> copied;
   bool screen_updating = true;
+  // Name of the shape that runs the macro.
+  std::string caller;
 };
 
 // The application object. Every object made from it keeps `state` alive.

@@ -4,6 +4,7 @@
 
 #include "core/host.h"
 #include "formula/evaluate.h"
+#include "formula/sheet_prefix.h"
 #include "host/column_formats.h"
 #include "host/pivot_areas.h"
 #include "host/sheet_selection.h"
@@ -44,7 +45,9 @@ void OpenWorkbook::Refuse(const std::string& text) {
 }
 
 std::string OpenWorkbook::Describe(int sheet_id, const Area& area) {
-  return "'" + sheet(sheet_id).name + "'!" + ToA1(area);
+  std::string text;
+  AppendSheetPrefix(text, sheet_id, sheet_id, model());
+  return text + ToA1(area);
 }
 
 void OpenWorkbook::RefuseOnProtectedSheet(int sheet_id, const Area& area) {

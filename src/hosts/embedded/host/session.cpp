@@ -1,7 +1,9 @@
 #include "host/session.h"
 
+#include "core/convert.h"
 #include "host/application.h"
 #include "host/change_recorder.h"
+#include "host/shapes.h"
 
 namespace vantora::embedded {
 
@@ -64,6 +66,19 @@ host::RangePtr Session::Range(std::string_view reference) {
   int sheet = formula.references.front().first_sheet;
   return MakeRange(impl_->state,
                    sheet == Reference::kOwnSheet ? impl_->workbook().active_sheet() : sheet, *area);
+}
+
+void Session::SetCaller(std::string_view shape) {
+  OpenWorkbook& workbook = impl_->workbook();
+  int sheet = workbook.active_sheet();
+  for (std::string& name : ShapeNames(workbook.file().package(), workbook.file().part_of(sheet))) {
+    if (!EqualsIgnoreCase(name, shape)) continue;
+    impl_->state->caller = std::move(name);
+    return;
+  }
+  throw HostError(HostError::kApplicationDefined,
+                  "The sheet \"" + workbook.sheet(sheet).name + "\" has no shape or control \"" +
+                      std::string(shape) + "\".");
 }
 
 std::vector<Uncalculated> Session::Calculate() { return impl_->workbook().Calculate(); }

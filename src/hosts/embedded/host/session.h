@@ -61,6 +61,10 @@ class Session {
   // HostError 1004 when it is no reference.
   host::RangePtr Range(std::string_view reference);
 
+  // The shape or control of the active sheet that runs what comes next; throws HostError 1004 when the
+  // sheet has none of that name.
+  void SetCaller(std::string_view shape);
+
   // Brings every value up to date and tells which formulas could not be calculated.
   std::vector<Uncalculated> Calculate();
   // Calculates, then writes the workbook. Throws FileError and leaves `path` as it was on failure.

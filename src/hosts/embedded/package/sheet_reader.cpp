@@ -15,6 +15,8 @@ using Token = XmlScanner::Token;
 
 // A group's number beyond it is no group that a sheet can have.
 constexpr std::uint32_t kMostSharedFormulas = 1 << 24;
+// Results of all array formulas of a sheet: each becomes a cell once they are calculated.
+constexpr std::uint64_t kMostArrayCells = std::uint64_t{1} << 24;
 
 constexpr std::pair<std::string_view, CellError> kErrorTexts[] = {
     {"#NULL!", CellError::kNull},       {"#DIV/0!", CellError::kDiv0},
@@ -164,6 +166,7 @@ class SheetReader {
   void ReadChild(std::size_t from) {
     std::string name(xml_.local_name());
     if (name == "sheetData" && sheet_.is_worksheet) {
+      if (std::exchange(has_cells_, true)) Fail("a second element \"sheetData\"");
       if (!xml_.is_empty()) ReadRows();
       markup_.elements.push_back({std::move(name), {}});
       return;
@@ -362,10 +365,22 @@ class SheetReader {
     }
     if (formula.empty()) return;
     parts.formula = Intern(formula, cell);
-    if (type == "array") {
-      sheet_.arrays.push_back(
-          {ParseA1(area).value_or(Area{cell.row, cell.column, cell.row, cell.column})});
+    if (type == "array") ReadArrayArea(cell, area);
+  }
+
+  // The formula stands in the first cell of its area; written anywhere else it counts for its own
+  // cell.
+  void ReadArrayArea(CellAddress cell, std::string_view text) {
+    Area area{cell.row, cell.column, cell.row, cell.column};
+    std::optional<Area> written = ParseA1(text);
+    if (written && written->first_row == cell.row && written->first_column == cell.column) {
+      area = *written;
     }
+    array_cells_ += static_cast<std::uint64_t>(area.rows()) * static_cast<unsigned>(area.columns());
+    if (array_cells_ > kMostArrayCells) {
+      FailCell(cell, "has an array formula over more cells than a sheet's results can fill");
+    }
+    sheet_.arrays.push_back({area});
   }
 
   void ReadDataTable(CellAddress cell, std::string_view area, const std::string& inputs,
@@ -461,12 +476,14 @@ class SheetReader {
   WorkbookModel& model_;
   SheetModel& sheet_;
   SheetMarkup& markup_;
+  bool has_cells_ = false;
   int row_ = 0;
   int column_ = 0;
   // By the group's number; 0 where no text has come yet.
   std::vector<FormulaId> groups_;
   std::vector<Pending> pending_;
   std::vector<DataTable> data_tables_;
+  std::uint64_t array_cells_ = 0;
 };
 
 }  // namespace

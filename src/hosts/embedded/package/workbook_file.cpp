@@ -10,6 +10,7 @@
 #include "package/sheet_reader.h"
 #include "package/sheet_writer.h"
 #include "package/styles_reader.h"
+#include "package/table_headers.h"
 #include "package/workbook_reader.h"
 #include "package/workbook_writer.h"
 #include "package/xml_scanner.h"
@@ -208,6 +209,23 @@ void WorkbookFile::FollowInSharedParts() {
   }
 }
 
+void WorkbookFile::MatchTables() {
+  for (std::size_t id = 0; id < sheets_.size(); ++id) {
+    const std::vector<Relationship> relationships = package_->RelationshipsOf(sheets_[id].part);
+    for (const Relationship& relationship : relationships) {
+      if (!relationship.IsType("table") || !package_->Has(relationship.target)) continue;
+      try {
+        if (auto text = MatchTableHeaders(package_->Read(relationship.target), *model_.sheets[id],
+                                          model_.strings)) {
+          package_->Write(relationship.target, std::move(*text));
+        }
+      } catch (const XmlError& error) {
+        ThrowDamaged(relationship.target, error);
+      }
+    }
+  }
+}
+
 std::set<std::string> WorkbookFile::ChartParts() const {
   std::set<std::string> charts;
   for (const SheetPart& sheet : sheets_) {
@@ -383,6 +401,7 @@ void WorkbookFile::WriteWorkbookPart() {
 void WorkbookFile::Save(const std::filesystem::path& path) {
   for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) FollowInsertions(id);
   FollowInSharedParts();
+  MatchTables();
   WriteWorkbookPart();
   std::vector<int> sheets = ChangedSheets();
   if (!sheets.empty()) {

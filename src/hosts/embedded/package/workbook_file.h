@@ -79,6 +79,8 @@ class WorkbookFile {
   void WriteSheets(const std::vector<int>& sheets, const NewSharedStrings& added);
   void WriteWorkbookPart();
   void RemoveCalculationChain();
+  // Tables and their header cells are made to agree.
+  void MatchTables();
   std::set<std::string> ChartParts() const;
   void UpdateCharts(const std::vector<int>& sheets);
 

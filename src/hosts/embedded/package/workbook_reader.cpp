@@ -12,6 +12,7 @@ namespace {
 
 using Code = FileError::Code;
 
+constexpr std::size_t kMostSheets = 10000;
 constexpr std::string_view kBinaryWorkbook =
     "application/vnd.ms-excel.sheet.binary.macroEnabled.main";
 constexpr std::string_view kWorkbookTypes[] = {
@@ -54,6 +55,12 @@ void ReadSheetList(const OpcPackage& package, pugi::xml_node workbook, WorkbookP
     if (model.IdOf(name)) FailWorkbook("two sheets have the name " + Quoted(name));
     if (found == relationships.end() || !package.Has(found->target)) {
       FailWorkbook("the part of its sheet " + Quoted(name) + " is missing");
+    }
+    if (std::find(parts.sheets.begin(), parts.sheets.end(), found->target) != parts.sheets.end()) {
+      FailWorkbook("its sheet " + Quoted(name) + " shares its part with another sheet");
+    }
+    if (parts.sheets.size() == kMostSheets) {
+      FailWorkbook("it has more than " + std::to_string(kMostSheets) + " sheets");
     }
     SheetModel& sheet = model.AddSheet(std::move(name));
     sheet.visibility = VisibilityOf(node.attribute("state").value());

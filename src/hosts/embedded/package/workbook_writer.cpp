@@ -72,6 +72,9 @@ class WorkbookPatcher {
       xml_.SkipElement();
     } else if (name == "bookViews") {
       PatchViews();
+    } else if (name == "sheets") {
+      if (changes_.active_tab && !has_views_) InsertViews();
+      xml_.SkipElement();
     } else {
       xml_.SkipElement();
     }
@@ -87,7 +90,16 @@ class WorkbookPatcher {
     patch_.Insert(at, " " + std::string(name) + "=\"" + std::string(value) + "\"");
   }
 
+  // In front of the element at which the scanner stands.
+  void InsertViews() {
+    patch_.Insert(xml_.begin(), "<" + places_.prefix + "bookViews><" + places_.prefix +
+                                    "workbookView activeTab=\"" +
+                                    std::to_string(*changes_.active_tab) + "\"/></" +
+                                    places_.prefix + "bookViews>");
+  }
+
   void PatchViews() {
+    has_views_ = true;
     if (xml_.is_empty()) return;
     bool first = true;
     while (xml_.Next() != Token::kEnd) {
@@ -192,6 +204,7 @@ class WorkbookPatcher {
   mutable std::size_t next_ = 0;
   std::vector<std::pair<std::size_t, std::size_t>> removed_;
   std::size_t names_end_ = 0;
+  bool has_views_ = false;
   bool has_calculation_ = false;
 };
 

@@ -315,7 +315,11 @@ const std::vector<XmlAttribute>& XmlScanner::attributes() const {
     if (at >= body.size() || (body[at] != '"' && body[at] != '\'')) {
       Fail("the attribute " + Quoted(name) + " has no quotes", place());
     }
+    // Next saw pairs of quotes; one within a name leaves another without its partner.
     const std::size_t close = body.find(body[at], at + 1);
+    if (close == std::string_view::npos) {
+      Fail("the attribute " + Quoted(name) + " lacks its closing quote", place());
+    }
     attributes_.push_back({name, body.substr(at + 1, close - at - 1)});
     at = close + 1;
     if (at < body.size() && !IsBlank(body[at]) && mode_ == Mode::kStrict) {

@@ -110,7 +110,7 @@ bool IsSafeName(std::string_view name) {
 
 void CheckSizes(const ZipArchive::Entry& entry, const std::string& file_name) {
   bool suspect = entry.size > kSuspectSize && entry.size / kSuspectRatio > entry.packed_size;
-  if (entry.size > kLargestPart || suspect) {
+  if (entry.size > kLargestPart || entry.packed_size > kLargestPart || suspect) {
     throw FileError(FileError::Code::kDamaged, "The part " + Quoted(entry.name) + " of " +
                                                    Quoted(file_name) +
                                                    " claims a size that no workbook has.");

@@ -1,6 +1,8 @@
-#include "ui/console/message_box.h"
+#include "core/message_box.h"
 
-namespace vantora::ui {
+#include "core/convert.h"
+
+namespace vantora {
 namespace {
 
 constexpr int kButtonSetMask = 0xF;
@@ -48,6 +50,14 @@ std::string_view CaptionOf(MessageBoxResult button) {
   return "";
 }
 
+std::optional<MessageBoxResult> ButtonOfCaption(std::string_view caption) {
+  for (MessageBoxResult button : {MessageBoxResult::kOk, MessageBoxResult::kCancel,
+                                  MessageBoxResult::kYes, MessageBoxResult::kNo}) {
+    if (EqualsIgnoreCase(caption, CaptionOf(button))) return button;
+  }
+  return std::nullopt;
+}
+
 std::string_view IconWordOf(int style) {
   switch (style & kIconMask) {
     case kCritical:
@@ -63,4 +73,4 @@ std::string_view IconWordOf(int style) {
   }
 }
 
-}  // namespace vantora::ui
+}  // namespace vantora

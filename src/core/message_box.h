@@ -7,7 +7,7 @@
 
 #include "core/user_interface.h"
 
-namespace vantora::ui {
+namespace vantora {
 
 // The buttons in the order they stand; never empty.
 std::vector<MessageBoxResult> ButtonsOf(int style);
@@ -17,7 +17,9 @@ std::size_t DefaultButtonOf(int style);
 std::optional<MessageBoxResult> CloseResultOf(int style);
 // "OK", "Cancel", "Yes" or "No".
 std::string_view CaptionOf(MessageBoxResult button);
+// The button of that caption, upper and lower case alike; nullopt when there is none.
+std::optional<MessageBoxResult> ButtonOfCaption(std::string_view caption);
 // "Error", "Question", "Warning", "Information"; "" for a box without an icon.
 std::string_view IconWordOf(int style);
 
-}  // namespace vantora::ui
+}  // namespace vantora

@@ -1,0 +1,52 @@
+#include "host/shapes.h"
+
+#include "package/xml_scanner.h"
+
+namespace vantora::embedded {
+namespace {
+
+// A drawing names each of its objects in one element, whatever kind of object it is.
+void AddDrawingNames(std::string_view drawing, std::vector<std::string>& names) {
+  XmlScanner scanner(drawing);
+  while (scanner.Next() != XmlScanner::Token::kDone) {
+    if (scanner.token() == XmlScanner::Token::kStart && scanner.local_name() == "cNvPr") {
+      names.push_back(DecodeXml(scanner.Attribute("name").value_or("")));
+    }
+  }
+}
+
+// Form controls of workbooks whose controls stand in the legacy drawing alone.
+void AddLegacyNames(std::string_view drawing, std::vector<std::string>& names) {
+  XmlScanner scanner(drawing, XmlScanner::Mode::kLenient);
+  std::string shape;
+  while (scanner.Next() != XmlScanner::Token::kDone) {
+    if (scanner.token() != XmlScanner::Token::kStart) continue;
+    if (scanner.local_name() == "shape") {
+      shape = DecodeSpreadsheetText(scanner.Attribute("id").value_or(""));
+    } else if (scanner.local_name() == "ClientData" &&
+               scanner.Attribute("ObjectType").value_or("Note") != "Note") {
+      names.push_back(shape);
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> ShapeNames(const OpcPackage& package, std::string_view sheet_part) {
+  std::vector<std::string> names;
+  for (const Relationship& relationship : package.RelationshipsOf(sheet_part)) {
+    if (relationship.external || !package.Has(relationship.target)) continue;
+    try {
+      if (relationship.IsType("drawing")) {
+        AddDrawingNames(package.Read(relationship.target), names);
+      } else if (relationship.IsType("vmlDrawing")) {
+        AddLegacyNames(package.Read(relationship.target), names);
+      }
+    } catch (const XmlError& error) {
+      ThrowDamaged(relationship.target, error);
+    }
+  }
+  return names;
+}
+
+}  // namespace vantora::embedded
