@@ -399,6 +399,17 @@ void WorkbookFile::WriteWorkbookPart() {
 }
 
 void WorkbookFile::Save(const std::filesystem::path& path) {
+  if (failed_) std::rethrow_exception(failed_);
+  try {
+    WriteParts();
+  } catch (...) {
+    failed_ = std::current_exception();
+    throw;
+  }
+  package_->Save(path);
+}
+
+void WorkbookFile::WriteParts() {
   for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) FollowInsertions(id);
   FollowInSharedParts();
   MatchTables();
@@ -410,7 +421,6 @@ void WorkbookFile::Save(const std::filesystem::path& path) {
     WriteSheets(sheets, added);
     UpdateCharts(sheets);
   }
-  package_->Save(path);
 }
 
 }  // namespace vantora::embedded

@@ -1,6 +1,7 @@
 // A workbook as a file: its calculating model beside the package it came from.
 #pragma once
 
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -78,6 +79,8 @@ class WorkbookFile {
   void WriteSharedStrings(const NewSharedStrings& added);
   void WriteSheets(const std::vector<int>& sheets, const NewSharedStrings& added);
   void WriteWorkbookPart();
+  // Brings the package's parts up to date.
+  void WriteParts();
   void RemoveCalculationChain();
   // Tables and their header cells are made to agree.
   void MatchTables();
@@ -97,6 +100,9 @@ class WorkbookFile {
   // The active sheet as the parts say.
   int active_written_ = 0;
   bool calculate_on_opening_ = false;
+  // What kept a save from bringing the parts up to date. Some of them may have followed insertions
+  // and others not, so that no later save can be right.
+  std::exception_ptr failed_;
 };
 
 }  // namespace vantora::embedded
