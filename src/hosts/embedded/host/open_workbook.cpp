@@ -326,6 +326,9 @@ std::optional<OpenWorkbook::Place> OpenWorkbook::PlaceOf(const DefinedName& name
 }
 
 std::vector<Uncalculated> OpenWorkbook::Calculate() {
+  for (auto [sheet_id, header] : file_->MatchTables()) {
+    calculator_.Changed(sheet_id, {header.row, header.column, header.row, header.column});
+  }
   calculator_.CalculateAll();
   return calculator_.Uncalculable();
 }

@@ -8,6 +8,7 @@
 #include <set>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "formula/workbook_model.h"
@@ -56,6 +57,10 @@ class WorkbookFile {
   // failure. May be called again after further edits.
   void Save(const std::filesystem::path& path);
 
+  // Makes tables and their header cells agree (see MatchTableHeaders), as Save does too. Gives the
+  // header cells that were written, as sheet and cell: what depends on them is out of date.
+  std::vector<std::pair<int, CellAddress>> MatchTables();
+
  private:
   struct SheetPart {
     std::string part;
@@ -70,6 +75,8 @@ class WorkbookFile {
   void ReadParts();
   // Insertions that `followed` of them lie behind, and marks them as followed.
   std::span<const ColumnInsertion> Pending(std::size_t& followed);
+  void RefuseRenamingUsedColumns(const std::vector<std::string>& old_names,
+                                 const std::string& table_part) const;
   void FollowInParts(int sheet, std::span<const ColumnInsertion> pending);
   void FollowInSharedParts();
   bool CellsDiffer(int sheet) const;
@@ -82,8 +89,6 @@ class WorkbookFile {
   // Brings the package's parts up to date.
   void WriteParts();
   void RemoveCalculationChain();
-  // Tables and their header cells are made to agree.
-  void MatchTables();
   std::set<std::string> ChartParts() const;
   void UpdateCharts(const std::vector<int>& sheets);
 
