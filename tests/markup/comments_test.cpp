@@ -126,8 +126,8 @@ TEST_F(Comments, NumbersThatNoSheetHasAreLeftAlone) {
              NoteShape(2147483647, 2147483647, 2147483647, "2147483647, 0, 2147483647"));
   AddParts(vml);
   comments_.Paste({1, 1, 8, 8}, {1, 2, 8, 9});
-  EXPECT_THAT(Vml(), HasSubstr(NoteShape(2147483647, 2147483647, 2147483647,
-                                         "2147483647, 0, 2147483647")));
+  EXPECT_THAT(
+      Vml(), HasSubstr(NoteShape(2147483647, 2147483647, 2147483647, "2147483647, 0, 2147483647")));
   EXPECT_THAT(Vml(), HasSubstr("<x:Row>7</x:Row><x:Column>2</x:Column>"));
 }
 

@@ -210,8 +210,8 @@ void WorkbookFile::FollowInSharedParts() {
   }
 }
 
-// Formulas that name a table's column would have to be rewritten with it; left as they are, the file
-// would count as damaged.
+// Formulas that name a table's column would have to be rewritten with it; left as they are, the
+// file would count as damaged.
 void WorkbookFile::RefuseRenamingUsedColumns(const std::vector<std::string>& old_names,
                                              const std::string& table_part) const {
   for (const std::string& name : old_names) {
