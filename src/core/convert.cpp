@@ -117,17 +117,6 @@ char32_t NextCharacter(std::string_view text, std::size_t& at) {
   return character;
 }
 
-// Writes what NextCharacter reads; a lone byte comes back as the character of its number.
-void AppendUtf8(std::string& text, char32_t character) {
-  if (character < 0x80) {
-    text += static_cast<char>(character);
-    return;
-  }
-  int more = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-  text += static_cast<char>((0xFF00 >> (more + 1)) | (character >> (6 * more)));
-  while (more-- > 0) text += static_cast<char>(0x80 | ((character >> (6 * more)) & 0x3F));
-}
-
 char32_t FoldCase(char32_t c) {
   if (c >= U'A' && c <= U'Z') return c + 0x20;
   if (c < 0xC0 || c > 0x17E) return c;
@@ -244,10 +233,10 @@ bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
   return in_a == a.size() && in_b == b.size();
 }
 
-std::string CaseFolded(std::string_view text) {
-  std::string folded;
+std::u32string CaseFolded(std::string_view text) {
+  std::u32string folded;
   folded.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) AppendUtf8(folded, FoldCase(NextCharacter(text, at)));
+  for (std::size_t at = 0; at < text.size();) folded += FoldCase(NextCharacter(text, at));
   return folded;
 }
 

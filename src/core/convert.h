@@ -61,7 +61,7 @@ std::optional<int> TextToInteger(std::string_view text);
 // are written in Latin letters. The Turkish dotted and dotless i are letters of their own.
 bool EqualsIgnoreCase(std::string_view a, std::string_view b);
 // A key that is the same for all texts that EqualsIgnoreCase takes for equal, and for no others.
-std::string CaseFolded(std::string_view text);
+std::u32string CaseFolded(std::string_view text);
 // Byte position in `text` of the first occurrence of `part` (0 for an empty part); nullopt when it
 // does not occur.
 std::optional<std::size_t> FindIgnoreCase(std::string_view text, std::string_view part);

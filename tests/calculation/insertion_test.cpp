@@ -125,6 +125,33 @@ TEST(Insertion, NamesArraysAndReasonsMove) {
   EXPECT_EQ(book.Value("H1"), "30");
 }
 
+// "The cell to my right" must go on meaning just that, wherever columns come in.
+TEST(Insertion, ARelativeNameKeepsItsDistance) {
+  TestBook book;
+  book.AddName("right", "Data!B1");
+  book.AddName("left", "Data!XFD1");
+  book.AddName("row_to", "Data!$E1:F1");
+  book.AddName("local", "$C1", 0);
+  book.Put("A1:H1", "1");
+  book.Put("B2:B2", "7");
+  book.Put("D1", "=right");
+  book.Put("D2", "=left+local");
+  EXPECT_EQ(book.Value("D1"), "1");
+
+  book.InsertColumns("Data", "E");
+  EXPECT_EQ(book.model().names[0].refers_to, "Data!B1");
+  EXPECT_EQ(book.model().names[1].refers_to, "Data!XFD1");
+  EXPECT_EQ(book.model().names[2].refers_to, "Data!$F1:F1");
+  EXPECT_EQ(book.model().names[3].refers_to, "$C1");
+  EXPECT_EQ(book.Value("D1"), "0") << "the new column stands right of it";
+  book.InsertColumns("Data", "B");
+  EXPECT_EQ(book.model().names[0].refers_to, "Data!B1");
+  EXPECT_EQ(book.model().names[3].refers_to, "$D1");
+  EXPECT_EQ(book.Value("E1"), "0");
+  EXPECT_EQ(book.Value("E2"), "0");
+  EXPECT_EQ(book.FormulaIn("Data!E2"), "=left+local");
+}
+
 TEST(Insertion, CellsThatAreOutOfDateMoveWithTheirFlag) {
   TestBook book;
   book.Put("A1", "1");

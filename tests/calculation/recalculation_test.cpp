@@ -210,6 +210,12 @@ TEST(Recalculation, ANameThatComesOrChangesIsFollowed) {
   book.Put("C1", "200");
   EXPECT_EQ(book.Value("Other!A1"), "6");
   EXPECT_EQ(book.Value("Other!A2"), "200");
+  // As many names as before, but another one in the first one's place.
+  book.model().names.front() = {"earlier", -1, "Data!$C$1"};
+  book.calculator().NamesChanged();
+  EXPECT_EQ(book.Value("Other!A1"), "#NAME?");
+  book.Put("Other!A1", "=EARLIER");
+  EXPECT_EQ(book.Value("Other!A1"), "200");
 }
 
 TEST(Recalculation, WhatCantBeCalculatedKeepsItsValueAndSaysWhy) {
@@ -238,6 +244,43 @@ TEST(Recalculation, WhatCantBeCalculatedKeepsItsValueAndSaysWhy) {
   EXPECT_EQ(book.Value("C1"), "21");
   book.calculator().CalculateAll();
   EXPECT_TRUE(book.calculator().Uncalculable().empty());
+}
+
+// The texts are longer than any that can be entered: what a file holds must not exhaust the stack,
+// nor names that use each other the time.
+TEST(Recalculation, EndlessFormulasAreGivenUp) {
+  auto repeated = [](const std::string& text) {
+    std::string all;
+    for (int i = 0; i < 100000; ++i) all += text;
+    return all;
+  };
+  TestBook book;
+  for (int i = 0; i < 60; ++i) {
+    std::string next = "twice" + std::to_string(i + 1);
+    book.AddName("twice" + std::to_string(i), next + "+" + next);
+  }
+  book.AddName("twice60", "Data!$A$1");
+  const std::vector<std::string> formulas = {"=" + repeated("(") + "A1",
+                                             "=" + repeated("-") + "A1",
+                                             "=A1" + repeated("%"),
+                                             "=A1" + repeated("+1"),
+                                             "=A1" + repeated(":A1"),
+                                             "=A1" + repeated(" A1"),
+                                             "=" + repeated("{") + "A1",
+                                             "=" + repeated("SUM(") + "A1" + repeated(")"),
+                                             "=A1+twice0"};
+  for (const std::string& formula : formulas) {
+    SCOPED_TRACE(formula.substr(0, 12));
+    book.Put("B1", formula);
+    EXPECT_EQ(book.Value("B1"), "stale");
+  }
+  book.Put("B1", "=" + repeated("@") + "A1+" + "REPT(\"\",2147483647)&A1");
+  book.Put("A1", "7");
+  EXPECT_EQ(book.Value("B1"), "#VALUE!");
+  std::string longest = "=A1";
+  for (int i = 0; i < 2700; ++i) longest += "+1";
+  book.Put("B1", longest);
+  EXPECT_EQ(book.Value("B1"), "2707");
 }
 
 TEST(Recalculation, ConditionsNeedOnlyTheBranchTheyTake) {

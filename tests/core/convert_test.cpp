@@ -5,6 +5,8 @@
 #include <clocale>
 #include <cmath>
 #include <limits>
+#include <string>
+#include <vector>
 
 namespace vantora {
 namespace {
@@ -161,6 +163,17 @@ TEST(IgnoringCase, ComparesAsciiAndAccentedLatinLetters) {
   EXPECT_FALSE(EqualsIgnoreCase("İ", "i"));
   EXPECT_FALSE(EqualsIgnoreCase("é", "e"));
   EXPECT_FALSE(EqualsIgnoreCase("[", "{"));
+}
+
+TEST(IgnoringCase, EqualTextsFoldToTheSameKey) {
+  const std::vector<std::string> texts = {"K",          "k",      "kk",   "ÀÉ", "àé",  "ĄĐŸ",
+                                          "ąđÿ",        "×",      "÷",    "İ",  "i",   "",
+                                          "\U0001F600", "\uFFFD", "\xE9", "é",  "\xC3"};
+  for (const std::string& a : texts) {
+    for (const std::string& b : texts) {
+      EXPECT_EQ(CaseFolded(a) == CaseFolded(b), EqualsIgnoreCase(a, b)) << a << " and " << b;
+    }
+  }
 }
 
 TEST(IgnoringCase, FindsTheFirstOccurrenceByItsBytePosition) {

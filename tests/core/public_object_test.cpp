@@ -19,6 +19,7 @@ class IdleApplication : public host::Application {
   void Goto(std::string_view) override {}
   bool ScreenUpdating() override { return true; }
   void SetScreenUpdating(bool) override {}
+  std::string Caller() override { return {}; }
   void SetCutCopyMode(host::XlCutCopyMode) override {}
 };
 

@@ -119,6 +119,18 @@ TEST_F(Comments, AnotherSheetsDrawingGetsItsOwnIdentifiers) {
   EXPECT_THAT(TextOf(markup_), HasSubstr("<x:legacyDrawing xmlns:r=\"http://schemas."));
 }
 
+TEST_F(Comments, NumbersThatNoSheetHasAreLeftAlone) {
+  std::string vml = kVml;
+  vml.replace(vml.find("data=\"1\""), 8, "data=\"2147483647\"");
+  vml.insert(vml.find("</xml>"),
+             NoteShape(2147483647, 2147483647, 2147483647, "2147483647, 0, 2147483647"));
+  AddParts(vml);
+  comments_.Paste({1, 1, 8, 8}, {1, 2, 8, 9});
+  EXPECT_THAT(
+      Vml(), HasSubstr(NoteShape(2147483647, 2147483647, 2147483647, "2147483647, 0, 2147483647")));
+  EXPECT_THAT(Vml(), HasSubstr("<x:Row>7</x:Row><x:Column>2</x:Column>"));
+}
+
 TEST_F(Comments, StandInOrderBesideExistingOnesAndControls) {
   AddParts(kVml);
   comments_.Add({6, 12});

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "formula/calculator.h"
 #include "package/package_support.h"
 
 namespace vantora::embedded {
@@ -246,6 +247,44 @@ TEST_F(WorkbookReadTest, AWorkbooksOwnPaletteCounts) {
   auto file = OpenParts(parts);
   EXPECT_EQ(file->model().styles.palette[0], 0x100008u);
   EXPECT_EQ(file->model().styles.formats[0].fill_color_index, 13);
+}
+
+// A library that writes formulas without their values leaves it to others to calculate.
+TEST_F(WorkbookReadTest, FormulasWithoutAValueAreCalculatedWhenSomebodyLooks) {
+  struct {
+    const char* what;
+    CellAddress edited;
+    double value;
+    double b, c, d;
+  } cases[] = {
+      {"nothing edited", {0, 0}, 0, 6, 12, 13},
+      {"what they depend on edited", {1, 1}, 5, 10, 20, 21},
+      {"an edit of something else", {9, 9}, 5, 6, 12, 13},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.what);
+    auto file = OpenRows(
+        "<row r=\"1\"><c r=\"A1\"><v>3</v></c>"
+        "<c r=\"B1\"><f t=\"shared\" ref=\"B1:C1\" si=\"0\">A1*2</f></c>"
+        "<c r=\"C1\"><f t=\"shared\" si=\"0\"/><v></v></c><c "
+        "r=\"D1\"><f>C1+1</f><v>99</v></c></row>");
+    SheetModel& sheet = *file->model().sheets[0];
+    Calculator calculator(file->model());
+    if (one.edited.row > 0) {
+      sheet.cells.SetConstant(one.edited, CellValue::Number(one.value));
+      calculator.Changed(0, {one.edited.row, one.edited.column, one.edited.row, one.edited.column});
+      calculator.CalculateAll();
+    }
+    EXPECT_TRUE(calculator.EnsureCalculated(0, CellAddress{1, 3}));
+    EXPECT_TRUE(calculator.EnsureCalculated(0, CellAddress{1, 4}));
+    EXPECT_EQ(sheet.cells.Get({1, 2}).value.number, one.b);
+    EXPECT_EQ(sheet.cells.Get({1, 3}).value.number, one.c);
+    EXPECT_EQ(sheet.cells.Get({1, 4}).value.number, one.d);
+  }
+  const std::string rows = "<row r=\"1\"><c r=\"A1\"><f>1+1</f></c></row>";
+  auto file = OpenRows(rows);
+  Calculator(file->model()).CalculateAll();
+  EXPECT_EQ(SheetData(Saved(*file, kSheetPart)), rows) << "nobody looked";
 }
 
 }  // namespace

@@ -308,6 +308,26 @@ TEST_F(WorkbookSaveTest, EachInsertionIsFollowedOnce) {
   EXPECT_EQ(Saved(*file, kSheetPart), saved);
 }
 
+// Some parts may have followed the insertion when another one turns out to be damaged.
+TEST_F(WorkbookSaveTest, AfterAPartThatCouldNotFollowNoSaveSucceeds) {
+  Parts parts = OneSheet("<sheetData/>");
+  parts["xl/worksheets/_rels/sheet1.xml.rels"] =
+      "<Relationships><Relationship Id=\"rId1\" Type=\"x/comments\" Target=\"../comments1.xml\"/>"
+      "</Relationships>";
+  parts["xl/comments1.xml"] = "<comments><commentList>";
+  auto file = OpenParts(parts);
+  InsertColumns(*file, 1, 1);
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    try {
+      file->Save(Path("saved.xlsx"));
+      ADD_FAILURE() << "saved at attempt " << attempt;
+    } catch (const FileError& error) {
+      EXPECT_THAT(error.what(), HasSubstr("xl/comments1.xml"));
+    }
+    EXPECT_FALSE(std::filesystem::exists(Path("saved.xlsx")));
+  }
+}
+
 TEST_F(WorkbookSaveTest, TextsComeBackTheSame) {
   Parts parts = OneSheet("<sheetData/>");
   AddSharedStrings(parts, "<si><t>old</t></si>");
@@ -383,6 +403,7 @@ TEST_F(WorkbookSaveTest, NamesArePatchedOneByOne) {
   file->model().names[1].refers_to = "'A & B'!$C$1";
   file->model().names.erase(file->model().names.begin() + 2);
   file->model().names.push_back({"d", 0, "2"});
+  file->model().ForgetNames();
   EXPECT_THAT(
       Saved(*file, kWorkbookPart),
       HasSubstr("<definedNames><definedName name=\"a\" hidden=\"1\">Data!$A$1</definedName>"
@@ -503,6 +524,24 @@ TEST_F(WorkbookSaveTest, TheActiveTabIsWrittenWhenItDiffers) {
   EXPECT_EQ(file->active_sheet(), 0);
   EXPECT_THAT(file->markup(0).Find("sheetViews")->text, HasSubstr("tabSelected=\"1\""));
   EXPECT_THAT(file->markup(1).Find("sheetViews")->text, HasSubstr("tabSelected=\"0\""));
+}
+
+TEST_F(WorkbookSaveTest, AWorkbookWithoutViewsGetsOneForItsActiveTab) {
+  Parts parts = OneSheet("<sheetData/>");
+  AddWorkbookPart(parts, "worksheet", "worksheets/sheet2.xml", parts[kSheetPart]);
+  std::string& workbook = parts[kWorkbookPart];
+  const std::size_t sheets = workbook.find("<sheets>");
+  workbook.insert(workbook.find("</sheets>"),
+                  "<sheet name=\"Other\" sheetId=\"2\" r:id=\"rIdworksheet\"/>");
+  auto file = OpenParts(parts);
+  EXPECT_EQ(Saved(*file, kWorkbookPart), workbook) << "the first tab is active without a view";
+  file->SetActiveSheet(1);
+  std::string expected = workbook;
+  expected.insert(sheets, "<bookViews><workbookView activeTab=\"1\"/></bookViews>");
+  EXPECT_EQ(Saved(*file, kWorkbookPart), expected);
+  EXPECT_THAT(Saved(*file, "xl/worksheets/sheet2.xml"), HasSubstr("tabSelected=\"1\""));
+  file->SetActiveSheet(0);
+  EXPECT_THAT(Saved(*file, kWorkbookPart), HasSubstr("<workbookView activeTab=\"0\"/>"));
 }
 
 TEST_F(WorkbookSaveTest, ACreatedWorkbookIsSavedAndRead) {

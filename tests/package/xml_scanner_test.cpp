@@ -79,7 +79,8 @@ TEST(XmlScannerTest, RefusesWhatIsNotWellFormed) {
                                "<a><br></a>"}) {
     EXPECT_THROW(Tokens(document), XmlError) << document;
   }
-  for (const char* document : {"<a b/>", "<a b=1/>", "<a b='1'c='2'/>", "<a ='1'/>", "<a 'b'/>"}) {
+  for (const char* document :
+       {"<a b/>", "<a b=1/>", "<a b='1'c='2'/>", "<a ='1'/>", "<a 'b'/>", "<a b\"c = \"d>"}) {
     XmlScanner xml(document);
     xml.Next();
     EXPECT_THROW(xml.attributes(), XmlError) << document;

@@ -19,6 +19,16 @@ namespace {
 
 using testing::HasSubstr;
 
+// False where no pseudo-terminals are mounted.
+bool HasTerminals() {
+  int master = 0;
+  int slave = 0;
+  if (openpty(&master, &slave, nullptr, nullptr, nullptr) != 0) return false;
+  close(master);
+  close(slave);
+  return true;
+}
+
 // A process with a terminal of 40 columns; what it shows is read, and what its user types is
 // written.
 class ProcessOnTerminal {
@@ -86,6 +96,7 @@ constexpr char kCtrlC[] = "\x03";
 constexpr char kCtrlD[] = "\x04";
 
 TEST(ConsoleOnTerminal, PromptsGoOnAfterCtrlDAndCtrlCIsTheProgressCancelButton) {
+  if (!HasTerminals()) GTEST_SKIP() << "There are no pseudo-terminals here.";
   ProcessOnTerminal process([](ConsoleUserInterface& console, std::ostream& out) {
     out << static_cast<int>(console.MessageBox("First", kOkCancel, "T")) << " closed\n";
     out << static_cast<int>(console.MessageBox("Second", kYesNo, "T")) << " answered\n";
@@ -116,6 +127,7 @@ TEST(ConsoleOnTerminal, PromptsGoOnAfterCtrlDAndCtrlCIsTheProgressCancelButton) 
 }
 
 TEST(ConsoleOnTerminal, CtrlCAtAPromptEndsTheProgram) {
+  if (!HasTerminals()) GTEST_SKIP() << "There are no pseudo-terminals here.";
   ProcessOnTerminal process([](ConsoleUserInterface& console, std::ostream&) {
     frmProgressBar progress(console);
     progress.ShowForm();

@@ -37,6 +37,7 @@ class Calculator::Impl {
   bool EnsureCalculated(int sheet, CellAddress cell) {
     std::uint8_t flags = model_.sheets[sheet]->cells.Get(cell).flags;
     if (flags & kNeedsCalculation) {
+      if (!is_built_) Prepare();
       Calculate({sheet, cell});
       flags = model_.sheets[sheet]->cells.Get(cell).flags;
     }
@@ -126,10 +127,12 @@ bool Calculator::Impl::Prepare() {
   index_.AddSheets();
   invalidation_.AddSheets();
   reasons_.resize(model_.sheets.size());
+  if (builds) invalidation_.MarkNeverCalculated();
   return builds;
 }
 
 void Calculator::Impl::NamesChanged() {
+  model_.ForgetNames();
   if (!Prepare()) index_.Rebuild();
   for (const auto& sheet : model_.sheets) {
     for (const SpecialFormulas& special : index_.specials(sheet->id)) {

@@ -12,6 +12,8 @@ namespace {
 using Kind = Node::Kind;
 
 constexpr int kDeepestNames = 64;
+// Names that each use the next one twice double the work at every step.
+constexpr int kMostNames = 1 << 17;
 // More than the longest formula that can be entered needs, and within any thread's stack.
 constexpr int kDeepestNodes = 2800;
 // Elements of the largest array that is built.
@@ -290,6 +292,10 @@ Operand Evaluator::EvaluateName(const UsedName& used) {
   if (!name) return Scalar::Error(CellError::kName);
   if (++names_deep_ > kDeepestNames) {
     Stop("the name " + used.name + " refers to itself");
+    return ValueError();
+  }
+  if (++names_evaluated_ > kMostNames) {
+    Stop("the name " + used.name + " uses other names too often");
     return ValueError();
   }
   Operand result = EvaluateDefinedName(*name, used);

@@ -120,6 +120,7 @@ class Evaluator {
   bool array_formula_;
   Frame frame_{};
   int names_deep_ = 0;
+  int names_evaluated_ = 0;
   int nodes_deep_ = 0;
   std::deque<std::string> texts_;
   std::vector<CellPosition> pending_;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
 #include <string_view>
 #include <utility>
 
@@ -38,6 +37,29 @@ int RowWithinReferences(const Formula& formula) {
     if (!reference.row2_absolute) row = std::max(row, 1 - reference.row2);
   }
   return std::min(row, kMaxRow);
+}
+
+// The cell for which the relative references of names are written.
+constexpr CellAddress kNameOrigin{1, 1};
+
+// A relative column of a name is a distance from the cell that uses the name, and stays; what is
+// absolute follows.
+std::optional<Formula> FollowInName(const Formula& formula, int scope,
+                                    const ColumnInsertion& insertion) {
+  std::optional<Formula> followed =
+      FollowInsertion(formula, scope, kNameOrigin, kNameOrigin, insertion);
+  if (!followed) return std::nullopt;
+  for (std::size_t i = 0; i < formula.references.size(); ++i) {
+    const Reference& before = formula.references[i];
+    Reference& after = followed->references[i];
+    if (before.column1_absolute && before.column2_absolute) continue;
+    if (!before.column1_absolute && !before.column2_absolute) after = before;
+    if (after.kind == Reference::Kind::kError) continue;
+    if (!before.column1_absolute) after.column1 = before.column1;
+    if (!before.column2_absolute) after.column2 = before.column2;
+  }
+  if (followed->references == formula.references) return std::nullopt;
+  return followed;
 }
 
 }  // namespace
@@ -164,16 +186,16 @@ std::vector<bool> FollowNames(WorkbookModel& model, PrecedentFinder& precedents,
   for (std::size_t i = 0; i < model.names.size(); ++i) {
     DefinedName& name = model.names[i];
     const Formula& formula = precedents.FormulaOfName(i);
-    bool concerned = std::any_of(
-        formula.references.begin(), formula.references.end(), [&](const Reference& reference) {
-          bool own = reference.first_sheet == Reference::kOwnSheet;
-          return (own ? name.scope : reference.first_sheet) == insertion.sheet;
-        });
-    if (!concerned) continue;
-    auto followed =
-        FollowInsertionsInText(name.refers_to, name.scope, std::span(&insertion, 1), model);
+    for (const Reference& reference : formula.references) {
+      const bool own = reference.first_sheet == Reference::kOwnSheet;
+      if ((own ? name.scope : reference.first_sheet) != insertion.sheet) continue;
+      if (reference.kind == Reference::Kind::kRows) continue;
+      // What is as far away as before may be another cell now.
+      changed[i] = changed[i] || !reference.column1_absolute || !reference.column2_absolute;
+    }
+    std::optional<Formula> followed = FollowInName(formula, name.scope, insertion);
     if (!followed) continue;
-    name.refers_to = *std::move(followed);
+    name.refers_to = FormulaText(*followed, kNameOrigin, model);
     precedents.ForgetName(i);
     changed[i] = true;
   }

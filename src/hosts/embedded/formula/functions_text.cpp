@@ -143,7 +143,7 @@ Operand Repeat(Call& call) {
   const std::size_t times = Length(call, 1, 0);
   if (text.size() * times > 4 * 32767) return Scalar::Error(CellError::kValue);
   std::string result;
-  for (std::size_t i = 0; i < times; ++i) result.append(text);
+  for (std::size_t i = 0; i < times && !text.empty(); ++i) result.append(text);
   return call.MakeText(std::move(result));
 }
 

@@ -82,6 +82,16 @@ void Invalidation::MarkArray(int sheet, const Area& area) {
   worklist_.push_back({sheet, area});
 }
 
+void Invalidation::MarkNeverCalculated() {
+  for (const auto& sheet : model_.sheets) {
+    RefreshArrays(sheet->id);
+    Mark(sheet->id, {1, 1, kMaxRow, kMaxColumn}, [](CellAddress, const Cell& cell) {
+      return cell.formula != 0 && (cell.flags & kNeedsCalculation);
+    });
+  }
+  if (!worklist_.empty()) Propagate();
+}
+
 void Invalidation::MarkArea(int sheet, const Area& area) {
   RefreshArrays(sheet);
   CellStore& cells = model_.sheets[sheet]->cells;

@@ -26,6 +26,9 @@ class Invalidation {
   // The array formula's cell whose results reach into `cell`; nullopt when there is none.
   std::optional<CellAddress> MasterOf(int sheet, CellAddress cell) const;
 
+  // Formulas that came without a value, flagged when they were read, count as marked, and what
+  // depends on them with them.
+  void MarkNeverCalculated();
   // The area's contents changed: its formulas are flagged, other cells are up to date.
   void MarkArea(int sheet, const Area& area);
   // Flags the cells of the area that hold `formula`.

@@ -53,8 +53,11 @@ const DefinedName* WorkbookModel::FindName(std::string_view name, int from_sheet
 }
 
 void WorkbookModel::IndexNames() const {
-  places_of_names_.clear();
-  for (std::size_t place = 0; place < names.size(); ++place) {
+  if (indexed_names_ > names.size()) {
+    places_of_names_.clear();
+    indexed_names_ = 0;
+  }
+  for (std::size_t place = indexed_names_; place < names.size(); ++place) {
     places_of_names_[CaseFolded(names[place].name)].push_back(place);
   }
   indexed_names_ = names.size();

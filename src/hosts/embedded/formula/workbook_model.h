@@ -78,9 +78,11 @@ class WorkbookModel : public SheetDirectory {
   const std::string& NameOf(int id) const override { return sheets[id]->name; }
   int PositionOf(int id) const override;
   // The name as seen from a sheet: the sheet's own before the workbook's; case-insensitive. Null
-  // when there is none. `names` may grow and what they refer to may change, but no name is renamed.
-  // Not for several threads at once.
+  // when there is none. Not for several threads at once.
   const DefinedName* FindName(std::string_view name, int from_sheet) const;
+  // `names` were removed, renamed or put in another order (what they refer to does not matter, and
+  // names that come at the end are found): FindName looks at all of them anew.
+  void ForgetNames() { indexed_names_ = kNamesUnknown; }
 
  private:
   void IndexNames() const;
@@ -88,8 +90,9 @@ class WorkbookModel : public SheetDirectory {
   // By name as written, so that reading millions of references costs a look-up each.
   std::unordered_map<std::string_view, int> ids_;
   // Places in `names` by case-folded name, of the first `indexed_names_` ones.
-  mutable std::unordered_map<std::string, std::vector<std::size_t>> places_of_names_;
-  mutable std::size_t indexed_names_ = 0;
+  static constexpr std::size_t kNamesUnknown = static_cast<std::size_t>(-1);
+  mutable std::unordered_map<std::u32string, std::vector<std::size_t>> places_of_names_;
+  mutable std::size_t indexed_names_ = kNamesUnknown;
 };
 
 }  // namespace vantora::embedded

@@ -1,6 +1,7 @@
 #include "host/application.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace vantora::embedded {
 
@@ -18,12 +19,14 @@ using host::XlPasteType;
 
 CellAddress TopLeft(const Area& area) { return {area.first_row, area.first_column}; }
 
-Area OneCell(int row, int column) {
+Area OneCell(std::int64_t row, std::int64_t column) {
   if (row < 1 || row > kMaxRow || column < 1 || column > kMaxColumn) {
     Refuse("Application-defined or object-defined error: there is no cell in row " +
            std::to_string(row) + ", column " + std::to_string(column) + ".");
   }
-  return {row, column, row, column};
+  int valid_row = static_cast<int>(row);
+  int valid_column = static_cast<int>(column);
+  return {valid_row, valid_column, valid_row, valid_column};
 }
 
 // Pastes what was copied at `target` of `sheet`; a single target cell stands for an area of the
@@ -95,7 +98,8 @@ class EmbeddedRange : public host::Range {
   int ColumnsCount() override { return area_.columns(); }
   host::RangePtr Cells(int row, int column) override {
     return MakeRange(state_, sheet_,
-                     OneCell(area_.first_row + row - 1, area_.first_column + column - 1));
+                     OneCell(std::int64_t{area_.first_row} + row - 1,
+                             std::int64_t{area_.first_column} + column - 1));
   }
   host::InteriorPtr Interior() override {
     return std::make_shared<EmbeddedInterior>(state_, sheet_, TopLeft(area_));

@@ -315,7 +315,7 @@ void OpenWorkbook::Select(int sheet_id, const Area& area) { selections_[sheet_id
 
 std::optional<OpenWorkbook::Place> OpenWorkbook::PlaceOf(const DefinedName& name) {
   Formula formula = ParseFormula(name.refers_to, {1, 1}, model());
-  if (formula.text != "\x01") return std::nullopt;
+  if (formula.text != "\x01" || formula.references.size() != 1) return std::nullopt;
   const Reference& reference = formula.references.front();
   auto area = reference.At({1, 1});
   if (!area || reference.first_sheet != reference.last_sheet) return std::nullopt;
@@ -326,6 +326,9 @@ std::optional<OpenWorkbook::Place> OpenWorkbook::PlaceOf(const DefinedName& name
 }
 
 std::vector<Uncalculated> OpenWorkbook::Calculate() {
+  for (auto [sheet_id, header] : file_->MatchTables()) {
+    calculator_.Changed(sheet_id, {header.row, header.column, header.row, header.column});
+  }
   calculator_.CalculateAll();
   return calculator_.Uncalculable();
 }

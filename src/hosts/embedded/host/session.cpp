@@ -56,7 +56,7 @@ host::RangePtr Session::Range(std::string_view reference) {
   // A formula that is this one reference says what it means, sheet names in quotes included.
   Formula formula = ParseFormula(reference, {1, 1}, impl_->workbook().model());
   std::optional<Area> area;
-  if (formula.text == "\x01") area = formula.references.front().At({1, 1});
+  if (formula.text == "\x01" && formula.references.size() == 1) area = formula.references.front().At({1, 1});
   if (!area) {
     throw HostError(HostError::kApplicationDefined,
                     "\"" + std::string(reference) +

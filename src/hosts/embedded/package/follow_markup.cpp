@@ -36,36 +36,6 @@ constexpr FollowRule kSheetRules[] = {
     {"f", "", kFormula},
 };
 
-// "Sheet1!A1", "'Owner''s Equity'!$J$4:$N$4" or "A1". A name, or a place in another file, stays.
-void FollowLocation(const XmlScanner& hyperlink, MarkupFollower& follower) {
-  std::string_view piece = AttributeOf(hyperlink, "location");
-  if (piece.empty() || HasRelationshipId(hyperlink)) return;
-  std::string location = DecodeXml(piece);
-  const std::size_t sheet_end = location.rfind('!') + 1;  // 0 without a sheet
-  std::string place = location.substr(sheet_end);
-  if (!ParseA1(place)) return;
-  int sheet = follower.sheet();
-  if (sheet_end > 0) {
-    std::string name = location.substr(0, sheet_end - 1);
-    if (name.starts_with('#')) name.erase(0, 1);
-    if (name.size() > 1 && name.front() == '\'' && name.back() == '\'') {
-      name = name.substr(1, name.size() - 2);
-      for (std::size_t at = name.find("''"); at != std::string::npos;
-           at = name.find("''", at + 1)) {
-        name.erase(at, 1);
-      }
-    }
-    std::optional<int> id = follower.sheets()->IdOf(name);
-    if (!id) return;
-    sheet = *id;
-  }
-  std::optional<std::string> followed =
-      FollowInsertionsInText(place, sheet, follower.insertions(), *follower.sheets());
-  if (!followed) return;
-  location.replace(sheet_end, std::string::npos, *followed);
-  follower.patch().Replace(piece, EncodeXmlAttribute(location));
-}
-
 // A break's id is the 0-based column that it stands left of.
 void FollowColumnBreaks(const XmlScanner& at, MarkupFollower& follower) {
   VisitInside(at, XmlScanner::Mode::kStrict, [&](XmlScanner& scanner) {
@@ -88,9 +58,7 @@ void FollowDataReference(const XmlScanner& at, MarkupFollower& follower) {
 void FollowElement(std::string_view text, MarkupFollower& follower) {
   follower.Walk(XmlScanner(text), kSheetRules, [&](const XmlScanner& scanner) {
     std::string_view name = scanner.local_name();
-    if (name == "hyperlink") {
-      FollowLocation(scanner, follower);
-    } else if (name == "autoFilter") {
+    if (name == "autoFilter") {
       FollowFilterColumns(scanner, follower);
     } else if (name == "colBreaks") {
       FollowColumnBreaks(scanner, follower);

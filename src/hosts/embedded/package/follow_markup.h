@@ -19,7 +19,7 @@ namespace vantora::embedded {
 // part that is not well-formed.
 //
 // Sheet markup: merged cells, conditional formats and validations (areas and formulas), hyperlinks
-// (places and locations), autofilter, sort state, protected ranges, scenarios, page breaks, ignored
+// (where they stand, not where they lead), autofilter, sort state, protected ranges, scenarios, page breaks, ignored
 // errors, data consolidation, cell watches, sparklines and the other extension lists, anchors of
 // form controls and embedded objects, the same in custom views. Selections, panes and scroll
 // positions stay at their addresses, as in Excel. (<cols> and <dimension> are the writer's.)

@@ -7,6 +7,7 @@ namespace vantora::embedded {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
+constexpr int kLargestNumber = 1 << 28;
 
 bool IsTrue(std::string_view value) { return value == "1" || value == "true"; }
 
@@ -41,6 +42,7 @@ std::optional<int> ReadNumber(std::string_view text) {
   int number = 0;
   auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  if (number < -kLargestNumber || number > kLargestNumber) return std::nullopt;
   return number;
 }
 

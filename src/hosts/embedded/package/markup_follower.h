@@ -77,7 +77,8 @@ class MarkupFollower {
 
 // `text` without the blanks around it.
 std::string_view TrimBlanks(std::string_view text);
-// A whole number with blanks around it; nullopt when it is none.
+// A whole number with blanks around it; nullopt when it is none, or so large that no sheet has a
+// place for it: sums of those that are read can't overflow.
 std::optional<int> ReadNumber(std::string_view text);
 // The attribute's value, "" when absent.
 std::string_view AttributeOf(const XmlScanner& scanner, std::string_view name);

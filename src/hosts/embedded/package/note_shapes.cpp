@@ -13,6 +13,8 @@ using Token = XmlScanner::Token;
 constexpr auto kLenient = XmlScanner::Mode::kLenient;
 
 constexpr int kBlockSize = 1024;
+// Its identifiers are still numbers that a drawing can have.
+constexpr int kLargestBlock = 1 << 20;
 constexpr std::string_view kIdStem = "_x0000_s";
 constexpr std::string_view kNoteType = "_x0000_t202";
 
@@ -45,7 +47,8 @@ std::vector<int> ReadBlocks(std::string_view list) {
   std::vector<int> blocks;
   while (!list.empty()) {
     std::size_t comma = std::min(list.find(','), list.size());
-    if (auto block = ReadNumber(list.substr(0, comma))) blocks.push_back(*block);
+    std::optional<int> block = ReadNumber(list.substr(0, comma));
+    if (block && *block >= 0 && *block <= kLargestBlock) blocks.push_back(*block);
     list.remove_prefix(std::min(comma + 1, list.size()));
   }
   return blocks;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -24,7 +25,11 @@ void ForEachInParallel(int count, const std::function<void(int)>& work) {
       std::min(count, static_cast<int>(std::max(1u, std::thread::hardware_concurrency())));
   {
     std::vector<std::jthread> others;
-    for (int i = 1; i < threads; ++i) others.emplace_back(run);
+    try {
+      for (int i = 1; i < threads; ++i) others.emplace_back(run);
+    } catch (const std::system_error&) {
+      // No more threads are to be had: those there are do the work.
+    }
     run();
   }
   for (const std::exception_ptr& failure : failures) {

@@ -273,7 +273,7 @@ class SheetReader {
     if (parts.waits_for_group) {
       pending_.push_back({cell, value, style, parts.group});
     } else {
-      sheet_.cells.Load(cell, value, parts.formula, style);
+      Load(cell, value, parts.formula, style);
     }
   }
 
@@ -409,12 +409,19 @@ class SheetReader {
     return sheet_.formulas.Intern(WrapReferences(formula, cell));
   }
 
+  // A formula that was written without its value has yet to be calculated.
+  void Load(CellAddress cell, const CellValue& value, FormulaId formula, StyleId style) {
+    sheet_.cells.Load(cell, value, formula, style);
+    if (formula != 0 && value.kind == CellKind::kBlank) {
+      sheet_.cells.SetFlag(cell, kNeedsCalculation, true);
+    }
+  }
+
   void LoadPending() {
     for (const Pending& pending : pending_) {
       FormulaId group = pending.group < groups_.size() ? groups_[pending.group] : 0;
       if (group == 0) FailCell(pending.cell, "belongs to a shared formula that is missing");
-      sheet_.cells.Load(pending.cell, pending.value, MemberFormula(group, pending.cell),
-                        pending.style);
+      Load(pending.cell, pending.value, MemberFormula(group, pending.cell), pending.style);
     }
   }
 

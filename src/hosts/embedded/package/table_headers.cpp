@@ -1,10 +1,11 @@
 #include "package/table_headers.h"
 
 #include <algorithm>
-#include <charconv>
+#include <utility>
 #include <vector>
 
 #include "core/convert.h"
+#include "package/sheet_reader.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {
@@ -18,11 +19,23 @@ struct TableColumn {
 // What a header cell shows; "" for an empty one.
 std::string HeaderText(const Cell& cell, const StringPool& strings) {
   switch (cell.value.kind) {
-    case CellKind::kText: return strings[cell.value.text];
-    case CellKind::kNumber: return NumberToText(cell.value.number);
-    case CellKind::kBoolean: return cell.value.boolean ? "TRUE" : "FALSE";
-    default: return "";
+    case CellKind::kText:
+      return strings[cell.value.text];
+    case CellKind::kNumber:
+      return NumberToText(cell.value.number);
+    case CellKind::kBoolean:
+      return cell.value.boolean ? "TRUE" : "FALSE";
+    case CellKind::kError:
+      return std::string(ErrorText(cell.value.error));
+    default:
+      return "";
   }
+}
+
+// A header cell that the file lacks in a column of its own is none of our doing, and stays.
+bool IsEdited(const Cell& cell, CellAddress header, const SheetModel& sheet) {
+  if (cell.exists()) return (cell.flags & (kValueChanged | kFormulaChanged)) != 0;
+  return sheet.cells.OriginOf(header.column) == CellStore::kNewColumn;
 }
 
 // Column names write a line break as the _xHHHH_ escape.
@@ -57,7 +70,8 @@ std::string Unique(const std::vector<TableColumn>& columns, std::size_t own,
 }  // namespace
 
 std::optional<std::string> MatchTableHeaders(std::string_view text, SheetModel& sheet,
-                                             StringPool& strings) {
+                                             StringPool& strings,
+                                             TableHeaderEdits& edits) {
   std::optional<Area> area;
   std::vector<TableColumn> columns;
   XmlScanner scanner(text);
@@ -76,16 +90,17 @@ std::optional<std::string> MatchTableHeaders(std::string_view text, SheetModel& 
   for (std::size_t i = 0; i < columns.size(); ++i) {
     CellAddress header{area->first_row, area->first_column + static_cast<int>(i)};
     Cell cell = sheet.cells.Get(header);
-    if (cell.exists() && !(cell.flags & kValueChanged)) continue;
+    if (!IsEdited(cell, header, sheet)) continue;
     std::string shown = HeaderText(cell, strings);
     std::string name = Unique(columns, i, shown.empty() ? columns[i].name : shown);
     if (name != columns[i].name) {
-      columns[i].name = name;
+      edits.old_names.push_back(std::exchange(columns[i].name, name));
       patch.Replace(columns[i].raw_name, EncodeColumnName(name));
     }
-    if (cell.value.kind != CellKind::kText || shown != name) {
-      sheet.cells.SetConstant(header, CellValue::Text(strings.Intern(name)));
-    }
+    if (cell.value.kind == CellKind::kText && shown == name && cell.formula == 0) continue;
+    if (!cell.exists()) sheet.cells.SetStyle(header, sheet.StyleOf(header));
+    sheet.cells.SetConstant(header, CellValue::Text(strings.Intern(name)));
+    edits.written.push_back(header);
   }
   if (patch.empty()) return std::nullopt;
   return patch.Apply();

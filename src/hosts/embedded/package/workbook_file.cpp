@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "core/convert.h"
 #include "package/chart_caches.h"
 #include "package/follow_markup.h"
 #include "package/parallel.h"
@@ -209,21 +210,53 @@ void WorkbookFile::FollowInSharedParts() {
   }
 }
 
-void WorkbookFile::MatchTables() {
-  for (std::size_t id = 0; id < sheets_.size(); ++id) {
+// Formulas that name a table's column would have to be rewritten with it; left as they are, the
+// file would count as damaged.
+void WorkbookFile::RefuseRenamingUsedColumns(const std::vector<std::string>& old_names,
+                                             const std::string& table_part) const {
+  for (const std::string& name : old_names) {
+    auto uses = [&](std::string_view text) {
+      return text.find('[') != std::string_view::npos && FindIgnoreCase(text, name);
+    };
+    bool used = false;
+    for (const auto& sheet : model_.sheets) {
+      for (FormulaId id = 1; id <= sheet->formulas.size() && !used; ++id) {
+        used = uses(sheet->formulas[id].text);
+      }
+    }
+    used |= std::any_of(model_.names.begin(), model_.names.end(),
+                        [&](const DefinedName& defined) { return uses(defined.refers_to); });
+    if (used) {
+      throw FileError(FileError::Code::kUnsupported,
+                      "The operation changes the header \"" + name + "\" of the table in " +
+                          table_part +
+                          ", and formulas refer to the column by that name. Run it in Excel, or "
+                          "make the table a plain range first.");
+    }
+  }
+}
+
+std::vector<std::pair<int, CellAddress>> WorkbookFile::MatchTables() {
+  std::vector<std::pair<int, CellAddress>> written;
+  for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
     const std::vector<Relationship> relationships = package_->RelationshipsOf(sheets_[id].part);
     for (const Relationship& relationship : relationships) {
       if (!relationship.IsType("table") || !package_->Has(relationship.target)) continue;
+      FollowInsertions(id);
+      TableHeaderEdits edits;
       try {
         if (auto text = MatchTableHeaders(package_->Read(relationship.target), *model_.sheets[id],
-                                          model_.strings)) {
+                                          model_.strings, edits)) {
+          RefuseRenamingUsedColumns(edits.old_names, relationship.target);
           package_->Write(relationship.target, std::move(*text));
         }
       } catch (const XmlError& error) {
         ThrowDamaged(relationship.target, error);
       }
+      for (CellAddress header : edits.written) written.emplace_back(id, header);
     }
   }
+  return written;
 }
 
 std::set<std::string> WorkbookFile::ChartParts() const {
@@ -399,6 +432,17 @@ void WorkbookFile::WriteWorkbookPart() {
 }
 
 void WorkbookFile::Save(const std::filesystem::path& path) {
+  if (failed_) std::rethrow_exception(failed_);
+  try {
+    WriteParts();
+  } catch (...) {
+    failed_ = std::current_exception();
+    throw;
+  }
+  package_->Save(path);
+}
+
+void WorkbookFile::WriteParts() {
   for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) FollowInsertions(id);
   FollowInSharedParts();
   MatchTables();
@@ -410,7 +454,6 @@ void WorkbookFile::Save(const std::filesystem::path& path) {
     WriteSheets(sheets, added);
     UpdateCharts(sheets);
   }
-  package_->Save(path);
 }
 
 }  // namespace vantora::embedded

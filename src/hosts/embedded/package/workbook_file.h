@@ -1,12 +1,14 @@
 // A workbook as a file: its calculating model beside the package it came from.
 #pragma once
 
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <set>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "formula/workbook_model.h"
@@ -55,6 +57,10 @@ class WorkbookFile {
   // failure. May be called again after further edits.
   void Save(const std::filesystem::path& path);
 
+  // Makes tables and their header cells agree (see MatchTableHeaders), as Save does too. Gives the
+  // header cells that were written, as sheet and cell: what depends on them is out of date.
+  std::vector<std::pair<int, CellAddress>> MatchTables();
+
  private:
   struct SheetPart {
     std::string part;
@@ -69,6 +75,8 @@ class WorkbookFile {
   void ReadParts();
   // Insertions that `followed` of them lie behind, and marks them as followed.
   std::span<const ColumnInsertion> Pending(std::size_t& followed);
+  void RefuseRenamingUsedColumns(const std::vector<std::string>& old_names,
+                                 const std::string& table_part) const;
   void FollowInParts(int sheet, std::span<const ColumnInsertion> pending);
   void FollowInSharedParts();
   bool CellsDiffer(int sheet) const;
@@ -78,9 +86,9 @@ class WorkbookFile {
   void WriteSharedStrings(const NewSharedStrings& added);
   void WriteSheets(const std::vector<int>& sheets, const NewSharedStrings& added);
   void WriteWorkbookPart();
+  // Brings the package's parts up to date.
+  void WriteParts();
   void RemoveCalculationChain();
-  // Tables and their header cells are made to agree.
-  void MatchTables();
   std::set<std::string> ChartParts() const;
   void UpdateCharts(const std::vector<int>& sheets);
 
@@ -97,6 +105,9 @@ class WorkbookFile {
   // The active sheet as the parts say.
   int active_written_ = 0;
   bool calculate_on_opening_ = false;
+  // What kept a save from bringing the parts up to date. Some of them may have followed insertions
+  // and others not, so that no later save can be right.
+  std::exception_ptr failed_;
 };
 
 }  // namespace vantora::embedded
