@@ -7,7 +7,8 @@
 # FOLDER is relative to src/; INCLUDE_NAME is the first part of its headers' include path.
 function(vantora_layer name folder)
   cmake_parse_arguments(LAYER "" "AS" "USES;LINKS" ${ARGN})
-  set(source_dir ${CMAKE_SOURCE_DIR}/src/${folder})
+  set(source_dir ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../src/${folder})
+  cmake_path(NORMAL_PATH source_dir)
   file(GLOB sources CONFIGURE_DEPENDS ${source_dir}/*.cpp)
   file(GLOB headers CONFIGURE_DEPENDS ${source_dir}/*.h)
   set(include_root ${CMAKE_BINARY_DIR}/layers/${name})

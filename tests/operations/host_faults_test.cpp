@@ -4,10 +4,8 @@
 
 #include <functional>
 
-#include "core/globals.h"
-#include "maintenance/year_end.h"
+#include "operations/client.h"
 #include "operations/year_end_fixture.h"
-#include "refsheet/ref_sheet.h"
 #include "support/faulty_host.h"
 
 namespace vantora {
@@ -25,16 +23,16 @@ struct Bench {
   testing::FixedClock clock;
   testing::NoFileVersions versions;
   Services services{yes, clock, versions};
-  clsGlobals globals{services};
-  clsYearEnd year_end{services};
-  clsRefSheet ref_sheet{services};
+  host::ApplicationPtr application =
+      std::make_shared<FaultyApplication>(ReferenceSheetIn(model).application(), plan);
+  testing::YearEndClient year_end{services, application};
+  testing::RefSheetClient ref_sheet{services, application};
 
-  Bench() {
+  Bench() { plan->calls = 0; }
+
+  static TestModel& ReferenceSheetIn(TestModel& model) {
     model.Put("Planning!A1", {"X14", "n", "k", "c", "s"});
-    globals.SetApp(std::make_shared<FaultyApplication>(model.application(), plan));
-    year_end.Init(&globals);
-    ref_sheet.Init(&globals);
-    plan->calls = 0;
+    return model;
   }
 };
 
@@ -82,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(
         Operation{"SaveLastYear", [](Bench& b) { b.year_end.SaveLastYear(); }, 60},
         Operation{"ShiftHistory", [](Bench& b) { b.year_end.ShiftHistory(); }, 60},
         Operation{"CopyCurrentYear", [](Bench& b) { b.year_end.CopyCurrentYear(); }, 20},
-        Operation{"BindRefSheet", [](Bench& b) { b.ref_sheet.Init(&b.globals); }, 10},
+        Operation{"BindRefSheet", [](Bench& b) { b.ref_sheet.Init(); }, 10},
         Operation{"PutDLLVersion", [](Bench& b) { b.ref_sheet.PutDLLVersion("line"); }, 2}),
     [](const auto& info) { return info.param.name; });
 

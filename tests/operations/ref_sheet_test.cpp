@@ -1,9 +1,7 @@
-#include "refsheet/ref_sheet.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/globals.h"
+#include "operations/client.h"
 #include "operations/test_model.h"
 #include "support/fake_services.h"
 
@@ -19,15 +17,13 @@ using testing::TestModel;
 class RefSheet : public ::testing::Test {
  protected:
   void Init() {
-    globals.SetApp(model.application());
-    ref_sheet.Init(&globals);
+    ref_sheet = std::make_unique<testing::RefSheetClient>(fake.services, model.application());
   }
   const std::vector<ui::ShownMessageBox>& boxes() { return fake.user_interface.message_boxes(); }
 
   TestModel model{{"Cover", "Reference", "Other"}};
   FakeServices fake{{"OK"}};
-  clsGlobals globals{fake.services};
-  clsRefSheet ref_sheet{fake.services};
+  std::unique_ptr<testing::RefSheetClient> ref_sheet;
 };
 
 TEST_F(RefSheet, WritesTheVersionIntoC6OfTheSheetItIsBoundTo) {
@@ -35,9 +31,8 @@ TEST_F(RefSheet, WritesTheVersionIntoC6OfTheSheetItIsBoundTo) {
   model.Put("Other!A1", {"not used: an x"});
   Init();
   EXPECT_THAT(boxes(), IsEmpty());
-  EXPECT_TRUE(ref_sheet.initialized());
   model.RecordChanges();
-  ref_sheet.PutDLLVersion("Vantora DLL version being used: 2.1");
+  ref_sheet->PutDLLVersion("Vantora DLL version being used: 2.1");
   EXPECT_THAT(model.Changes(),
               ::testing::ElementsAre("Reference!C6:  -> Vantora DLL version being used: 2.1"));
 }
@@ -48,20 +43,19 @@ TEST_F(RefSheet, PrefersTheActiveSheetAndStaysWithIt) {
   model.Activate("Other");
   Init();
   model.Activate("Reference");
-  ref_sheet.PutDLLVersion("line");
+  ref_sheet->PutDLLVersion("line");
   EXPECT_EQ(model.Get("Other!C6"), Value("line"));
   EXPECT_EQ(model.Get("Reference!C6"), Value());
 }
 
 TEST_F(RefSheet, WithoutSheetIsReportedAndUnusable) {
   Init();
-  EXPECT_FALSE(ref_sheet.initialized());
   ASSERT_THAT(boxes(), SizeIs(1));
   EXPECT_THAT(boxes()[0].text,
               EndsWith("Module: clsRefSheet\n\n"
                        "No sheet flagged as reference sheet, with X in cell A1\n\n"));
   model.RecordChanges();
-  ref_sheet.PutDLLVersion("line");
+  ref_sheet->PutDLLVersion("line");
   EXPECT_THAT(model.Changes(), IsEmpty());
 }
 
@@ -69,9 +63,8 @@ TEST_F(RefSheet, BoundAgainWithoutSheetIsUnusable) {
   model.Put("Reference!A1", {"X", "n", "k", "c", "s"});
   Init();
   model.Put("Reference!A1", {""});
-  Init();
-  EXPECT_FALSE(ref_sheet.initialized());
-  ref_sheet.PutDLLVersion("line");
+  ref_sheet->Init();
+  ref_sheet->PutDLLVersion("line");
   EXPECT_EQ(model.Get("Reference!C6"), Value());
 }
 
@@ -103,11 +96,9 @@ TEST(RefSheetFlags, ThatAreMissingAreReportedAndLeaveItUsable) {
     TestModel model({"Reference"});
     model.Put("Reference!A1", c.row1);
     FakeServices fake({"OK"});
-    clsGlobals globals(fake.services);
-    globals.SetApp(model.application());
-    clsRefSheet ref_sheet(fake.services);
-    ref_sheet.Init(&globals);
-    EXPECT_TRUE(ref_sheet.initialized());
+    testing::RefSheetClient ref_sheet(fake.services, model.application());
+    ref_sheet.PutDLLVersion("line");
+    EXPECT_EQ(model.Get("Reference!C6"), Value("line"));
     const auto& boxes = fake.user_interface.message_boxes();
     ASSERT_THAT(boxes, SizeIs(c.lines.empty() ? 0 : 1)) << c.lines;
     if (c.lines.empty()) continue;

@@ -31,7 +31,7 @@ TEST_F(SaveYear, InsertsValuesAndFormatsOnEachHistorySheet) {
 }
 
 TEST_F(SaveYear, MovesTheMarkersOnSoThatTheNextSnapshotStandsRightOfIt) {
-  clsYearEnd& object = YearEnd({"OK", kNoComment, "OK", kNoComment});
+  testing::YearEndClient& object = YearEnd({"OK", kNoComment, "OK", kNoComment});
   object.SaveLastYear();
   EXPECT_EQ(Confirmed(),
             "This will save the Last Year at the marker column to the right, and move the marker.");
@@ -53,7 +53,7 @@ TEST_F(SaveYear, SheetsWithoutFlagUseTheMarkersColumnWhereverItIs) {
 }
 
 TEST_F(SaveYear, PutsAHiddenCommentOnRow2OfEachSavedColumn) {
-  clsYearEnd& saver = YearEnd({"OK", "frmSaveComments:butText", "OK",
+  testing::YearEndClient& saver = YearEnd({"OK", "frmSaveComments:butText", "OK",
                                "frmSaveComments:txtComments=Board\\; v2 <final>;butText"});
   saver.SaveCurrentYear();
   EXPECT_EQ(model.Comment("Data!R2"), " -- 11/21/2026 2:31:05 PM");
@@ -107,10 +107,7 @@ TEST_F(SaveYear, NeedsTheNameMarkerAndVisibleSheets) {
   testing::TestModel nameless({"Data"});
   nameless.Put("Data!A1", {"S"});
   FakeServices services({"OK", kNoComment});
-  clsGlobals globals(services.services);
-  globals.SetApp(nameless.application());
-  clsYearEnd object(services.services);
-  object.Init(&globals);
+  testing::YearEndClient object(services.services, nameless.application());
   nameless.RecordChanges();
   EXPECT_THROW(object.SaveCurrentYear(), HostError);
   EXPECT_THAT(nameless.Changes(), IsEmpty());
@@ -132,10 +129,7 @@ TEST_F(SaveYear, HistoryYearsAreListedWithLabelAndColumn) {
   testing::NoFileVersions versions;
   PromptReader reader(testing::Answers({"frmSaveHistoryPrompt:butCancel"}));
   Services services{reader, clock, versions};
-  clsGlobals globals(services);
-  globals.SetApp(model.application());
-  clsYearEnd object(services);
-  object.Init(&globals);
+  testing::YearEndClient object(services, model.application());
   object.SaveHistoryYear();
   EXPECT_THAT(reader.entries,
               ElementsAre("2021 (column J)", "2022 (column K)", "FY 2023 (column L)",
@@ -162,10 +156,7 @@ TEST_F(SaveYear, HistoryYearCancelledOrWithoutLabelsDoesNothing) {
   }
   testing::TestModel nameless({"Data"});
   FakeServices services;
-  clsGlobals globals(services.services);
-  globals.SetApp(nameless.application());
-  clsYearEnd object(services.services);
-  object.Init(&globals);
+  testing::YearEndClient object(services.services, nameless.application());
   EXPECT_THROW(object.SaveHistoryYear(), HostError);
 }
 

@@ -82,7 +82,7 @@ TEST_F(CopyCurrentYear, AndShiftCancelledTouchNothing) {
 
 TEST_F(YearEndTest, NotInitialisedDoesNothing) {
   testing::FakeServices silent;  // any question would throw
-  clsYearEnd object(silent.services);
+  testing::YearEndClient object(silent.services, nullptr);
   object.SaveHistoryYear();
   object.SaveCurrentYear();
   object.SaveLastYear();

@@ -1,6 +1,6 @@
 #include "operations/test_model.h"
 
-#include <pugixml.hpp>
+#include "package/xml_scanner.h"
 
 namespace vantora::testing {
 namespace {
@@ -82,16 +82,21 @@ std::string TestModel::PartOf(std::string_view sheet, std::string_view kind) {
 }
 
 std::string TestModel::Comment(const std::string& cell) {
+  using Token = embedded::XmlScanner::Token;
   Place place = PlaceOf(cell);
-  pugi::xml_document comments;
-  comments.load_string(PartOf(place.sheet, "comments").c_str(),
-                       pugi::parse_default | pugi::parse_ws_pcdata);
-  std::string query = "//*[local-name()='comment'][@ref='" + embedded::ToA1(place.cell) + "']";
-  pugi::xml_node comment = comments.select_node(query.c_str()).node();
-  if (!comment) return "none";
-  std::string text;
-  for (const auto& run : comment.select_nodes(".//*[local-name()='t']")) {
-    text += run.node().text().get();
+  const std::string comments = PartOf(place.sheet, "comments");
+  if (comments.empty()) return "none";
+  const std::string reference = embedded::ToA1(place.cell);
+  std::string text = "none";
+  bool inside = false;
+  for (embedded::XmlScanner xml(comments); xml.Next() != Token::kDone;) {
+    if (xml.token() != Token::kStart) continue;
+    if (xml.local_name() == "comment") {
+      inside = xml.Attribute("ref") == reference;
+      if (inside) text.clear();
+    } else if (inside && xml.local_name() == "t" && !xml.is_empty()) {
+      text += xml.ElementText();
+    }
   }
   return text;
 }

@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/globals.h"
-#include "maintenance/year_end.h"
+#include "operations/client.h"
 #include "operations/test_model.h"
 #include "support/fake_services.h"
 
@@ -37,12 +36,10 @@ inline TestModel YearEndModel() {
 class YearEndTest : public ::testing::Test {
  protected:
   // An initialised object that will get these answers.
-  clsYearEnd& YearEnd(const std::vector<std::string>& answers) {
+  YearEndClient& YearEnd(const std::vector<std::string>& answers) {
+    year_end.reset();
     fake = std::make_unique<FakeServices>(answers);
-    clsGlobals globals(fake->services);
-    globals.SetApp(model.application());
-    year_end = std::make_unique<clsYearEnd>(fake->services);
-    year_end->Init(&globals);
+    year_end = std::make_unique<YearEndClient>(fake->services, model.application());
     model.RecordChanges();
     return *year_end;
   }
@@ -55,7 +52,7 @@ class YearEndTest : public ::testing::Test {
 
   TestModel model = YearEndModel();
   std::unique_ptr<FakeServices> fake;
-  std::unique_ptr<clsYearEnd> year_end;
+  std::unique_ptr<YearEndClient> year_end;
 };
 
 }  // namespace vantora::testing

@@ -25,16 +25,16 @@ class ProgressReader : public ui::ScriptedUserInterface {
 
 TEST(YearEndProgress, NamesTheOperationTheSheetAndTheStep) {
   struct Case {
-    std::function<void(clsYearEnd&)> run;
+    std::function<void(testing::YearEndClient&)> run;
     std::vector<std::string> drawn;
   } const cases[] = {
-      {[](clsYearEnd& object) { object.SaveCurrentYear(); },
+      {[](testing::YearEndClient& object) { object.SaveCurrentYear(); },
        {"Save Current Year at marker||54%", "Save Current Year at marker|copying cells in Data|0%",
         "Save Current Year at marker|copying cells in Data|100%",
         "Save Current Year at marker|copying cells in Plant|0%",
         "Save Current Year at marker|copying cells in Plant|100%"}},
       // Four columns, then the used rows.
-      {[](clsYearEnd& object) { object.ShiftHistory(); },
+      {[](testing::YearEndClient& object) { object.ShiftHistory(); },
        {"Shift History||54%", "Shift History|copying cells in Data|25%",
         "Shift History|copying cells in Data|50%", "Shift History|copying cells in Data|75%",
         "Shift History|copying cells in Data|100%", "Shift History|copying cells in Data|0%",
@@ -44,7 +44,7 @@ TEST(YearEndProgress, NamesTheOperationTheSheetAndTheStep) {
         "Shift History|copying cells in Plant|100%", "Shift History|copying cells in Plant|0%",
         "Shift History|copying cells in Plant|25%", "Shift History|copying cells in Plant|50%",
         "Shift History|copying cells in Plant|75%", "Shift History|copying cells in Plant|100%"}},
-      {[](clsYearEnd& object) { object.CopyCurrentYear(); },
+      {[](testing::YearEndClient& object) { object.CopyCurrentYear(); },
        {"Copy current year to prior year||54%",
         "Copy current year to prior year|copying cells in Data|0%",
         "Copy current year to prior year|copying cells in Data|50%",
@@ -60,10 +60,7 @@ TEST(YearEndProgress, NamesTheOperationTheSheetAndTheStep) {
     testing::FixedClock clock;
     testing::NoFileVersions versions;
     Services services{reader, clock, versions};
-    clsGlobals globals(services);
-    globals.SetApp(model.application());
-    clsYearEnd object(services);
-    object.Init(&globals);
+    testing::YearEndClient object(services, model.application());
     c.run(object);
     EXPECT_THAT(reader.drawn, ElementsAreArray(c.drawn));
   }

@@ -97,7 +97,7 @@ class AutomationObject : public Interface, public ISupportErrorInfo, public IPro
     return Guarded(com_class_.interface_id, com_class_.name, std::forward<Body>(body));
   }
 
-  Services& services() { return windows_services_.services(); }
+  Services& services() { return services_->services(); }
 
  private:
   template <typename Shared>
@@ -124,7 +124,7 @@ class AutomationObject : public Interface, public ISupportErrorInfo, public IPro
   const ComClass& com_class_;
   std::atomic<ULONG> references_ = 1;
   std::shared_ptr<const TypeDescription> description_;
-  WindowsServices windows_services_;
+  std::unique_ptr<ObjectServices> services_ = MakeObjectServices();
 };
 
 }  // namespace vantora::com

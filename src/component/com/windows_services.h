@@ -1,8 +1,9 @@
 // What the engine asks of Windows besides the host application.
 #pragma once
 
+#include <memory>
+
 #include "core/user_interface.h"
-#include "ui/windows/windows_user_interface.h"
 
 namespace vantora::com {
 
@@ -20,17 +21,16 @@ class WindowsFileVersions : public FileVersions {
                                               std::string_view entry) override;
 };
 
-// The services of one object. Its dialogs belong to the window in which the user started the macro:
-// the host's, or one that a macro shows.
-class WindowsServices {
+// The services of one object of the server.
+class ObjectServices {
  public:
-  Services& services() { return services_; }
-
- private:
-  ui::WindowsUserInterface user_interface_;
-  WindowsClock clock_;
-  WindowsFileVersions file_versions_;
-  Services services_{user_interface_, clock_, file_versions_};
+  virtual ~ObjectServices() = default;
+  virtual Services& services() = 0;
 };
+
+// Those of Windows. The dialogs belong to the window in which the user started the macro: the
+// host's, or one that a macro shows. (Defined in a file of its own: a program that is linked with
+// the server's objects may bring its own.)
+std::unique_ptr<ObjectServices> MakeObjectServices();
 
 }  // namespace vantora::com

@@ -10,7 +10,6 @@
 #include "package/parallel.h"
 #include "package/sheet_reader.h"
 #include "package/sheet_writer.h"
-#include "package/styles_reader.h"
 #include "package/table_headers.h"
 #include "package/workbook_reader.h"
 #include "package/workbook_writer.h"
@@ -35,6 +34,7 @@ constexpr std::string_view kStyles =
     "numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/></cellStyleXfs><cellXfs count=\"1\">"
     "<xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"/></cellXfs>"
     "<cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/></cellStyles>";
+constexpr std::string_view kEmptySheet = "<dimension ref=\"A1\"/><sheetData/>";
 
 std::string SpreadsheetType(std::string_view kind) {
   return "application/vnd.openxmlformats-officedocument.spreadsheetml." + std::string(kind) +
@@ -54,30 +54,33 @@ std::string Document(std::string_view name, std::string_view content) {
   return text + "</" + std::string(name) + ">";
 }
 
-// The parts of a workbook with empty sheets.
-std::unique_ptr<OpcPackage> CreatePackage(const std::vector<std::string>& sheet_names) {
+// A package with the parts of a workbook with empty sheets; their names go to `parts`.
+std::unique_ptr<OpcPackage> CreatePackage(const std::vector<std::string>& sheet_names,
+                                          WorkbookParts& parts) {
   std::unique_ptr<OpcPackage> package = OpcPackage::Create();
-  const std::string workbook = "xl/workbook.xml";
+  parts.workbook = "xl/workbook.xml";
+  parts.styles = "xl/styles.xml";
   package->EnsureDefaultContentType("rels",
                                     "application/vnd.openxmlformats-package.relationships+xml");
   package->EnsureDefaultContentType("xml", "application/xml");
-  package->SetContentType(workbook, SpreadsheetType("sheet.main"));
-  package->AddRelationship("", RelationshipType("officeDocument"), workbook);
+  package->SetContentType(parts.workbook, SpreadsheetType("sheet.main"));
+  package->AddRelationship("", RelationshipType("officeDocument"), parts.workbook);
   std::string sheets;
   for (std::size_t i = 0; i < sheet_names.size(); ++i) {
     const std::string number = std::to_string(i + 1);
-    const std::string part = "xl/worksheets/sheet" + number + ".xml";
-    package->Write(part, Document("worksheet", "<dimension ref=\"A1\"/><sheetData/>"));
+    const std::string& part = parts.sheets.emplace_back("xl/worksheets/sheet" + number + ".xml");
+    package->Write(part, Document("worksheet", kEmptySheet));
     package->SetContentType(part, SpreadsheetType("worksheet"));
-    std::string id = package->AddRelationship(workbook, RelationshipType("worksheet"), part);
+    std::string id = package->AddRelationship(parts.workbook, RelationshipType("worksheet"), part);
     sheets += "<sheet name=\"" + EncodeXmlAttribute(sheet_names[i]) + "\" sheetId=\"" + number +
               "\" r:id=\"" + id + "\"/>";
   }
-  package->Write(workbook, Document("workbook", "<bookViews><workbookView/></bookViews><sheets>" +
-                                                    sheets + "</sheets>"));
-  package->Write("xl/styles.xml", Document("styleSheet", kStyles));
-  package->SetContentType("xl/styles.xml", SpreadsheetType("styles"));
-  package->AddRelationship(workbook, RelationshipType("styles"), "xl/styles.xml");
+  package->Write(parts.workbook,
+                 Document("workbook",
+                          "<bookViews><workbookView/></bookViews><sheets>" + sheets + "</sheets>"));
+  package->Write(parts.styles, Document("styleSheet", kStyles));
+  package->SetContentType(parts.styles, SpreadsheetType("styles"));
+  package->AddRelationship(parts.workbook, RelationshipType("styles"), parts.styles);
   return package;
 }
 
@@ -90,40 +93,19 @@ bool IsChart(const Relationship& relationship) {
 WorkbookFile::WorkbookFile() = default;
 WorkbookFile::~WorkbookFile() = default;
 
-std::unique_ptr<WorkbookFile> WorkbookFile::Open(const std::filesystem::path& path) {
-  std::unique_ptr<WorkbookFile> file(new WorkbookFile());
-  file->name_ = path.filename().string();
-  file->package_ = OpcPackage::Open(path);
-  file->ReadParts();
-  return file;
-}
-
 std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string>& sheet_names) {
   std::unique_ptr<WorkbookFile> file(new WorkbookFile());
   file->name_ = "Book1";
-  file->package_ = CreatePackage(sheet_names);
-  file->ReadParts();
+  file->parts_ = std::make_unique<WorkbookParts>();
+  file->package_ = CreatePackage(sheet_names, *file->parts_);
+  const std::string text = Document("worksheet", kEmptySheet);
+  for (const std::string& name : sheet_names) {
+    SheetModel& sheet = file->model_.AddSheet(name);
+    SheetPart& part = file->sheets_.emplace_back();
+    part.part = file->parts_->sheets[sheet.id];
+    ReadSheet(text, file->model_, sheet, part.markup);
+  }
   return file;
-}
-
-void WorkbookFile::ReadParts() {
-  std::string workbook = FindWorkbookPart(*package_, name_);
-  parts_ =
-      std::make_unique<WorkbookParts>(ReadWorkbook(*package_, workbook, model_, active_sheet_));
-  active_now_ = active_written_ = active_sheet_;
-  model_.styles = ReadStyles(*package_, parts_->styles, parts_->theme);
-  ReadSharedStrings(*package_, parts_->shared_strings, model_.strings);
-  sheets_.resize(parts_->sheets.size());
-  std::vector<SheetMarkup*> markups;
-  for (std::size_t id = 0; id < sheets_.size(); ++id) {
-    sheets_[id].part = parts_->sheets[id];
-    markups.push_back(&sheets_[id].markup);
-  }
-  ReadSheets(*package_, *parts_, model_, markups);
-  for (std::size_t id = 0; id < sheets_.size(); ++id) {
-    sheets_[id].loaded_cells = model_.sheets[id]->cells.size();
-    sheets_[id].loaded_area = model_.sheets[id]->cells.UsedArea();
-  }
 }
 
 bool WorkbookFile::has_macros() const {

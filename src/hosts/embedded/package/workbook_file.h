@@ -24,7 +24,8 @@ class WorkbookFile {
  public:
   // Opens an .xlsx, .xlsm, .xltx or .xltm package. Throws FileError; nothing is ever written by it.
   static std::unique_ptr<WorkbookFile> Open(const std::filesystem::path& path);
-  // A new workbook with empty worksheets of these names, which can be saved as well.
+  // A new workbook with empty worksheets of these names (different, none of them empty), which can
+  // be saved as well.
   static std::unique_ptr<WorkbookFile> Create(const std::vector<std::string>& sheet_names);
   ~WorkbookFile();
 

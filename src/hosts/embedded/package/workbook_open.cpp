@@ -1,0 +1,37 @@
+// Opening a package: the one place where a workbook file is read. Everything else of the class
+// works on the model and the parts, wherever they come from.
+#include "package/styles_reader.h"
+#include "package/workbook_file.h"
+#include "package/workbook_reader.h"
+
+namespace vantora::embedded {
+
+std::unique_ptr<WorkbookFile> WorkbookFile::Open(const std::filesystem::path& path) {
+  std::unique_ptr<WorkbookFile> file(new WorkbookFile());
+  file->name_ = path.filename().string();
+  file->package_ = OpcPackage::Open(path);
+  file->ReadParts();
+  return file;
+}
+
+void WorkbookFile::ReadParts() {
+  std::string workbook = FindWorkbookPart(*package_, name_);
+  parts_ =
+      std::make_unique<WorkbookParts>(ReadWorkbook(*package_, workbook, model_, active_sheet_));
+  active_now_ = active_written_ = active_sheet_;
+  model_.styles = ReadStyles(*package_, parts_->styles, parts_->theme);
+  ReadSharedStrings(*package_, parts_->shared_strings, model_.strings);
+  sheets_.resize(parts_->sheets.size());
+  std::vector<SheetMarkup*> markups;
+  for (std::size_t id = 0; id < sheets_.size(); ++id) {
+    sheets_[id].part = parts_->sheets[id];
+    markups.push_back(&sheets_[id].markup);
+  }
+  ReadSheets(*package_, *parts_, model_, markups);
+  for (std::size_t id = 0; id < sheets_.size(); ++id) {
+    sheets_[id].loaded_cells = model_.sheets[id]->cells.size();
+    sheets_[id].loaded_area = model_.sheets[id]->cells.UsedArea();
+  }
+}
+
+}  // namespace vantora::embedded

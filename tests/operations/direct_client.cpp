@@ -1,0 +1,32 @@
+// Clients that use the engine's classes themselves.
+#include "component/class_table.h"
+#include "core/globals.h"
+#include "operations/client.h"
+
+namespace vantora::testing {
+
+struct Client::Impl {
+  Impl(const component::PublicClass& public_class, Services& services)
+      : public_class(public_class), globals(services), object(public_class.create(services)) {}
+
+  const component::PublicClass& public_class;
+  clsGlobals globals;
+  std::unique_ptr<PublicObject> object;
+};
+
+Client::Client(std::string_view class_name, Services& services, host::ApplicationPtr application)
+    : impl_(std::make_unique<Impl>(*component::FindClass(class_name), services)) {
+  if (!application) return;
+  impl_->globals.SetApp(std::move(application));
+  Init();
+}
+
+Client::~Client() = default;
+
+void Client::Init() { dynamic_cast<BoundObject&>(*impl_->object).Init(&impl_->globals); }
+
+void Client::Call(std::string_view method, const std::vector<Value>& arguments) {
+  component::FindMethod(impl_->public_class, method)->call(*impl_->object, arguments);
+}
+
+}  // namespace vantora::testing
