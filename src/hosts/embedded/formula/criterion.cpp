@@ -81,17 +81,7 @@ bool Criterion::Holds(const Scalar& value) const {
   if (relation_ == Kind::kNotEqual) return !Equals(value);
   // Only values of one kind are greater or less than each other.
   if (value.kind != operand_.kind || value.IsError() || only_blank_) return false;
-  const int order = CompareScalars(value, operand_);
-  switch (relation_) {
-    case Kind::kLess:
-      return order < 0;
-    case Kind::kLessOrEqual:
-      return order <= 0;
-    case Kind::kGreater:
-      return order > 0;
-    default:
-      return order >= 0;
-  }
+  return RelationHolds(relation_, CompareScalars(value, operand_));
 }
 
 }  // namespace vantora::embedded

@@ -30,8 +30,10 @@ Scalar Arithmetic(Kind kind, double a, double b) {
   }
 }
 
-bool Holds(Kind kind, int order) {
-  switch (kind) {
+}  // namespace
+
+bool RelationHolds(Kind relation, int order) {
+  switch (relation) {
     case Kind::kEqual:
       return order == 0;
     case Kind::kNotEqual:
@@ -46,8 +48,6 @@ bool Holds(Kind kind, int order) {
       return order >= 0;
   }
 }
-
-}  // namespace
 
 Scalar Power(double base, double exponent) {
   if (base == 0 && exponent == 0) return Scalar::Error(CellError::kNum);
@@ -95,7 +95,7 @@ Scalar Calculate(Evaluator& evaluator, Kind kind, const Scalar& a, const Scalar&
     return Scalar::Text(evaluator.Keep(std::move(joined)));
   }
   if (!is_arithmetic) {
-    return Scalar::Boolean(Holds(kind, CompareScalars(a, b)));
+    return Scalar::Boolean(RelationHolds(kind, CompareScalars(a, b)));
   }
   const Scalar left = ToNumber(evaluator, a);
   if (left.IsError()) return left;

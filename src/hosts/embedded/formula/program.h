@@ -85,4 +85,8 @@ class Program {
 
 Program Compile(const Formula& formula);
 
+// Whether a relation (kEqual to kGreaterOrEqual) holds between two values whose order is `order`:
+// negative, 0 or positive, as CompareScalars gives it.
+bool RelationHolds(Node::Kind relation, int order);
+
 }  // namespace vantora::embedded

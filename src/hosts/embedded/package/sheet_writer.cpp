@@ -25,6 +25,7 @@ void AppendNumber(std::string& out, Number number) {
   out.append(buffer, end);
 }
 
+// As ToA1, without a text of its own for each of millions of cells.
 void AppendPlace(std::string& out, CellAddress cell) {
   char letters[3];
   int count = 0;
@@ -33,12 +34,6 @@ void AppendPlace(std::string& out, CellAddress cell) {
   }
   while (count > 0) out += letters[--count];
   AppendNumber(out, cell.row);
-}
-
-std::string PlaceText(CellAddress cell) {
-  std::string text;
-  AppendPlace(text, cell);
-  return text;
 }
 
 // Where the columns of the part stand now.
@@ -313,9 +308,9 @@ class SheetDataWriter {
     patch_.Reset(original_);
     if (!cell_.place.data()) {
       std::size_t after_name = cell_.begin + 1 + cell_.name.size();
-      patch_.Replace(after_name, after_name, " r=\"" + PlaceText(place) + "\"");
+      patch_.Replace(after_name, after_name, " r=\"" + ToA1(place) + "\"");
     } else if (delta != 0) {
-      patch_.Replace(cell_.place, PlaceText(place));
+      patch_.Replace(cell_.place, ToA1(place));
     }
     if (now.flags & kStyleChanged) PatchStyle(now.style);
     content_.clear();
