@@ -2,6 +2,10 @@
 
 #include <charconv>
 #include <memory>
+#include <optional>
+#include <utility>
+
+#include <nlohmann/json.hpp>
 
 #include "cli/run_options.h"
 #include "core/convert.h"
@@ -13,8 +17,25 @@ std::string Describe(const component::PublicClass& public_class, const component
   return std::string(public_class.name) + "." + std::string(method.name);
 }
 
+// The elements of a JSON array; nullopt when the text is none, or has elements of other types.
+template <typename Element>
+std::optional<std::vector<Element>> ParseList(const std::string& text) {
+  try {
+    return nlohmann::json::parse(text).get<std::vector<Element>>();
+  } catch (const nlohmann::json::exception&) {
+    return std::nullopt;
+  }
+}
+
+// The elements numbered from 1 on.
+template <typename Element>
+std::vector<Element> Numbered(std::vector<Element> elements) {
+  elements.insert(elements.begin(), Element{});
+  return elements;
+}
+
 // Throws UsageError when the text is no value of the parameter's type.
-Value ParseArgument(const std::string& text, const component::Parameter& parameter) {
+component::Argument ParseArgument(const std::string& text, const component::Parameter& parameter) {
   switch (parameter.type) {
     case component::ParameterType::kText:
       return Value(text);
@@ -31,6 +52,15 @@ Value ParseArgument(const std::string& text, const component::Parameter& paramet
       for (const std::string_view no : {"false", "no", "0"}) {
         if (EqualsIgnoreCase(text, no)) return Value(false);
       }
+      break;
+    case component::ParameterType::kTexts:
+      if (auto texts = ParseList<std::string>(text)) return std::move(*texts);
+      break;
+    case component::ParameterType::kNumberedTexts:
+      if (auto texts = ParseList<std::string>(text)) return Numbered(std::move(*texts));
+      break;
+    case component::ParameterType::kNumberedFlags:
+      if (auto flags = ParseList<bool>(text)) return Numbered(std::move(*flags));
       break;
   }
   throw UsageError("The argument " + std::string(parameter.name) + " is a " +
@@ -68,6 +98,11 @@ std::string_view NameOf(component::ParameterType type) {
       return "whole number";
     case component::ParameterType::kBoolean:
       return "true or false";
+    case component::ParameterType::kTexts:
+    case component::ParameterType::kNumberedTexts:
+      return R"(list of texts, such as ["a","b"])";
+    case component::ParameterType::kNumberedFlags:
+      return "list of true or false, such as [true,false]";
   }
   return "";
 }
@@ -76,19 +111,25 @@ Call::Call(const std::string& class_name, const std::string& method_name,
            const std::vector<std::string>& arguments)
     : public_class_(&ClassOf(class_name)), method_(&MethodOf(*public_class_, method_name)) {
   const auto& parameters = method_->parameters;
-  if (arguments.size() != parameters.size()) {
+  std::size_t required = 0;
+  while (required < parameters.size() && !parameters[required].is_optional) ++required;
+  if (arguments.size() < required || arguments.size() > parameters.size()) {
     std::string names;
-    for (const auto& parameter : parameters) names += " " + std::string(parameter.name);
+    for (const auto& parameter : parameters) {
+      names += parameter.is_optional ? " [" + std::string(parameter.name) + "]"
+                                     : " " + std::string(parameter.name);
+    }
     throw UsageError(Describe(*public_class_, *method_) + " takes " +
                      (parameters.empty() ? "no arguments" : "the arguments" + names) + "; " +
                      std::to_string(arguments.size()) + " given.");
   }
   for (std::size_t i = 0; i < parameters.size(); ++i) {
-    arguments_.push_back(ParseArgument(arguments[i], parameters[i]));
+    arguments_.push_back(i < arguments.size() ? ParseArgument(arguments[i], parameters[i])
+                                              : component::Argument());
   }
 }
 
-Value Call::Run(Services& services, clsGlobals& globals) const {
+Value Call::Run(Services& services, clsGlobals& globals) {
   if (EqualsIgnoreCase(public_class_->name, globals.class_name())) {
     return method_->call(globals, arguments_);
   }

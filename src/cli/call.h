@@ -19,15 +19,15 @@ class Call {
   // Creates the object, initialises it with the session context and calls the method. Nothing is
   // called when the object refuses the context, which it has reported then. Throws what the method
   // throws.
-  Value Run(Services& services, clsGlobals& globals) const;
+  Value Run(Services& services, clsGlobals& globals);
 
  private:
   const component::PublicClass* public_class_;
   const component::Method* method_;
-  std::vector<Value> arguments_;
+  std::vector<component::Argument> arguments_;
 };
 
-// "text", "whole number" or "true or false".
+// What a value of the type is, for a reader ("whole number").
 std::string_view NameOf(component::ParameterType type);
 
 }  // namespace vantora::cli

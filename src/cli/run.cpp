@@ -63,7 +63,7 @@ void Prepare(embedded::Session& session, const RunOptions& options) {
   if (!options.caller.empty()) NameCaller(session, options.caller);
 }
 
-Value CallMethod(const Call& call, embedded::Session& session, RunUserInterface& user_interface,
+Value CallMethod(Call& call, embedded::Session& session, RunUserInterface& user_interface,
                  Environment& environment) {
   Services services{user_interface, environment.clock, environment.file_versions};
   host::ApplicationPtr application = session.application();
@@ -89,7 +89,7 @@ void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcom
 }
 
 // The run itself; throws what ends it early.
-void Execute(const RunOptions& options, const Call& call, RunUserInterface& user_interface,
+void Execute(const RunOptions& options, Call& call, RunUserInterface& user_interface,
              Environment& environment, RunOutcome& outcome) {
   const std::unique_ptr<embedded::Session> session = embedded::Session::Open(options.model);
   if (options.changes || options.json) session->RecordChanges();
@@ -150,7 +150,7 @@ void Catching(RunOutcome& outcome, Function run) {
 RunOutcome Run(const RunOptions& options, Environment& environment) {
   RunOutcome outcome;
   Catching(outcome, [&] {
-    const Call call(options.class_name, options.method_name, options.arguments);
+    Call call(options.class_name, options.method_name, options.arguments);
     CheckTarget(options);
     ui::ConsoleUserInterface console(
         ui::Terminal(environment.in, environment.err, environment.width),

@@ -18,9 +18,11 @@ std::unique_ptr<PublicObject> Create(Services& services) {
   return std::make_unique<Class>(services);
 }
 
+const std::string& TextOf(const Argument& argument) { return std::get<Value>(argument).AsText(); }
+
 // A method without arguments and result.
 template <typename Class, void (Class::*method)()>
-Value Run(PublicObject& object, std::span<const Value>) {
+Value Run(PublicObject& object, std::span<Argument>) {
   (static_cast<Class&>(object).*method)();
   return {};
 }
@@ -33,7 +35,7 @@ PublicClass Globals() {
                        .asks = "",
                        .help = "Returns the version line of the installed component",
                        .call =
-                           [](PublicObject& object, std::span<const Value>) {
+                           [](PublicObject& object, std::span<Argument>) {
                              return Value(static_cast<clsGlobals&>(object).Version());
                            }}},
           .create = Create<clsGlobals>};
@@ -49,8 +51,8 @@ PublicClass RefSheet() {
                        .asks = "",
                        .help = "Writes the version line into cell C6 of the Reference Sheet",
                        .call =
-                           [](PublicObject& object, std::span<const Value> arguments) {
-                             static_cast<clsRefSheet&>(object).PutDLLVersion(arguments[0].AsText());
+                           [](PublicObject& object, std::span<Argument> arguments) {
+                             static_cast<clsRefSheet&>(object).PutDLLVersion(TextOf(arguments[0]));
                              return Value();
                            }}},
           .create = Create<clsRefSheet>};

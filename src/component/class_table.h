@@ -5,7 +5,9 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "core/public_object.h"
@@ -14,13 +16,21 @@
 
 namespace vantora::component {
 
-enum class ParameterType { kText, kInteger, kBoolean };
+// Arrays are passed by reference: the method may fill them in place. The elements of kTexts stand
+// in the array's order, those of the numbered ones at their numbers (the element at 0 is not used).
+enum class ParameterType { kText, kInteger, kBoolean, kTexts, kNumberedTexts, kNumberedFlags };
 
 struct Parameter {
   std::string_view name;
   ParameterType type;
   std::string_view help;
+  // May be left out, at the end only.
+  bool is_optional = false;
 };
+
+// An argument of its parameter's type: a Value (the empty one for an optional argument that was
+// left out), an array of texts, or for kNumberedFlags one of Booleans.
+using Argument = std::variant<Value, std::vector<std::string>, std::vector<bool>>;
 
 struct Method {
   std::string_view name;
@@ -31,7 +41,7 @@ struct Method {
   std::string_view help;
   // Calls it with as many arguments as there are parameters, each of its parameter's type; returns
   // the method's result, empty for a method without one.
-  std::function<Value(PublicObject& object, std::span<const Value> arguments)> call;
+  std::function<Value(PublicObject& object, std::span<Argument> arguments)> call;
 };
 
 struct PublicClass {

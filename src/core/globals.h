@@ -14,6 +14,8 @@ class clsGlobals : public PublicObject {
  public:
   // `services` must outlive the object.
   explicit clsGlobals(Services& services) : services_(services) {}
+  clsGlobals(const clsGlobals&) = delete;
+  clsGlobals& operator=(const clsGlobals&) = delete;
 
   std::string_view class_name() const override { return "clsGlobals"; }
 
@@ -28,7 +30,11 @@ class clsGlobals : public PublicObject {
   // The component's version line. Looked up each time it is read.
   std::string Version() const;
 
+  // Refers to this object without owning it, and to nothing once it is gone.
+  std::weak_ptr<clsGlobals> Reference() const { return self_; }
+
  private:
+  std::shared_ptr<clsGlobals> self_{this, [](clsGlobals*) {}};
   Services& services_;
   // Declared in this order so that the host application is released before the menus.
   std::shared_ptr<clsMenuManagement> menus_;

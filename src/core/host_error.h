@@ -13,7 +13,12 @@ class HostError : public std::runtime_error {
  public:
   // The number under which Excel reports most refusals of its object model.
   static constexpr int kApplicationDefined = 1004;
+  // Numbers of Excel's macro language.
+  static constexpr int kOverflow = 6;
   static constexpr int kSubscriptOutOfRange = 9;
+  static constexpr int kTypeMismatch = 13;
+  static constexpr int kObjectNotSet = 91;
+  static constexpr int kMemberNotSupported = 438;
 
   HostError(int number, const std::string& description, std::string source = "Microsoft Excel")
       : std::runtime_error(description), number_(number), source_(std::move(source)) {}

@@ -1,6 +1,7 @@
 // What every public class of the component is.
 #pragma once
 
+#include <memory>
 #include <string_view>
 
 #include "core/host.h"
@@ -9,6 +10,7 @@
 namespace vantora {
 
 class clsGlobals;
+class clsMenuManagement;
 
 // A public class as the outside holds it.
 class PublicObject {
@@ -42,11 +44,20 @@ class BoundObject : public PublicObject {
   Services& services() { return services_; }
   // Null until Init has found it.
   const host::ApplicationPtr& application() const { return application_; }
+  // The menus of the session context; null when none were set, or the context is gone.
+  std::shared_ptr<clsMenuManagement> menus() const;
+
+  // Binds an object that this one made for its own work to the same session. This object has been
+  // initialised; it works on even when the session context itself is gone.
+  void InitInner(BoundObject& inner) const;
 
  private:
   std::string_view class_name_;
   Services& services_;
+  void BindTo(host::ApplicationPtr application, std::weak_ptr<clsGlobals> globals);
+
   host::ApplicationPtr application_;
+  std::weak_ptr<clsGlobals> globals_;
   bool initialized_ = false;
 };
 

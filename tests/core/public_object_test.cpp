@@ -5,23 +5,17 @@
 
 #include "core/globals.h"
 #include "support/fake_services.h"
+#include "support/faulty_host.h"
 
 namespace vantora {
 namespace {
 
 using ::testing::HasSubstr;
 
-class IdleApplication : public host::Application {
- public:
-  host::WorkbookPtr ActiveWorkbook() override { return nullptr; }
-  host::WorksheetPtr ActiveSheet() override { return nullptr; }
-  host::RangePtr Selection() override { return nullptr; }
-  void Goto(std::string_view) override {}
-  bool ScreenUpdating() override { return true; }
-  void SetScreenUpdating(bool) override {}
-  std::string Caller() override { return {}; }
-  void SetCutCopyMode(host::XlCutCopyMode) override {}
-};
+// An application that nothing is called on.
+std::shared_ptr<host::Application> MakeIdleApplication() {
+  return std::make_shared<testing::FaultyApplication>(nullptr, nullptr);
+}
 
 class clsSample : public BoundObject {
  public:
@@ -62,7 +56,7 @@ TEST_F(Init, WithoutApplicationReportsErrorTwo) {
 }
 
 TEST_F(Init, KeepsItsOwnReferenceToTheApplication) {
-  auto application = std::make_shared<IdleApplication>();
+  auto application = MakeIdleApplication();
   std::weak_ptr<host::Application> alive = application;
   {
     clsGlobals short_lived(fake.services);
@@ -76,9 +70,9 @@ TEST_F(Init, KeepsItsOwnReferenceToTheApplication) {
 }
 
 TEST_F(Init, AgainReplacesTheApplicationButNeverUnbinds) {
-  globals.SetApp(std::make_shared<IdleApplication>());
+  globals.SetApp(MakeIdleApplication());
   sample.Init(&globals);
-  host::ApplicationPtr second = std::make_shared<IdleApplication>();
+  host::ApplicationPtr second = MakeIdleApplication();
   globals.SetApp(second);
   sample.Init(&globals);
   EXPECT_EQ(sample.bound_application(), second);
@@ -90,7 +84,7 @@ TEST_F(Init, AgainReplacesTheApplicationButNeverUnbinds) {
 }
 
 TEST_F(Init, LeavesTheObjectUnusableWhenItsSetUpFails) {
-  globals.SetApp(std::make_shared<IdleApplication>());
+  globals.SetApp(MakeIdleApplication());
   sample.Init(&globals);
   sample.outcome = clsSample::Outcome::kUnusable;
   sample.Init(&globals);
@@ -104,7 +98,7 @@ TEST_F(Init, LeavesTheObjectUnusableWhenItsSetUpFails) {
 
 TEST(Globals, ReleasesApplicationAndMenusWithItself) {
   testing::FakeServices fake;
-  auto application = std::make_shared<IdleApplication>();
+  auto application = MakeIdleApplication();
   auto menus = std::make_shared<int>();
   std::weak_ptr<host::Application> application_alive = application;
   std::weak_ptr<int> menus_alive = menus;

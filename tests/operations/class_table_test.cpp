@@ -49,7 +49,7 @@ TEST(ClassTable, CreatesObjectsThatKnowTheirClass) {
 class ClassTableCalls : public testing::YearEndTest {
  protected:
   Value Call(std::string_view class_name, std::string_view method_name,
-             const std::vector<std::string>& answers, const std::vector<Value>& arguments = {}) {
+             const std::vector<std::string>& answers, std::vector<Argument> arguments = {}) {
     fake = std::make_unique<testing::FakeServices>(answers);
     clsGlobals globals(fake->services);
     globals.SetApp(model.application());

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "core/host.h"
@@ -13,6 +14,9 @@
 #include "core/value.h"
 
 namespace vantora::testing {
+
+// A value, or an array of texts or of Booleans whose first element stands at index 0.
+using Argument = std::variant<Value, std::vector<std::string>, std::vector<bool>>;
 
 // An object of a public class. What its members throw is the same wherever it lives: HostError for
 // what the host refuses.
@@ -27,7 +31,10 @@ class Client {
 
   // Calls Init with the application once more.
   void Init();
-  void Call(std::string_view method, const std::vector<Value>& arguments = {});
+  // Calls a method and gives its result, empty for one without.
+  Value Call(std::string_view method, std::vector<Argument> arguments = {});
+  // The same for a method that fills arrays: `arguments` holds them afterwards.
+  Value CallByReference(std::string_view method, std::vector<Argument>& arguments);
 
  private:
   struct Impl;
@@ -51,7 +58,7 @@ class RefSheetClient : public Client {
   RefSheetClient(Services& services, host::ApplicationPtr application)
       : Client("clsRefSheet", services, std::move(application)) {}
 
-  void PutDLLVersion(std::string_view text) { Call("PutDLLVersion", {text}); }
+  void PutDLLVersion(std::string_view text) { Call("PutDLLVersion", {Value(text)}); }
 };
 
 }  // namespace vantora::testing

@@ -25,8 +25,12 @@ Client::~Client() = default;
 
 void Client::Init() { dynamic_cast<BoundObject&>(*impl_->object).Init(&impl_->globals); }
 
-void Client::Call(std::string_view method, const std::vector<Value>& arguments) {
-  component::FindMethod(impl_->public_class, method)->call(*impl_->object, arguments);
+Value Client::Call(std::string_view method, std::vector<Argument> arguments) {
+  return CallByReference(method, arguments);
+}
+
+Value Client::CallByReference(std::string_view method, std::vector<Argument>& arguments) {
+  return component::FindMethod(impl_->public_class, method)->call(*impl_->object, arguments);
 }
 
 }  // namespace vantora::testing

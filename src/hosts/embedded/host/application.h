@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/host.h"
 #include "host/open_workbook.h"
@@ -14,11 +15,14 @@ namespace vantora::embedded {
 struct ApplicationState {
   // Cells that Copy took, until the copy is ended.
   struct CopySource {
+    OpenWorkbook* workbook;
     int sheet;
     Area area;
   };
 
-  std::unique_ptr<OpenWorkbook> workbook;
+  // At least one, in the order in which they were opened; they stay open.
+  std::vector<std::unique_ptr<OpenWorkbook>> workbooks;
+  OpenWorkbook* active_workbook = nullptr;
   std::optional<CopySource> copied;
   bool screen_updating = true;
   // Name of the shape that runs the macro.
@@ -27,9 +31,5 @@ struct ApplicationState {
 
 // The application object. Every object made from it keeps `state` alive.
 host::ApplicationPtr MakeApplication(std::shared_ptr<ApplicationState> state);
-
-// Objects of the application's workbook, by place.
-host::WorksheetPtr MakeWorksheet(std::shared_ptr<ApplicationState> state, int sheet);
-host::RangePtr MakeRange(std::shared_ptr<ApplicationState> state, int sheet, const Area& area);
 
 }  // namespace vantora::embedded

@@ -3,6 +3,7 @@
 #include "core/convert.h"
 #include "host/application.h"
 #include "host/change_recorder.h"
+#include "host/objects.h"
 #include "host/shapes.h"
 
 namespace vantora::embedded {
@@ -11,7 +12,13 @@ struct Session::Impl {
   std::shared_ptr<ApplicationState> state = std::make_shared<ApplicationState>();
   std::optional<ChangeRecorder> recorder;
 
-  OpenWorkbook& workbook() { return *state->workbook; }
+  OpenWorkbook& workbook() { return *state->workbooks.front(); }
+  BookHandle book() { return {state, &workbook()}; }
+
+  void Add(std::unique_ptr<WorkbookFile> file) {
+    state->workbooks.push_back(std::make_unique<OpenWorkbook>(std::move(file)));
+    if (!state->active_workbook) state->active_workbook = state->workbooks.front().get();
+  }
 };
 
 Session::Session() : impl_(std::make_unique<Impl>()) {}
@@ -19,14 +26,13 @@ Session::~Session() = default;
 
 std::unique_ptr<Session> Session::Open(const std::filesystem::path& path) {
   std::unique_ptr<Session> session(new Session);
-  session->impl_->state->workbook = std::make_unique<OpenWorkbook>(WorkbookFile::Open(path));
+  session->impl_->Add(WorkbookFile::Open(path));
   return session;
 }
 
 std::unique_ptr<Session> Session::Create(const std::vector<std::string>& sheet_names) {
   std::unique_ptr<Session> session(new Session);
-  session->impl_->state->workbook =
-      std::make_unique<OpenWorkbook>(WorkbookFile::Create(sheet_names));
+  session->impl_->Add(WorkbookFile::Create(sheet_names));
   return session;
 }
 
@@ -45,26 +51,28 @@ ChangeList Session::Changes() {
 host::WorksheetPtr Session::Worksheet(std::string_view name) {
   auto sheet = impl_->workbook().model().IdOf(name);
   if (!sheet || !impl_->workbook().sheet(*sheet).is_worksheet) {
-    throw HostError(HostError::kSubscriptOutOfRange,
-                    "Subscript out of range: the workbook has no worksheet \"" + std::string(name) +
-                        "\".");
+    throw HostError(
+        HostError::kSubscriptOutOfRange,
+        "Subscript out of range: the workbook has no worksheet \"" + std::string(name) + "\".");
   }
-  return MakeWorksheet(impl_->state, *sheet);
+  return MakeWorksheet(impl_->book(), *sheet);
 }
 
 host::RangePtr Session::Range(std::string_view reference) {
   // A formula that is this one reference says what it means, sheet names in quotes included.
   Formula formula = ParseFormula(reference, {1, 1}, impl_->workbook().model());
   std::optional<Area> area;
-  if (formula.text == "\x01" && formula.references.size() == 1) area = formula.references.front().At({1, 1});
+  if (formula.text == "\x01" && formula.references.size() == 1)
+    area = formula.references.front().At({1, 1});
   if (!area) {
-    throw HostError(HostError::kApplicationDefined,
-                    "\"" + std::string(reference) +
-                        "\" is no reference to cells of this workbook. Write it as 'Sheet name'!A1 or "
-                        "A1:B2.");
+    throw HostError(
+        HostError::kApplicationDefined,
+        "\"" + std::string(reference) +
+            "\" is no reference to cells of this workbook. Write it as 'Sheet name'!A1 or "
+            "A1:B2.");
   }
   int sheet = formula.references.front().first_sheet;
-  return MakeRange(impl_->state,
+  return MakeRange(impl_->book(),
                    sheet == Reference::kOwnSheet ? impl_->workbook().active_sheet() : sheet, *area);
 }
 
@@ -76,9 +84,9 @@ void Session::SetCaller(std::string_view shape) {
     impl_->state->caller = std::move(name);
     return;
   }
-  throw HostError(HostError::kApplicationDefined,
-                  "The sheet \"" + workbook.sheet(sheet).name + "\" has no shape or control \"" +
-                      std::string(shape) + "\".");
+  throw HostError(HostError::kApplicationDefined, "The sheet \"" + workbook.sheet(sheet).name +
+                                                      "\" has no shape or control \"" +
+                                                      std::string(shape) + "\".");
 }
 
 std::vector<Uncalculated> Session::Calculate() { return impl_->workbook().Calculate(); }

@@ -1,5 +1,5 @@
-// The embedded host as a program uses it: opens a workbook, gives the engine the host interfaces over
-// it, tells what changed, saves.
+// The embedded host as a program uses it: opens a workbook, gives the engine the host interfaces
+// over it, tells what changed, saves.
 #pragma once
 
 #include <filesystem>
@@ -18,7 +18,7 @@ namespace vantora::embedded {
 // One changed cell. Formulas read "=..."; an absent or empty cell "".
 struct CellChange {
   std::string sheet;
-  CellAddress cell;   // where the cell stands now
+  CellAddress cell;  // where the cell stands now
   std::string before;
   std::string after;
 };
@@ -32,8 +32,8 @@ struct InsertedColumns {
 
 struct ChangeList {
   std::vector<InsertedColumns> inserted;
-  // In workbook order: sheet by tab, then row, then column. A cell that only moved is no change, nor
-  // is a formula that only follows an insertion.
+  // In workbook order: sheet by tab, then row, then column. A cell that only moved is no change,
+  // nor is a formula that only follows an insertion.
   std::vector<CellChange> cells;
   // Other changes in plain words: "comment added at 'Data 01'!AD2".
   std::vector<std::string> others;
@@ -57,12 +57,12 @@ class Session {
 
   // The sheet of that name (case-insensitive); throws HostError 9 when there is none.
   host::WorksheetPtr Worksheet(std::string_view name);
-  // The range that a text like "Planning!C12", "'Data 01'!J4:N4" or "C12" (active sheet) names; throws
-  // HostError 1004 when it is no reference.
+  // The range that a text like "Planning!C12", "'Data 01'!J4:N4" or "C12" (active sheet) names;
+  // throws HostError 1004 when it is no reference.
   host::RangePtr Range(std::string_view reference);
 
-  // The shape or control of the active sheet that runs what comes next; throws HostError 1004 when the
-  // sheet has none of that name.
+  // The shape or control of the active sheet that runs what comes next; throws HostError 1004 when
+  // the sheet has none of that name.
   void SetCaller(std::string_view shape);
 
   // Brings every value up to date and tells which formulas could not be calculated.

@@ -1,0 +1,41 @@
+#include "host/objects.h"
+
+#include <cstdint>
+
+namespace vantora::embedded {
+
+void Refuse(const std::string& text) { throw HostError(HostError::kApplicationDefined, text); }
+
+void RefuseMember(const std::string& member) { Refuse("The embedded host has no " + member + "."); }
+
+Area OneCell(std::int64_t row, std::int64_t column) {
+  if (row < 1 || row > kMaxRow || column < 1 || column > kMaxColumn) {
+    Refuse("Application-defined or object-defined error: there is no cell in row " +
+           std::to_string(row) + ", column " + std::to_string(column) + ".");
+  }
+  int valid_row = static_cast<int>(row);
+  int valid_column = static_cast<int>(column);
+  return {valid_row, valid_column, valid_row, valid_column};
+}
+
+void PasteCopied(const BookHandle& book, int sheet, const Area& target, unsigned parts,
+                 const std::string& method) {
+  const auto& copied = book.application->copied;
+  if (!copied) Refuse(method + " failed: nothing has been copied.");
+  const Area& from = copied->area;
+  if (copied->workbook != book.workbook || copied->sheet != sheet) {
+    Refuse(method + " failed: a copy can be pasted on its own sheet only.");
+  }
+  Area to = target;
+  if (target.rows() == 1 && target.columns() == 1) {
+    to.last_row = to.first_row + from.rows() - 1;
+    to.last_column = to.first_column + from.columns() - 1;
+  }
+  if (to.rows() != from.rows() || to.columns() != from.columns() || to.last_row > kMaxRow ||
+      to.last_column > kMaxColumn) {
+    Refuse("You can't paste this here because the Copy area and paste area aren't the same size.");
+  }
+  book->Paste(sheet, from, to, parts);
+}
+
+}  // namespace vantora::embedded

@@ -1,0 +1,281 @@
+// Range and what belongs to it over an open workbook.
+#include "host/objects.h"
+
+namespace vantora::embedded {
+namespace {
+
+using host::XlInsertShiftDirection;
+using host::XlPasteSpecialOperation;
+using host::XlPasteType;
+
+CellAddress TopLeft(const Area& area) { return {area.first_row, area.first_column}; }
+
+class EmbeddedInterior : public host::Interior {
+ public:
+  EmbeddedInterior(BookHandle book, int sheet, const Area& area)
+      : book_(std::move(book)), sheet_(sheet), area_(area) {}
+
+  int ColorIndex() override { return book_->FillColorIndex(sheet_, TopLeft(area_)); }
+
+  void SetColorIndex(int color_index) override;
+
+  void SetPattern(host::XlPattern pattern) override;
+
+ private:
+  BookHandle book_;
+  int sheet_;
+  Area area_;
+};
+
+void EmbeddedInterior::SetColorIndex(int) { RefuseMember("Interior.ColorIndex (put)"); }
+
+void EmbeddedInterior::SetPattern(host::XlPattern) { RefuseMember("Interior.Pattern (put)"); }
+
+class EmbeddedComment : public host::Comment {
+ public:
+  EmbeddedComment(BookHandle book, int sheet, CellAddress cell)
+      : book_(std::move(book)), sheet_(sheet), cell_(cell) {}
+
+  void SetVisible(bool visible) override { book_->SetCommentVisible(sheet_, cell_, visible); }
+  void Text(std::string_view text) override { book_->SetCommentText(sheet_, cell_, text); }
+
+ private:
+  BookHandle book_;
+  int sheet_;
+  CellAddress cell_;
+};
+
+class EmbeddedRange : public host::Range {
+ public:
+  EmbeddedRange(BookHandle book, int sheet, const Area& area)
+      : book_(std::move(book)), sheet_(sheet), area_(area) {}
+
+  vantora::Value Value() override { return book_->Read(sheet_, TopLeft(area_)); }
+  void SetValue(const vantora::Value& value) override;
+
+  void SetValues(std::span<const vantora::Value> rows) override;
+
+  std::string Formula() override;
+
+  void SetFormula(std::string_view formula) override;
+
+  bool HasFormula() override;
+
+  host::WorksheetPtr Worksheet() override { return MakeWorksheet(book_, sheet_); }
+
+  std::vector<host::RangePtr> Areas() override;
+
+  int Row() override { return area_.first_row; }
+  int Column() override { return area_.first_column; }
+  int RowsCount() override { return area_.rows(); }
+  int ColumnsCount() override { return area_.columns(); }
+  host::RangePtr Cells(int row, int column) override {
+    return MakeRange(book_, sheet_,
+                     OneCell(std::int64_t{area_.first_row} + row - 1,
+                             std::int64_t{area_.first_column} + column - 1));
+  }
+
+  host::InteriorPtr Interior() override {
+    return std::make_shared<EmbeddedInterior>(book_, sheet_, area_);
+  }
+
+  host::FontPtr Font() override;
+
+  host::BordersPtr Borders(host::XlBordersIndex index) override;
+
+  void BorderAround(host::XlBorderWeight weight, int color_index) override;
+
+  void SetHorizontalAlignment(host::XlHAlign alignment) override;
+
+  void SetWrapText(bool wrap) override;
+
+  bool RowsHidden() override;
+
+  void SetRowsHidden(bool hidden) override;
+
+  bool ColumnsHidden() override;
+
+  void SetColumnsHidden(bool hidden) override;
+
+  double Left() override;
+
+  double Width() override;
+
+  double RowHeight() override;
+
+  void SetRowHeight(double points) override;
+
+  double ColumnWidth() override;
+
+  void SetColumnWidth(double characters) override;
+
+  int OutlineLevel() override;
+
+  void SetOutlineLevel(int level) override;
+
+  host::NamePtr Name() override;
+
+  void Select() override;
+
+  void Activate() override;
+
+  void Clear() override;
+
+  void ClearContents() override;
+
+  void ClearFormats() override;
+
+  void Copy() override {
+    book_.application->copied = ApplicationState::CopySource{book_.workbook, sheet_, area_};
+  }
+  void Insert(XlInsertShiftDirection shift) override;
+  void PasteSpecial(XlPasteType paste, XlPasteSpecialOperation operation, bool skip_blanks,
+                    bool transpose) override;
+  host::CommentPtr AddComment() override;
+
+  void ListNames() override;
+
+  void Sort(const host::RangePtr& key1, const host::RangePtr& key2) override;
+
+ private:
+  // An edit ends a copy in progress.
+  void EndCopy() { book_.application->copied.reset(); }
+
+  BookHandle book_;
+  int sheet_;
+  Area area_;
+};
+
+unsigned PartsOf(XlPasteType paste) {
+  switch (paste) {
+    case XlPasteType::kAll:
+      return kPasteAll;
+    case XlPasteType::kValues:
+      return kPasteValues;
+    case XlPasteType::kFormats:
+      return kPasteFormats;
+    case XlPasteType::kFormulas:
+      return kPasteFormulas;
+    case XlPasteType::kComments:
+      return kPasteComments;
+    case XlPasteType::kValidation:
+      return kPasteValidations;
+  }
+  Refuse("PasteSpecial method of Range class failed: unknown paste type.");
+}
+
+void EmbeddedRange::SetValue(const vantora::Value& value) {
+  EndCopy();
+  book_->Put(sheet_, area_, value);
+}
+
+void EmbeddedRange::SetValues(std::span<const vantora::Value>) {
+  RefuseMember("Range.Value (put of an array)");
+}
+
+std::string EmbeddedRange::Formula() { RefuseMember("Range.Formula"); }
+
+void EmbeddedRange::SetFormula(std::string_view) { RefuseMember("Range.Formula (put)"); }
+
+bool EmbeddedRange::HasFormula() { RefuseMember("Range.HasFormula"); }
+
+std::vector<host::RangePtr> EmbeddedRange::Areas() { return {MakeRange(book_, sheet_, area_)}; }
+
+host::FontPtr EmbeddedRange::Font() { RefuseMember("Range.Font"); }
+
+host::BordersPtr EmbeddedRange::Borders(host::XlBordersIndex) { RefuseMember("Range.Borders"); }
+
+void EmbeddedRange::BorderAround(host::XlBorderWeight, int) { RefuseMember("Range.BorderAround"); }
+
+void EmbeddedRange::SetHorizontalAlignment(host::XlHAlign) {
+  RefuseMember("Range.HorizontalAlignment (put)");
+}
+
+void EmbeddedRange::SetWrapText(bool) { RefuseMember("Range.WrapText (put)"); }
+
+bool EmbeddedRange::RowsHidden() { RefuseMember("Range.Rows.Hidden"); }
+
+void EmbeddedRange::SetRowsHidden(bool) { RefuseMember("Range.Rows.Hidden (put)"); }
+
+bool EmbeddedRange::ColumnsHidden() { RefuseMember("Range.Columns.Hidden"); }
+
+void EmbeddedRange::SetColumnsHidden(bool) { RefuseMember("Range.Columns.Hidden (put)"); }
+
+double EmbeddedRange::Left() { RefuseMember("Range.Left"); }
+
+double EmbeddedRange::Width() { RefuseMember("Range.Width"); }
+
+double EmbeddedRange::RowHeight() { RefuseMember("Range.RowHeight"); }
+
+void EmbeddedRange::SetRowHeight(double) { RefuseMember("Range.RowHeight (put)"); }
+
+double EmbeddedRange::ColumnWidth() { RefuseMember("Range.ColumnWidth"); }
+
+void EmbeddedRange::SetColumnWidth(double) { RefuseMember("Range.ColumnWidth (put)"); }
+
+int EmbeddedRange::OutlineLevel() { RefuseMember("Range.OutlineLevel"); }
+
+void EmbeddedRange::SetOutlineLevel(int) { RefuseMember("Range.OutlineLevel (put)"); }
+
+host::NamePtr EmbeddedRange::Name() { RefuseMember("Range.Name"); }
+
+void EmbeddedRange::Select() {
+  if (book_->active_sheet() != sheet_) {
+    Refuse("Select method of Range class failed: the sheet \"" + book_->sheet(sheet_).name +
+           "\" is not the active sheet.");
+  }
+  book_->Select(sheet_, area_);
+}
+
+void EmbeddedRange::Activate() { RefuseMember("Range.Activate"); }
+
+void EmbeddedRange::Clear() { RefuseMember("Range.Clear"); }
+
+void EmbeddedRange::ClearContents() { RefuseMember("Range.ClearContents"); }
+
+void EmbeddedRange::ClearFormats() {
+  EndCopy();
+  book_->ClearFormats(sheet_, area_);
+}
+
+void EmbeddedRange::Insert(XlInsertShiftDirection shift) {
+  if (book_.application->copied) {
+    Refuse(
+        "Insert method of Range class failed: a copy is in progress, and the embedded host "
+        "does not insert copied cells.");
+  }
+  if (!area_.IsWholeColumns() || shift != XlInsertShiftDirection::kToRight) {
+    Refuse("Insert method of Range class failed: the embedded host inserts whole columns only.");
+  }
+  book_->InsertColumns(sheet_, area_.first_column, area_.columns());
+}
+
+void EmbeddedRange::PasteSpecial(XlPasteType paste, XlPasteSpecialOperation, bool skip_blanks,
+                                 bool transpose) {
+  static constexpr const char* kMethod = "PasteSpecial method of Range class";
+  if (skip_blanks || transpose) {
+    Refuse(std::string(kMethod) +
+           " failed: the embedded host neither skips blanks nor transposes.");
+  }
+  PasteCopied(book_, sheet_, area_, PartsOf(paste), kMethod);
+}
+
+host::CommentPtr EmbeddedRange::AddComment() {
+  EndCopy();
+  book_->AddComment(sheet_, TopLeft(area_));
+  return std::make_shared<EmbeddedComment>(book_, sheet_, TopLeft(area_));
+}
+
+void EmbeddedRange::ListNames() { RefuseMember("Range.ListNames"); }
+
+void EmbeddedRange::Sort(const host::RangePtr&, const host::RangePtr&) {
+  RefuseMember("Range.Sort");
+}
+
+}  // namespace
+
+host::RangePtr MakeRange(BookHandle book, int sheet, const Area& area) {
+  return std::make_shared<EmbeddedRange>(std::move(book), sheet, area);
+}
+
+}  // namespace vantora::embedded
