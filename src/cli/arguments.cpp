@@ -121,6 +121,13 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
   CLI::App* run = app.add_subcommand("run", "Run a method on a workbook");
   DescribeRun(*run, raw);
   CLI::App* list = app.add_subcommand("list", "List every class and method");
+  InspectOptions inspect_options;
+  CLI::App* inspect =
+      app.add_subcommand("inspect", "Tell what the operations see of a model, and its problems");
+  inspect->add_option("MODEL", inspect_options.model, "The workbook (.xlsx, .xlsm)")
+      ->required()
+      ->type_name("");
+  inspect->add_flag("--json", inspect_options.json, "Print one JSON object");
 
   std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
   Command command;
@@ -140,6 +147,11 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
   }
   if (list->parsed()) {
     command.kind = Command::Kind::kList;
+    return command;
+  }
+  if (inspect->parsed()) {
+    command.kind = Command::Kind::kInspect;
+    command.inspect = inspect_options;
     return command;
   }
   command.kind = Command::Kind::kRun;

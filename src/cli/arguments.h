@@ -4,15 +4,17 @@
 #include <string>
 #include <vector>
 
+#include "cli/inspect.h"
 #include "cli/run_options.h"
 
 namespace vantora::cli {
 
 struct Command {
-  enum class Kind { kRun, kList, kPrint };
+  enum class Kind { kRun, kList, kInspect, kPrint };
   Kind kind = Kind::kPrint;
-  RunOptions run;    // for kRun
-  std::string text;  // for kPrint: help or version
+  RunOptions run;          // for kRun
+  InspectOptions inspect;  // for kInspect
+  std::string text;        // for kPrint: help or version
 };
 
 // `arguments` without the program's name. Throws UsageError.

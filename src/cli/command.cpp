@@ -2,6 +2,7 @@
 
 #include "cli/arguments.h"
 #include "cli/class_list.h"
+#include "cli/inspect.h"
 #include "cli/report.h"
 #include "cli/run.h"
 
@@ -22,6 +23,8 @@ int RunCommand(const std::vector<std::string>& arguments, Environment& environme
     case Command::Kind::kList:
       WriteClassList(environment.out);
       break;
+    case Command::Kind::kInspect:
+      return static_cast<int>(Inspect(command.inspect, environment));
     case Command::Kind::kRun: {
       const RunOutcome outcome = Run(command.run, environment);
       Report(outcome, command.run, environment.out, environment.err);

@@ -14,6 +14,7 @@ struct Session::Impl {
 
   OpenWorkbook& workbook() { return *state->workbooks.front(); }
   BookHandle book() { return {state, &workbook()}; }
+  int WorksheetId(std::string_view name);
 
   void Add(std::unique_ptr<WorkbookFile> file) {
     state->workbooks.push_back(std::make_unique<OpenWorkbook>(std::move(file)));
@@ -48,14 +49,23 @@ ChangeList Session::Changes() {
   return impl_->recorder->Changes();
 }
 
-host::WorksheetPtr Session::Worksheet(std::string_view name) {
-  auto sheet = impl_->workbook().model().IdOf(name);
-  if (!sheet || !impl_->workbook().sheet(*sheet).is_worksheet) {
+int Session::Impl::WorksheetId(std::string_view name) {
+  auto sheet = workbook().model().IdOf(name);
+  if (!sheet || !workbook().sheet(*sheet).is_worksheet) {
     throw HostError(
         HostError::kSubscriptOutOfRange,
         "Subscript out of range: the workbook has no worksheet \"" + std::string(name) + "\".");
   }
-  return MakeWorksheet(impl_->book(), *sheet);
+  return *sheet;
+}
+
+host::WorksheetPtr Session::Worksheet(std::string_view name) {
+  return MakeWorksheet(impl_->book(), impl_->WorksheetId(name));
+}
+
+std::vector<std::string> Session::ShapesOf(std::string_view sheet) {
+  WorkbookFile& file = impl_->workbook().file();
+  return ShapeNames(file.package(), file.part_of(impl_->WorksheetId(sheet)));
 }
 
 host::RangePtr Session::Range(std::string_view reference) {

@@ -61,6 +61,9 @@ class Session {
   // throws HostError 1004 when it is no reference.
   host::RangePtr Range(std::string_view reference);
 
+  // What is drawn on the sheet of that name: shapes, charts, form controls. Throws HostError 9 when
+  // there is no such worksheet.
+  std::vector<std::string> ShapesOf(std::string_view sheet);
   // The shape or control of the active sheet that runs what comes next; throws HostError 1004 when
   // the sheet has none of that name.
   void SetCaller(std::string_view shape);
