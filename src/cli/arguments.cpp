@@ -8,6 +8,8 @@
 namespace vantora::cli {
 namespace {
 
+constexpr const char* kModelHelp = "The workbook (.xlsx, .xlsm)";
+
 struct RawRun {
   std::string model;
   std::string method;
@@ -34,7 +36,7 @@ void AddText(CLI::App& app, const std::string& name, std::string& value, const s
 
 void DescribeRun(CLI::App& run, RawRun& raw) {
   RunOptions& options = raw.options;
-  run.add_option("MODEL", raw.model, "The workbook (.xlsx, .xlsm)")->required()->type_name("");
+  run.add_option("MODEL", raw.model, kModelHelp)->required()->type_name("");
   run.add_option("CLASS.METHOD", raw.method,
                  "What to run, with its arguments behind it; 'vantora list' shows all")
       ->required()
@@ -59,6 +61,27 @@ void DescribeRun(CLI::App& run, RawRun& raw) {
           "The shape or control of the active sheet that runs the macro", "SHAPE");
   run.add_flag("--changes", options.changes, "Print what changed, a line a cell");
   run.add_flag("--json", options.json, "Print the outcome as one JSON object on standard output");
+}
+
+void DescribeInspect(CLI::App& inspect, InspectOptions& options) {
+  inspect.add_option("MODEL", options.model, kModelHelp)->required()->type_name("");
+  inspect.add_flag("--json", options.json, "Print one JSON object");
+}
+
+void DescribeRecalculate(CLI::App& recalculate, RecalculateOptions& options) {
+  recalculate.add_option("MODEL", options.model, kModelHelp)->required()->type_name("");
+  recalculate.add_flag("--compare", options.compare, "List the cells whose stored value differs");
+  recalculate.add_flag("--json", options.json, "Print one JSON object");
+  recalculate.add_option("--output", options.output, "Write the recalculated workbook to FILE")
+      ->type_name("FILE");
+}
+
+void DescribeDiff(CLI::App& diff, DiffOptions& options) {
+  diff.add_option("OLD", options.before, kModelHelp)->required()->type_name("");
+  diff.add_option("NEW", options.after, "The workbook to compare with it")
+      ->required()
+      ->type_name("");
+  diff.add_flag("--json", options.json, "Print one JSON object");
 }
 
 void SplitMethod(const std::string& text, RunOptions& options) {
@@ -117,20 +140,21 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
   CLI::App app("Runs the operations of the Vantora planning model on its workbook.", "vantora");
   app.set_version_flag("--version", "vantora " VANTORA_VERSION);
   app.require_subcommand(1);
+  Command command;
   RawRun raw;
   CLI::App* run = app.add_subcommand("run", "Run a method on a workbook");
   DescribeRun(*run, raw);
   CLI::App* list = app.add_subcommand("list", "List every class and method");
-  InspectOptions inspect_options;
   CLI::App* inspect =
       app.add_subcommand("inspect", "Tell what the operations see of a model, and its problems");
-  inspect->add_option("MODEL", inspect_options.model, "The workbook (.xlsx, .xlsm)")
-      ->required()
-      ->type_name("");
-  inspect->add_flag("--json", inspect_options.json, "Print one JSON object");
+  DescribeInspect(*inspect, command.inspect);
+  CLI::App* recalculate =
+      app.add_subcommand("recalculate", "Calculate every formula of a workbook afresh");
+  DescribeRecalculate(*recalculate, command.recalculate);
+  CLI::App* diff = app.add_subcommand("diff", "Tell in what two workbooks differ");
+  DescribeDiff(*diff, command.diff);
 
   std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
-  Command command;
   try {
     app.parse(reversed);
   } catch (const CLI::CallForHelp&) {
@@ -151,7 +175,14 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
   }
   if (inspect->parsed()) {
     command.kind = Command::Kind::kInspect;
-    command.inspect = inspect_options;
+    return command;
+  }
+  if (recalculate->parsed()) {
+    command.kind = Command::Kind::kRecalculate;
+    return command;
+  }
+  if (diff->parsed()) {
+    command.kind = Command::Kind::kDiff;
     return command;
   }
   command.kind = Command::Kind::kRun;

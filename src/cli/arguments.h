@@ -4,17 +4,21 @@
 #include <string>
 #include <vector>
 
+#include "cli/diff.h"
 #include "cli/inspect.h"
+#include "cli/recalculate.h"
 #include "cli/run_options.h"
 
 namespace vantora::cli {
 
 struct Command {
-  enum class Kind { kRun, kList, kInspect, kPrint };
+  enum class Kind { kRun, kList, kInspect, kRecalculate, kDiff, kPrint };
   Kind kind = Kind::kPrint;
-  RunOptions run;          // for kRun
-  InspectOptions inspect;  // for kInspect
-  std::string text;        // for kPrint: help or version
+  RunOptions run;                  // for kRun
+  InspectOptions inspect;          // for kInspect
+  RecalculateOptions recalculate;  // for kRecalculate
+  DiffOptions diff;                // for kDiff
+  std::string text;                // for kPrint: help or version
 };
 
 // `arguments` without the program's name. Throws UsageError.

@@ -2,20 +2,17 @@
 
 #include "cli/arguments.h"
 #include "cli/class_list.h"
+#include "cli/diff.h"
 #include "cli/inspect.h"
+#include "cli/recalculate.h"
 #include "cli/report.h"
 #include "cli/run.h"
 
 namespace vantora::cli {
 
-int RunCommand(const std::vector<std::string>& arguments, Environment& environment) {
-  Command command;
-  try {
-    command = ParseArguments(arguments);
-  } catch (const UsageError& error) {
-    environment.err << "vantora: " << error.what() << '\n';
-    return static_cast<int>(ExitCode::kUsage);
-  }
+namespace {
+
+ExitCode Follow(const Command& command, Environment& environment) {
   switch (command.kind) {
     case Command::Kind::kPrint:
       environment.out << command.text;
@@ -24,14 +21,29 @@ int RunCommand(const std::vector<std::string>& arguments, Environment& environme
       WriteClassList(environment.out);
       break;
     case Command::Kind::kInspect:
-      return static_cast<int>(Inspect(command.inspect, environment));
+      return Inspect(command.inspect, environment);
+    case Command::Kind::kRecalculate:
+      return Recalculate(command.recalculate, environment);
+    case Command::Kind::kDiff:
+      return Diff(command.diff, environment);
     case Command::Kind::kRun: {
       const RunOutcome outcome = Run(command.run, environment);
       Report(outcome, command.run, environment.out, environment.err);
-      return static_cast<int>(outcome.exit_code);
+      return outcome.exit_code;
     }
   }
-  return static_cast<int>(ExitCode::kDone);
+  return ExitCode::kDone;
+}
+
+}  // namespace
+
+int RunCommand(const std::vector<std::string>& arguments, Environment& environment) {
+  try {
+    return static_cast<int>(Follow(ParseArguments(arguments), environment));
+  } catch (const UsageError& error) {
+    environment.err << "vantora: " << error.what() << '\n';
+    return static_cast<int>(ExitCode::kUsage);
+  }
 }
 
 }  // namespace vantora::cli

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "cli/cell_text.h"
 #include "core/convert.h"
 #include "core/message_box.h"
 #include "ui/console/terminal_text.h"
@@ -29,20 +30,6 @@ std::string_view OutcomeWord(ExitCode exit_code) {
       return "unanswered";
   }
   return "";
-}
-
-// A cell's content on one line; text of several lines with "\n" for each line break.
-std::string OnOneLine(const std::string& text) {
-  if (text.empty()) return "(empty)";
-  std::string line;
-  for (const char c : text) {
-    if (c == '\n') {
-      line += "\\n";
-    } else if (c != '\r') {
-      line += c;
-    }
-  }
-  return ui::Printable(line);
 }
 
 std::string Count(std::size_t count, const std::string& one, const std::string& many) {

@@ -40,7 +40,7 @@ struct RunOptions {
   std::string sheet;      // to activate; empty for the one that is active
   std::string selection;  // address on the active sheet; empty for what is selected
 
-  std::string caller;     // shape or control of the active sheet that runs the macro
+  std::string caller;  // shape or control of the active sheet that runs the macro
 
   bool changes = false;
   bool json = false;

@@ -71,18 +71,21 @@ SavedFiles SaveInPlace(embedded::Session& session, const fs::path& model) {
 
 }  // namespace
 
-void CheckTarget(const RunOptions& options) {
-  if (options.target != Target::kOutputFile) return;
+void CheckOutput(const fs::path& model, const fs::path& output) {
   std::error_code ignored;
-  if (fs::equivalent(options.model, options.output, ignored)) {
+  if (fs::equivalent(model, output, ignored)) {
     throw UsageError(
         "--output names the model itself; use --in-place, which keeps the file before.");
   }
-  if (!EqualsIgnoreCase(options.model.extension().string(), options.output.extension().string())) {
-    throw UsageError("The output " + options.output.string() + " must end in " +
-                     options.model.extension().string() +
+  if (!EqualsIgnoreCase(model.extension().string(), output.extension().string())) {
+    throw UsageError("The output " + output.string() + " must end in " +
+                     model.extension().string() +
                      " as the model does: Excel opens a workbook only under its own ending.");
   }
+}
+
+void CheckTarget(const RunOptions& options) {
+  if (options.target == Target::kOutputFile) CheckOutput(options.model, options.output);
 }
 
 SavedFiles Save(embedded::Session& session, const RunOptions& options) {

@@ -14,6 +14,9 @@ struct SavedFiles {
   std::optional<std::filesystem::path> backup;
 };
 
+// Throws UsageError when `output` names the model itself, or has another ending than it.
+void CheckOutput(const std::filesystem::path& model, const std::filesystem::path& output);
+
 // Throws UsageError when the result can't go where the options say: the model itself without
 // --in-place, or a name with another ending, which Excel would not open.
 void CheckTarget(const RunOptions& options);

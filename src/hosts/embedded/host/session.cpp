@@ -4,6 +4,7 @@
 #include "host/application.h"
 #include "host/change_recorder.h"
 #include "host/objects.h"
+#include "host/recalculation.h"
 #include "host/shapes.h"
 
 namespace vantora::embedded {
@@ -100,6 +101,8 @@ void Session::SetCaller(std::string_view shape) {
 }
 
 std::vector<Uncalculated> Session::Calculate() { return impl_->workbook().Calculate(); }
+
+Recalculation Session::RecalculateAll() { return embedded::RecalculateAll(impl_->workbook()); }
 
 void Session::Save(const std::filesystem::path& path) { impl_->workbook().Save(path); }
 

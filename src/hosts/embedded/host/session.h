@@ -39,6 +39,23 @@ struct ChangeList {
   std::vector<std::string> others;
 };
 
+// A formula's stored value and what it calculates to, as they read in the cell.
+struct StoredValueDifference {
+  std::string sheet;
+  CellAddress cell;
+  std::string stored;
+  std::string calculated;
+};
+
+struct Recalculation {
+  // Number of formulas looked at.
+  std::size_t formulas = 0;
+  // By sheet in tab order, then row by row. Numbers that agree within 1e-9 of their size are the
+  // same: the order in which a sum is made shows in its last digits.
+  std::vector<StoredValueDifference> differences;
+  std::vector<Uncalculated> uncalculated;
+};
+
 class Session {
  public:
   // Throws FileError.
@@ -70,6 +87,8 @@ class Session {
 
   // Brings every value up to date and tells which formulas could not be calculated.
   std::vector<Uncalculated> Calculate();
+  // Calculates every formula afresh, whether or not anything that it depends on changed.
+  Recalculation RecalculateAll();
   // Calculates, then writes the workbook. Throws FileError and leaves `path` as it was on failure.
   void Save(const std::filesystem::path& path);
 
