@@ -59,6 +59,9 @@ void DescribeRun(CLI::App& run, RawRun& raw) {
           "ADDRESS");
   AddText(run, "--caller", options.caller,
           "The shape or control of the active sheet that runs the macro", "SHAPE");
+  run.add_option("--journal", options.journal,
+                 "Keep what the run replaces in FILE, for 'vantora undo'")
+      ->type_name("FILE");
   run.add_flag("--changes", options.changes, "Print what changed, a line a cell");
   run.add_flag("--json", options.json, "Print the outcome as one JSON object on standard output");
 }
@@ -82,6 +85,18 @@ void DescribeDiff(CLI::App& diff, DiffOptions& options) {
       ->required()
       ->type_name("");
   diff.add_flag("--json", options.json, "Print one JSON object");
+}
+
+void DescribeUndo(CLI::App& undo, UndoOptions& options) {
+  undo.add_option("RESULT", options.result, "The workbook that a run wrote")
+      ->required()
+      ->type_name("");
+  undo.add_option("--journal", options.journal, "The journal of that run")
+      ->required()
+      ->type_name("FILE");
+  undo.add_option("--output", options.output, "Write the workbook as it was before to FILE")
+      ->required()
+      ->type_name("FILE");
 }
 
 void SplitMethod(const std::string& text, RunOptions& options) {
@@ -111,6 +126,9 @@ RunOptions ToRunOptions(RawRun raw, const std::vector<std::string>& remaining) {
   if (targets != 1) {
     throw UsageError(
         "Say where the result goes, with exactly one of --output FILE, --in-place and --dry-run.");
+  }
+  if (raw.dry_run && !options.journal.empty()) {
+    throw UsageError("--journal keeps what a run replaces; with --dry-run it replaces nothing.");
   }
   if (raw.in_place) options.target = Target::kInPlace;
   if (!raw.output.empty()) options.target = Target::kOutputFile;
@@ -153,6 +171,8 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
   DescribeRecalculate(*recalculate, command.recalculate);
   CLI::App* diff = app.add_subcommand("diff", "Tell in what two workbooks differ");
   DescribeDiff(*diff, command.diff);
+  CLI::App* undo = app.add_subcommand("undo", "Give a workbook back as it was before a run");
+  DescribeUndo(*undo, command.undo);
 
   std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
   try {
@@ -179,6 +199,10 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
   }
   if (recalculate->parsed()) {
     command.kind = Command::Kind::kRecalculate;
+    return command;
+  }
+  if (undo->parsed()) {
+    command.kind = Command::Kind::kUndo;
     return command;
   }
   if (diff->parsed()) {

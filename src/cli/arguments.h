@@ -6,18 +6,20 @@
 
 #include "cli/diff.h"
 #include "cli/inspect.h"
+#include "cli/journal.h"
 #include "cli/recalculate.h"
 #include "cli/run_options.h"
 
 namespace vantora::cli {
 
 struct Command {
-  enum class Kind { kRun, kList, kInspect, kRecalculate, kDiff, kPrint };
+  enum class Kind { kRun, kList, kInspect, kRecalculate, kDiff, kUndo, kPrint };
   Kind kind = Kind::kPrint;
   RunOptions run;                  // for kRun
   InspectOptions inspect;          // for kInspect
   RecalculateOptions recalculate;  // for kRecalculate
   DiffOptions diff;                // for kDiff
+  UndoOptions undo;                // for kUndo
   std::string text;                // for kPrint: help or version
 };
 

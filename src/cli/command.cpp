@@ -4,6 +4,7 @@
 #include "cli/class_list.h"
 #include "cli/diff.h"
 #include "cli/inspect.h"
+#include "cli/journal.h"
 #include "cli/recalculate.h"
 #include "cli/report.h"
 #include "cli/run.h"
@@ -26,6 +27,8 @@ ExitCode Follow(const Command& command, Environment& environment) {
       return Recalculate(command.recalculate, environment);
     case Command::Kind::kDiff:
       return Diff(command.diff, environment);
+    case Command::Kind::kUndo:
+      return Undo(command.undo, environment);
     case Command::Kind::kRun: {
       const RunOutcome outcome = Run(command.run, environment);
       Report(outcome, command.run, environment.out, environment.err);

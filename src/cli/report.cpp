@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/cell_text.h"
+#include "cli/changes_json.h"
 #include "core/convert.h"
 #include "core/message_box.h"
 #include "ui/console/terminal_text.h"
@@ -139,23 +140,6 @@ Json ResultJson(const Value& value) {
   if (value.IsBoolean()) return value.AsBoolean();
   if (value.IsNumber()) return value.AsNumber();
   return ValueToText(value);
-}
-
-Json ChangesJson(const embedded::ChangeList& changes) {
-  Json inserted = Json::array();
-  for (const auto& columns : changes.inserted) {
-    inserted.push_back({{"sheet", columns.sheet},
-                        {"column", embedded::ColumnLetters(columns.column)},
-                        {"count", columns.count}});
-  }
-  Json cells = Json::array();
-  for (const auto& cell : changes.cells) {
-    cells.push_back({{"sheet", cell.sheet},
-                     {"cell", embedded::ToA1(cell.cell)},
-                     {"before", cell.before},
-                     {"after", cell.after}});
-  }
-  return {{"inserted_columns", inserted}, {"cells", cells}, {"others", changes.others}};
 }
 
 Json PathJson(const std::optional<std::filesystem::path>& path) {

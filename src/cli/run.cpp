@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "cli/call.h"
+#include "cli/journal.h"
 #include "cli/run_user_interface.h"
 #include "cli/save.h"
 #include "package/file_error.h"
@@ -78,7 +79,9 @@ void TellState(embedded::Session& session, const RunOptions& options, RunOutcome
     outcome.uncalculated.push_back(
         {session.file().model().NameOf(formula.sheet), formula.cell, formula.reason});
   }
-  if (options.changes || options.json) outcome.changes = session.Changes();
+  if (options.changes || options.json || !options.journal.empty()) {
+    outcome.changes = session.Changes();
+  }
 }
 
 void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
@@ -88,11 +91,25 @@ void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcom
   outcome.backup = std::move(files.backup);
 }
 
+// The result is written by now; a journal that can't be must say so.
+void WriteJournal(const Journal& journal, const RunOptions& options, const RunOutcome& outcome) {
+  try {
+    journal.Write(options.journal, options, outcome);
+  } catch (const embedded::FileError& error) {
+    throw embedded::FileError(error.code(), "The result was written to " +
+                                                outcome.written->string() +
+                                                ", but not its journal: " + error.what());
+  }
+}
+
 // The run itself; throws what ends it early.
 void Execute(const RunOptions& options, Call& call, RunUserInterface& user_interface,
              Environment& environment, RunOutcome& outcome) {
+  std::optional<Journal> journal;
+  if (!options.journal.empty()) journal.emplace(options.model);
   const std::unique_ptr<embedded::Session> session = embedded::Session::Open(options.model);
-  if (options.changes || options.json) session->RecordChanges();
+  const bool records = options.changes || options.json || !options.journal.empty();
+  if (records) session->RecordChanges();
   Prepare(*session, options);
   outcome.result = CallMethod(call, *session, user_interface, environment);
   if (user_interface.reported_error()) {
@@ -107,6 +124,7 @@ void Execute(const RunOptions& options, Call& call, RunUserInterface& user_inter
   }
   TellState(*session, options, outcome);
   SaveResult(*session, options, outcome);
+  if (journal) WriteJournal(*journal, options, outcome);
 }
 
 void Fail(RunOutcome& outcome, ExitCode exit_code, ReportedError error) {

@@ -42,6 +42,9 @@ struct RunOptions {
 
   std::string caller;  // shape or control of the active sheet that runs the macro
 
+  // Where what the run replaces is kept; empty for nowhere.
+  std::filesystem::path journal;
+
   bool changes = false;
   bool json = false;
 };

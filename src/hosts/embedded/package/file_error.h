@@ -18,6 +18,7 @@ class FileError : public std::runtime_error {
     kNotAWorkbook,  // a package, but not a spreadsheet
     kUnsupported,   // a workbook of a kind that can't be handled
     kCannotWrite,   // the target can't be written
+    kChangedSince,  // not the file that an earlier run left
   };
 
   FileError(Code code, const std::string& what) : std::runtime_error(what), code_(code) {}

@@ -48,12 +48,13 @@ class ZipArchive {
   const std::vector<Entry>& entries() const { return entries_; }
   // Unpacked bytes of an entry. Throws FileError. May be called from several threads.
   std::string Read(std::size_t index) const;
+  // The entry as the archive has it, not unpacked. Throws FileError.
+  PackedBytes ReadPacked(std::size_t index) const;
 
  private:
   friend void WriteZip(const class ReplacementFile&, const ZipArchive*,
                        const std::vector<struct ZipOutput>&);
   void ReadDirectory();
-  PackedBytes ReadPacked(std::size_t index) const;
 
   std::string file_name_;
   zip* handle_ = nullptr;

@@ -1,0 +1,99 @@
+// recalculate, diff, journal and undo.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "cli/small_model.h"
+#include "package/workbook_file.h"
+
+namespace vantora::cli {
+namespace {
+
+using ::testing::HasSubstr;
+using vantora::testing::CommandResult;
+using vantora::testing::SmallModel;
+
+class AuthorTools : public ::testing::Test {
+ protected:
+  std::string Path(const std::string& name = "model.xlsm") { return model.path(name).string(); }
+  // A year end whose result and journal stand beside the model.
+  CommandResult ShiftWithJournal() {
+    return model.Run({"clsYearEnd.ShiftHistory", "--output", Path("shifted.xlsm"), "--yes",
+                      "--journal", Path("shift.journal")});
+  }
+
+  SmallModel model;
+};
+
+TEST_F(AuthorTools, RecalculateTellsStoredValuesThatDiffer) {
+  {
+    // Another program stored 99 for =O3*2.
+    auto file = embedded::WorkbookFile::Open(model.path());
+    file->model().sheets[1]->cells.SetValue({3, 16}, embedded::CellValue::Number(99));
+    file->Save(model.path());
+  }
+  const CommandResult compared = model.Command({"recalculate", Path(), "--compare"});
+  EXPECT_THAT(compared.out, HasSubstr("1 stored value differs\n  Data 01!P3  99  ->  12\n"));
+  EXPECT_THAT(compared.out, HasSubstr("Planning!D5: "));  // WEBSERVICE
+
+  const CommandResult json =
+      model.Command({"recalculate", Path(), "--compare", "--json", "--output", Path("new.xlsm")});
+  const auto outcome = nlohmann::json::parse(json.out);
+  EXPECT_EQ(outcome["formulas"], 3);
+  EXPECT_EQ(outcome["uncalculated"].size(), 1u);
+  EXPECT_THAT(model.Command({"recalculate", Path("new.xlsm"), "--compare"}).out,
+              HasSubstr("0 stored values differ"));
+}
+
+TEST_F(AuthorTools, DiffTellsCellsAndParts) {
+  EXPECT_EQ(model.Command({"diff", Path(), Path()}).out, "The workbooks are the same.\n");
+  model.Run({"clsGlobals.Version", "--output", Path("other.xlsm"), "--set", "'Data 01'!O3=7",
+             "--set", "Planning!C5==SUM('Data 01'!J3:N3)"});
+  const std::string cells = model.Command({"diff", Path(), Path("other.xlsm")}).out;
+  EXPECT_THAT(cells, HasSubstr("Data 01\n  O3  6  ->  7\n  P3  =O3*2 [12]  ->  =O3*2 [14]\n"));
+  EXPECT_THAT(cells, HasSubstr("C5  =SUM('Data 01'!J3:O3) [21]  ->  =SUM('Data 01'!J3:N3) [15]\n"));
+  const auto json =
+      nlohmann::json::parse(model.Command({"diff", Path(), Path("other.xlsm"), "--json"}).out);
+  EXPECT_EQ(json["cells"].size(), 3u);
+}
+
+TEST_F(AuthorTools, UndoGivesBackEveryPart) {
+  ASSERT_EQ(ShiftWithJournal().exit_code, 0);
+  EXPECT_THAT(model.Command({"diff", Path(), Path("shifted.xlsm")}).out, HasSubstr("Data 01"));
+  const CommandResult undone =
+      model.Command({"undo", Path("shifted.xlsm"), "--journal", Path("shift.journal"), "--output",
+                     Path("back.xlsm")});
+  EXPECT_EQ(undone.exit_code, 0) << undone.err;
+  EXPECT_EQ(model.Command({"diff", Path(), Path("back.xlsm")}).out,
+            "The workbooks are the same.\n");
+}
+
+TEST_F(AuthorTools, UndoRefusesAFileThatChangedSince) {
+  ASSERT_EQ(ShiftWithJournal().exit_code, 0);
+  ASSERT_EQ(model
+                .Command({"run", Path("shifted.xlsm"), "clsGlobals.Version", "--in-place", "--set",
+                          "'Data 01'!J3=99"})
+                .exit_code,
+            0);
+  const CommandResult undone =
+      model.Command({"undo", Path("shifted.xlsm"), "--journal", Path("shift.journal"), "--output",
+                     Path("back.xlsm")});
+  EXPECT_EQ(undone.exit_code, 1);
+  EXPECT_THAT(undone.err, HasSubstr("is not as the run left it"));
+  EXPECT_FALSE(std::filesystem::exists(model.path("back.xlsm")));
+}
+
+TEST_F(AuthorTools, JournalNeedsSomethingWrittenAndAJournalIsOne) {
+  const CommandResult dry =
+      model.Run({"clsYearEnd.ShiftHistory", "--dry-run", "--yes", "--journal", Path("j")});
+  EXPECT_EQ(dry.exit_code, 2);
+  EXPECT_TRUE(model.Untouched());
+  const CommandResult no_journal =
+      model.Command({"undo", Path(), "--journal", Path(), "--output", Path("back.xlsm")});
+  EXPECT_EQ(no_journal.exit_code, 1);
+  EXPECT_THAT(no_journal.err, HasSubstr("is no journal of a run"));
+}
+
+}  // namespace
+}  // namespace vantora::cli
