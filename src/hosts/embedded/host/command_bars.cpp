@@ -26,14 +26,15 @@ void RequireExisting(const ApplicationState& application, const MenuControl& con
   while (outermost->parent) outermost = outermost->parent;
   if (outermost == application.menu_bar.get()) return;
   throw HostError(kUnspecifiedFailure,
-                  "Method '" + member + "' of object 'CommandBarControl' failed: the control has "
-                                        "been deleted.");
+                  "Method '" + member +
+                      "' of object 'CommandBarControl' failed: the control has "
+                      "been deleted.");
 }
 
 [[noreturn]] void RefuseMemberOfKind(const std::string& member, const std::string& kind) {
-  throw HostError(HostError::kMemberNotSupported,
-                  "Object doesn't support this property or method: " + kind + " has no " + member +
-                      ".");
+  throw HostError(
+      HostError::kMemberNotSupported,
+      "Object doesn't support this property or method: " + kind + " has no " + member + ".");
 }
 
 class EmbeddedControls : public host::CommandBarControls {

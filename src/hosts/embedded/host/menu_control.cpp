@@ -4,10 +4,9 @@ namespace vantora::embedded {
 
 std::shared_ptr<MenuControl> StandardMenuBar() {
   auto bar = std::make_shared<MenuControl>(host::MsoControlType::kPopup, nullptr);
-  for (const char* caption : {"&File", "&Edit", "&View", "&Insert", "F&ormat", "&Tools", "&Data",
-                              "&Window", "&Help"}) {
-    bar->controls.push_back(
-        std::make_shared<MenuControl>(host::MsoControlType::kPopup, bar.get()));
+  for (const char* caption :
+       {"&File", "&Edit", "&View", "&Insert", "F&ormat", "&Tools", "&Data", "&Window", "&Help"}) {
+    bar->controls.push_back(std::make_shared<MenuControl>(host::MsoControlType::kPopup, bar.get()));
     bar->controls.back()->caption = caption;
   }
   return bar;
