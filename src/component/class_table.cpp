@@ -1,11 +1,13 @@
 #include "component/class_table.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "component/ref_sheet_methods.h"
 #include "core/convert.h"
 #include "core/globals.h"
 #include "maintenance/year_end.h"
+#include "presentation/menu_management.h"
 #include "refsheet/ref_sheet.h"
 
 namespace vantora::component {
@@ -86,6 +88,69 @@ PublicClass YearEnd() {
       .create = Create<clsYearEnd>};
 }
 
+Value SelectConfig(PublicObject& object, std::span<Argument> arguments) {
+  const double number = std::get<Value>(arguments[0]).AsNumber();
+  if (number < INT16_MIN || number > INT16_MAX) {
+    throw HostError(HostError::kOverflow, "Overflow", "Orvanemcro1");
+  }
+  static_cast<clsMenuManagement&>(object).SelectConfig(static_cast<std::int16_t>(number));
+  return {};
+}
+
+PublicClass MenuManagement() {
+  using Menus = clsMenuManagement;
+  return {
+      .name = "clsMenuManagement",
+      .help = "The model's and the dashboard's menus",
+      .methods =
+          {{.name = "CreateVAMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Puts the model's menu on the menu bar, before the Window menu",
+            .call = Run<Menus, &Menus::CreateVAMenuBar>},
+           {.name = "RemoveVAMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Removes the model's menu",
+            .call = Run<Menus, &Menus::RemoveVAMenuBar>},
+           {.name = "CreateDashboardMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Replaces the dashboard's menu by a new one",
+            .call = Run<Menus, &Menus::CreateDashboardMenuBar>},
+           {.name = "RemoveDashboardMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Removes the dashboard's menu",
+            .call = Run<Menus, &Menus::RemoveDashboardMenuBar>},
+           {.name = "SetDashboardMenuPanes",
+            .parameters = {},
+            .asks = "",
+            .help = "Offers one chart selection or two, as the dashboard's window has panes",
+            .call = Run<Menus, &Menus::SetDashboardMenuPanes>},
+           {.name = "ExposeDashMenu",
+            .parameters = {{.name = "visible",
+                            .type = ParameterType::kBoolean,
+                            .help = "whether the menu is shown"}},
+            .asks = "",
+            .help = "Shows or hides the dashboard's menu",
+            .call =
+                [](PublicObject& object, std::span<Argument> arguments) {
+                  static_cast<Menus&>(object).ExposeDashMenu(
+                      std::get<Value>(arguments[0]).AsBoolean());
+                  return Value();
+                }},
+           {.name = "SelectConfig",
+            .parameters = {{.name = "configNumber",
+                            .type = ParameterType::kInteger,
+                            .help = "1 to 9; 0 for all columns; negative to activate the dashboard "
+                                    "as well, as 0 does"}},
+            .asks = "",
+            .help = "Shows the dashboard columns of a configuration and hides the others",
+            .call = SelectConfig}},
+      .create = Create<Menus>};
+}
+
 // A class that is part of the component's surface but does not exist yet.
 PublicClass Missing(std::string_view name, std::string_view help) {
   return {.name = name, .help = help, .methods = {}, .create = nullptr};
@@ -104,7 +169,7 @@ const std::vector<PublicClass>& PublicClasses() {
       Missing("clsRatiosCompDataSet", "The ratio comparison data set"),
       Missing("clsDevelopmentMode", "Switching between normal and development mode"),
       Missing("clsClearAllData", "Clearing all entered data"),
-      Missing("clsMenuManagement", "The model's and the dashboard's menus"),
+      MenuManagement(),
       Missing("clsDashboard", "The dashboard's chart list and column configurations"),
       Missing("clsCopyWorksheet", "Copying a worksheet or range into another workbook"),
       Missing("clsHider", "Handling of workbook open and save"),
