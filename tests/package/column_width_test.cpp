@@ -1,36 +1,41 @@
 // The default font that widths of columns are counted in.
+#include "package/column_width.h"
+
 #include <gtest/gtest.h>
 
-#include "package/column_width.h"
+#include "package/styles_reader.h"
+#include "package_support.h"
 
 namespace vantora::embedded {
 namespace {
 
-TEST(ColumnWidthTest, TheDefaultFontIsThatOfTheNormalStyle) {
+TEST(ColumnWidthTest, DigitsHaveTheWidthThatExcelDrawsThemWith) {
   const struct {
     const char* font;
+    double points;
     int pixels;
   } cases[] = {
-      {"<sz val=\"11\"/><name val=\"Calibri\"/>", 7},
-      {"<sz val=\"8\"/><name val=\"Calibri\"/>", 6},
-      {"<sz val=\"12\"/><name val=\"calibri\"/>", 8},
-      {"<sz val=\"10\"/><name val=\"Arial\"/>", 7},
-      {"<sz val=\"10\"/><name val=\"Verdana\"/>", 8},
-      {"<sz val=\"11\"/><name val=\"Aptos Narrow\"/>", 7},
-      {"<sz val=\"20\"/><name val=\"Unheard Of\"/>", 15},
-      {"", 7},
+      {"Calibri", 11, 7}, {"Calibri", 8, 6},       {"calibri", 12, 8},     {"Arial", 10, 7},
+      {"Verdana", 10, 8}, {"Aptos Narrow", 11, 7}, {"Unheard Of", 20, 15},
   };
   for (const auto& one : cases) {
-    pugi::xml_document document;
-    std::string text =
-        "<styleSheet><fonts><font><sz val=\"30\"/><name val=\"Arial\"/></font><font>" +
-        std::string(one.font) +
-        "</font></fonts><cellStyleXfs><xf fontId=\"0\"/><xf fontId=\"1\"/></cellStyleXfs>"
-        "<cellStyles><cellStyle name=\"Heading\" xfId=\"0\" builtinId=\"16\"/>"
-        "<cellStyle name=\"Normal\" xfId=\"1\" builtinId=\"0\"/></cellStyles></styleSheet>";
-    ASSERT_TRUE(document.load_string(text.c_str()));
-    EXPECT_EQ(MaxDigitWidth(document.child("styleSheet")), one.pixels) << one.font;
+    EXPECT_EQ(MaxDigitWidth(one.font, one.points), one.pixels) << one.font << ' ' << one.points;
   }
+}
+
+class DefaultFontTest : public PackageTest {};
+
+TEST_F(DefaultFontTest, IsThatOfTheNormalStyleInWhateverLanguage) {
+  Parts parts = OneSheet("<sheetData/>");
+  AddWorkbookPart(
+      parts, "styles", "styles.xml",
+      "<styleSheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\"><fonts>"
+      "<font><sz val=\"30\"/><name val=\"Arial\"/></font>"
+      "<font><sz val=\"10\"/><name val=\"Verdana\"/></font></fonts>"
+      "<cellStyleXfs><xf fontId=\"0\"/><xf fontId=\"1\"/></cellStyleXfs>"
+      "<cellStyles><cellStyle name=\"Titel\" xfId=\"0\" builtinId=\"15\"/>"
+      "<cellStyle name=\"Standard\" xfId=\"1\" builtinId=\"0\"/></cellStyles></styleSheet>");
+  EXPECT_EQ(OpenParts(parts)->model().styles.max_digit_width, 8);
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 
 #include "core/convert.h"
 #include "package/xml_scanner.h"
-#include "package/xml_tree.h"
 
 namespace vantora::embedded {
 namespace {
@@ -30,8 +29,6 @@ constexpr std::string_view kNarrowed = "Calibri";
 constexpr int kNarrowedHeight = 15;
 constexpr int kNarrowedWidth = 7;
 
-constexpr std::string_view kUsualFont = "Calibri";
-constexpr double kUsualFontSize = 11;
 constexpr int kUsualCharacters = 8;
 // Standard widths are whole multiples, which makes sheets scroll fast.
 constexpr int kStandardStep = 8;
@@ -43,7 +40,12 @@ double NumberOr(std::string_view text, double otherwise) {
   return error == std::errc() && end == text.data() + text.size() ? number : otherwise;
 }
 
-int DigitPixels(std::string_view font, double points) {
+// Margins on both sides and the grid line.
+int Padding(int max_digit_width) { return 2 * ((max_digit_width + 3) / 4) + 1; }
+
+}  // namespace
+
+int MaxDigitWidth(std::string_view font, double points) {
   const int height = static_cast<int>(std::lround(points / kPointsPerPixel));
   if (EqualsIgnoreCase(font, kNarrowed) && height == kNarrowedHeight) return kNarrowedWidth;
   double ems = kUnknownFont;
@@ -51,34 +53,6 @@ int DigitPixels(std::string_view font, double points) {
     if (EqualsIgnoreCase(font, known.font)) ems = known.ems;
   }
   return std::max(1, static_cast<int>(std::lround(height * ems)));
-}
-
-// Margins on both sides and the grid line.
-int Padding(int max_digit_width) { return 2 * ((max_digit_width + 3) / 4) + 1; }
-
-pugi::xml_node NthChild(pugi::xml_node node, std::string_view name, unsigned index) {
-  pugi::xml_node found;
-  unsigned next = 0;
-  ForEachChild(node, name, [&](pugi::xml_node child) {
-    if (next++ == index) found = child;
-  });
-  return found;
-}
-
-}  // namespace
-
-int MaxDigitWidth(pugi::xml_node style_sheet) {
-  unsigned format = 0;
-  ForEachChild(Child(style_sheet, "cellStyles"), "cellStyle", [&](pugi::xml_node style) {
-    pugi::xml_attribute builtin = style.attribute("builtinId");
-    if (builtin && builtin.as_int() == 0) format = style.attribute("xfId").as_uint();
-  });
-  pugi::xml_node xf = NthChild(Child(style_sheet, "cellStyleXfs"), "xf", format);
-  pugi::xml_node font =
-      NthChild(Child(style_sheet, "fonts"), "font", xf.attribute("fontId").as_uint());
-  std::string_view name = Child(font, "name").attribute("val").value();
-  double size = NumberOr(Child(font, "sz").attribute("val").value(), kUsualFontSize);
-  return DigitPixels(name.empty() ? kUsualFont : name, size);
 }
 
 int PixelsOfWidth(double width, int max_digit_width) {

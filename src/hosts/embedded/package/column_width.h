@@ -4,8 +4,7 @@
 // such digits and includes the margins and the grid line; the width that users see does not.
 #pragma once
 
-#include <pugixml.hpp>
-#include <string>
+#include <string_view>
 
 #include "package/sheet_markup.h"
 
@@ -14,8 +13,12 @@ namespace vantora::embedded {
 // What a pixel measures at 96 dpi.
 inline constexpr double kPointsPerPixel = 0.75;
 
-// The pixels of the widest digit in the font of the style "Normal" of a <styleSheet>.
-int MaxDigitWidth(pugi::xml_node style_sheet);
+// The default font of a workbook that says none.
+inline constexpr std::string_view kUsualFont = "Calibri";
+inline constexpr double kUsualFontSize = 11;
+
+// The pixels of a font's widest digit.
+int MaxDigitWidth(std::string_view font, double points);
 
 // Pixels of a file's width.
 int PixelsOfWidth(double width, int max_digit_width);

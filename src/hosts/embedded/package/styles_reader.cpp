@@ -114,6 +114,31 @@ double ParseTint(std::string_view text) {
   return tint;
 }
 
+pugi::xml_node NthChild(pugi::xml_node node, std::string_view name, unsigned index) {
+  pugi::xml_node found;
+  unsigned next = 0;
+  ForEachChild(node, name, [&](pugi::xml_node child) {
+    if (next++ == index) found = child;
+  });
+  return found;
+}
+
+// Of the font of the style "Normal", whatever its name in the user's language.
+int DefaultDigitWidth(pugi::xml_node sheet) {
+  unsigned format = 0;
+  ForEachChild(Child(sheet, "cellStyles"), "cellStyle", [&](pugi::xml_node style) {
+    pugi::xml_attribute builtin = style.attribute("builtinId");
+    if (builtin && builtin.as_int() == 0) format = style.attribute("xfId").as_uint();
+  });
+  pugi::xml_node xf = NthChild(Child(sheet, "cellStyleXfs"), "xf", format);
+  pugi::xml_node font = NthChild(Child(sheet, "fonts"), "font", xf.attribute("fontId").as_uint());
+  std::string_view name = Child(font, "name").attribute("val").value();
+  std::string_view size = Child(font, "sz").attribute("val").value();
+  double points = kUsualFontSize;
+  std::from_chars(size.data(), size.data() + size.size(), points);
+  return MaxDigitWidth(name.empty() ? kUsualFont : name, points);
+}
+
 class StylesReader {
  public:
   explicit StylesReader(const Theme& theme) : theme_(theme) {}
@@ -142,7 +167,7 @@ class StylesReader {
       format.locked = !locked || IsTrue(locked.value());
     });
     if (styles_.formats.empty()) styles_.formats.emplace_back();
-    styles_.max_digit_width = MaxDigitWidth(sheet);
+    styles_.max_digit_width = DefaultDigitWidth(sheet);
     return std::move(styles_);
   }
 
