@@ -1,27 +1,13 @@
 // The columns of an open workbook's sheets: hiding them, and their widths.
-#include <algorithm>
-
 #include "host/column_formats.h"
 #include "host/open_workbook.h"
+#include "host/sheet_protection.h"
 #include "package/column_width.h"
-#include "package/sheet_reader.h"
-#include "package/xml_scanner.h"
 
 namespace vantora::embedded {
 namespace {
 
 constexpr double kWidestColumn = 255;
-
-// A sheet's protection that lets its user format columns says so.
-bool LetsFormatColumns(const SheetMarkup& markup) {
-  const MarkupElement* protection = markup.Find("sheetProtection");
-  if (!protection) return false;
-  XmlScanner xml(protection->text);
-  while (xml.Next() != XmlScanner::Token::kStart) {
-  }
-  auto locked = xml.Attribute("formatColumns");
-  return locked && !IsTrue(*locked);
-}
 
 }  // namespace
 
@@ -47,9 +33,10 @@ bool OpenWorkbook::ColumnsHidden(int sheet_id, int first, int last) {
 }
 
 void OpenWorkbook::RefuseFormattingColumns(int sheet_id, const char* property) {
-  if (!sheet(sheet_id).is_protected || LetsFormatColumns(file_->markup(sheet_id))) return;
+  if (MayFormatColumns(*this, sheet_id)) return;
   Refuse("Unable to set the " + std::string(property) +
-         " property of the Range class: the sheet \"" + sheet(sheet_id).name + "\" is protected.");
+         " property of the Range class: the sheet \"" + sheet(sheet_id).name +
+         "\" is protected. Unprotect it first.");
 }
 
 void OpenWorkbook::SetColumnsHidden(int sheet_id, int first, int last, bool hidden) {

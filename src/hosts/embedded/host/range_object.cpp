@@ -1,5 +1,6 @@
 // Range and what belongs to it over an open workbook.
 #include "host/objects.h"
+#include "host/row_edits.h"
 #include "package/column_width.h"
 
 namespace vantora::embedded {
@@ -194,9 +195,12 @@ void EmbeddedRange::SetHorizontalAlignment(host::XlHAlign) {
 
 void EmbeddedRange::SetWrapText(bool) { RefuseMember("Range.WrapText (put)"); }
 
-bool EmbeddedRange::RowsHidden() { RefuseMember("Range.Rows.Hidden"); }
+bool EmbeddedRange::RowsHidden() { return embedded::RowsHidden(*book_, sheet_, area_); }
 
-void EmbeddedRange::SetRowsHidden(bool) { RefuseMember("Range.Rows.Hidden (put)"); }
+void EmbeddedRange::SetRowsHidden(bool hidden) {
+  EndCopy();
+  embedded::SetRowsHidden(*book_, sheet_, area_, hidden);
+}
 
 bool EmbeddedRange::ColumnsHidden() {
   return book_->ColumnsHidden(sheet_, area_.first_column, area_.last_column);
@@ -218,9 +222,12 @@ double EmbeddedRange::Width() {
          kPointsPerPixel;
 }
 
-double EmbeddedRange::RowHeight() { RefuseMember("Range.RowHeight"); }
+double EmbeddedRange::RowHeight() { return embedded::RowHeight(*book_, sheet_, area_.first_row); }
 
-void EmbeddedRange::SetRowHeight(double) { RefuseMember("Range.RowHeight (put)"); }
+void EmbeddedRange::SetRowHeight(double points) {
+  EndCopy();
+  embedded::SetRowHeight(*book_, sheet_, area_, points);
+}
 
 double EmbeddedRange::ColumnWidth() {
   return book_->ColumnWidth(sheet_, area_.first_column);
@@ -231,9 +238,12 @@ void EmbeddedRange::SetColumnWidth(double characters) {
   book_->SetColumnsWidth(sheet_, area_.first_column, area_.last_column, characters);
 }
 
-int EmbeddedRange::OutlineLevel() { RefuseMember("Range.OutlineLevel"); }
+int EmbeddedRange::OutlineLevel() { return RowOutlineLevel(*book_, sheet_, area_.first_row); }
 
-void EmbeddedRange::SetOutlineLevel(int) { RefuseMember("Range.OutlineLevel (put)"); }
+void EmbeddedRange::SetOutlineLevel(int level) {
+  EndCopy();
+  SetRowOutlineLevel(*book_, sheet_, area_, level);
+}
 
 host::NamePtr EmbeddedRange::Name() { RefuseMember("Range.Name"); }
 

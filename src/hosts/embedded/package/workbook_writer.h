@@ -48,6 +48,8 @@ class NewSharedStrings {
 // Styles.
 void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats,
                         int max_digit_width);
+// Makes <sheetFormatPr> say how deep the rows' outline is.
+void WriteRowOutline(SheetMarkup& markup, const SheetModel& sheet);
 // Makes <dimension> say `area` (nullopt: an empty sheet).
 void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area);
 // Selection in the active pane of the first view.
