@@ -20,7 +20,6 @@ constexpr std::string_view kDashboardMenuTag = "VantoraDashboard";
 constexpr std::string_view kLeftChartSelection = "Left Chart Selection";
 constexpr int kLeft = 0;
 constexpr int kRight = 1;
-constexpr int kConfigurations = 9;
 
 CommandBarControlPtr AddPopup(CommandBarControl& parent, std::string_view caption) {
   CommandBarControlPtr popup = parent.Controls()->Add(MsoControlType::kPopup, std::nullopt);
@@ -179,13 +178,12 @@ void clsMenuManagement::SelectConfig(std::int16_t config_number) {
 int clsMenuManagement::ApplyConfig(host::Worksheet& dashboard, int configuration) {
   clsDashboard columns(services());
   InitInner(columns);
-  // Configuration k at k; the element at 0 is not used.
-  std::vector<bool> shown_in(kConfigurations + 1);
+  std::vector<bool> shown_in(kDashboardConfigurations + 1);
   int last_shown_column = 0;
   const int column_count = dashboard.UsedRange()->ColumnsCount();
   for (int column = 1; column <= column_count; ++column) {
     columns.RetrieveColumnConfig(column, shown_in);
-    if (configuration > kConfigurations) {
+    if (configuration > kDashboardConfigurations) {
       throw SubscriptOutOfRange("there are 9 configurations, and none has the number " +
                                 std::to_string(configuration) + ".");
     }
