@@ -7,6 +7,7 @@
 #include "core/convert.h"
 #include "core/globals.h"
 #include "maintenance/year_end.h"
+#include "presentation/dashboard.h"
 #include "presentation/menu_management.h"
 #include "refsheet/ref_sheet.h"
 
@@ -151,6 +152,49 @@ PublicClass MenuManagement() {
       .create = Create<Menus>};
 }
 
+// A member that takes a column and its flags.
+template <auto member>
+Method ColumnConfig(std::string_view name, std::string_view help, bool is_filled) {
+  return {.name = name,
+          .parameters = {{.name = "column",
+                          .type = ParameterType::kInteger,
+                          .help = "the number of the dashboard's column"},
+                         {.name = "flags",
+                          .type = ParameterType::kNumberedFlags,
+                          .help = "whether configurations 1, 2, ... show the column",
+                          .is_filled = is_filled}},
+          .asks = "",
+          .help = help,
+          .call = [](PublicObject& object, std::span<Argument> arguments) {
+            (static_cast<clsDashboard&>(object).*
+             member)(static_cast<int>(std::get<Value>(arguments[0]).AsNumber()),
+                     std::get<std::vector<bool>>(arguments[1]));
+            return Value();
+          }};
+}
+
+PublicClass Dashboard() {
+  return {.name = "clsDashboard",
+          .help = "The dashboard's chart list and column configurations",
+          .methods = {{.name = "BuildChartList",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Lists the dashboard's charts on the Reference Sheet",
+                       .call = Run<clsDashboard, &clsDashboard::BuildChartList>},
+                      ColumnConfig<&clsDashboard::RetrieveColumnConfig>(
+                          "RetrieveColumnConfig",
+                          "Tells which configurations show a column of the dashboard", true),
+                      ColumnConfig<&clsDashboard::SaveColumnConfig>(
+                          "SaveColumnConfig",
+                          "Sets which configurations show a column of the dashboard", false),
+                      {.name = "DashboardConfigure",
+                       .parameters = {},
+                       .asks = "frmDashConfigure",
+                       .help = "Chooses the columns that each configuration shows, and the names",
+                       .call = Run<clsDashboard, &clsDashboard::DashboardConfigure>}},
+          .create = Create<clsDashboard>};
+}
+
 // A class that is part of the component's surface but does not exist yet.
 PublicClass Missing(std::string_view name, std::string_view help) {
   return {.name = name, .help = help, .methods = {}, .create = nullptr};
@@ -170,7 +214,7 @@ const std::vector<PublicClass>& PublicClasses() {
       Missing("clsDevelopmentMode", "Switching between normal and development mode"),
       Missing("clsClearAllData", "Clearing all entered data"),
       MenuManagement(),
-      Missing("clsDashboard", "The dashboard's chart list and column configurations"),
+      Dashboard(),
       Missing("clsCopyWorksheet", "Copying a worksheet or range into another workbook"),
       Missing("clsHider", "Handling of workbook open and save"),
       Missing("clsChartListControl", "The dashboard's chart list control"),

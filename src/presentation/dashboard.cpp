@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
 #include "core/common.h"
 #include "core/convert.h"
 #include "core/model_layout.h"
+#include "presentation/frm_dash_configure.h"
 #include "refsheet/ref_sheet.h"
 
 namespace vantora {
@@ -17,6 +19,8 @@ constexpr int kConfigRow = 1;
 constexpr std::string_view kTokenStart = "H(";
 // What the chart list has room for.
 constexpr std::size_t kMostCharts = 80;
+// And the dialog for one column.
+constexpr std::size_t kMostTitles = 5;
 // A chart may miss its column by this part of a column's width.
 constexpr double kTolerance = 20;
 
@@ -48,6 +52,23 @@ std::string HiddenToken(const std::vector<bool>& flags) {
     list += std::to_string(number);
   }
   return list.empty() ? list : std::string(kTokenStart) + list + ")";
+}
+
+// A number as the macro language's integers hold it.
+int ToInteger(int number) {
+  if (number < INT16_MIN || number > INT16_MAX) {
+    throw HostError(HostError::kOverflow, "Overflow", "Orvanemcro1");
+  }
+  return number;
+}
+
+host::WorksheetPtr ActiveWorksheet(host::Application& application) {
+  host::WorksheetPtr sheet = application.ActiveSheet();
+  if (!sheet) {
+    throw HostError(HostError::kTypeMismatch, "Type mismatch: the active sheet is no worksheet.",
+                    "Orvanemcro1");
+  }
+  return sheet;
 }
 
 // Points as the chart list counts them.
@@ -193,6 +214,68 @@ clsDashboard::ListedCharts clsDashboard::CollectCharts() {
     if (placed->left + placed->width > *edge + standard_width) charts.outside += line;
   }
   return charts;
+}
+
+// An entry of the chart list.
+struct clsDashboard::ChartEntry {
+  int column;
+  std::string title;
+};
+
+std::vector<clsDashboard::ChartEntry> clsDashboard::ReadChartList(clsRefSheet& reference_sheet) {
+  std::vector<ChartEntry> entries;
+  reference_sheet.ChartsListIteratorInit();
+  while (reference_sheet.ChartsListIteratorIsMore()) {
+    entries.push_back({ToInteger(reference_sheet.ChartsColumn()), reference_sheet.ChartsTitle()});
+    reference_sheet.ChartsListIteratorNext();
+  }
+  return entries;
+}
+
+void clsDashboard::DashboardConfigure() {
+  if (!initialized()) return;
+  application()->SetScreenUpdating(false);
+  const host::WorksheetPtr remembered_sheet = ActiveWorksheet(*application());
+  clsRefSheet reference_sheet(services());
+  InitInner(reference_sheet);
+  if (!reference_sheet.ChartsListIsDefined())
+    return;  // screen updating stays off: the model's rule
+
+  const std::vector<ChartEntry> charts = ReadChartList(reference_sheet);
+  int largest = 0;
+  for (const ChartEntry& chart : charts) largest = std::max(largest, chart.column);
+
+  frmDashConfigure dialog;
+  dialog.Init(*application(), *this, reference_sheet, menus());
+  dialog.Dashboard(sheet_);
+  dialog.CheckBoxListSize(largest);
+  AddColumns(dialog, charts, largest);
+  services().user_interface.ShowModal(dialog);
+  remembered_sheet->Activate();
+  application()->SetScreenUpdating(true);
+}
+
+void clsDashboard::AddColumns(frmDashConfigure& dialog, const std::vector<ChartEntry>& charts,
+                              int count) {
+  auto next = charts.begin();
+  for (int added = 0; added < count; ++added) {
+    // Columns without charts leave fewer runs than there are columns; the last one's column then
+    // comes again: the model's rule.
+    const int column = next != charts.end() ? next->column : charts.back().column;
+    std::vector<std::string> titles;
+    for (; next != charts.end() && next->column == column; ++next) {
+      if (titles.size() == kMostTitles) {
+        throw HostError(HostError::kSubscriptOutOfRange,
+                        "Subscript out of range: column " + std::to_string(column) +
+                            " of the dashboard has more than " + std::to_string(kMostTitles) +
+                            " charts in the chart list.",
+                        "Orvanemcro1");
+      }
+      titles.push_back(next->title);
+    }
+    if (titles.empty()) titles.emplace_back();
+    dialog.AddColumn(column, titles);
+  }
 }
 
 }  // namespace vantora

@@ -12,6 +12,7 @@
 namespace vantora {
 
 class clsRefSheet;
+class frmDashConfigure;
 
 // The configurations that the dashboard's menu and dialog offer, numbered from 1.
 inline constexpr int kDashboardConfigurations = 9;
@@ -56,7 +57,10 @@ class clsDashboard : public BoundObject {
   static std::optional<PlacedChart> Place(host::ChartObject& chart);
   // Sorts the dashboard's charts into those listed and those to be reported.
   ListedCharts CollectCharts();
-  std::vector<ChartEntry> ReadChartList(clsRefSheet& reference_sheet);
+  static std::vector<ChartEntry> ReadChartList(clsRefSheet& reference_sheet);
+  // Hands the dialog a column and the titles of its charts, `count` times.
+  static void AddColumns(frmDashConfigure& dialog, const std::vector<ChartEntry>& charts,
+                         int count);
 
   host::WorksheetPtr sheet_;
 };
