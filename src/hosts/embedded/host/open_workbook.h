@@ -12,6 +12,7 @@
 #include "core/host_error.h"
 #include "core/value.h"
 #include "formula/calculator.h"
+#include "host/workbook_windows.h"
 #include "package/comments.h"
 #include "package/workbook_file.h"
 
@@ -54,7 +55,9 @@ class OpenWorkbook {
   void SetCommentText(int sheet, CellAddress cell, std::string_view text);
   void SetCommentVisible(int sheet, CellAddress cell, bool visible);
 
-  int active_sheet() const { return active_sheet_; }
+  WorkbookWindows& windows() { return windows_; }
+  // What follows concerns the active window.
+  int active_sheet() const { return windows_.active().active_sheet; }
   // Throws HostError for a hidden sheet.
   void Activate(int sheet);
   // What is selected on a sheet: what the file says until something else is selected.
@@ -93,8 +96,7 @@ class OpenWorkbook {
 
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;
-  int active_sheet_ = 0;
-  std::map<int, Area> selections_;
+  WorkbookWindows windows_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;
 };
