@@ -27,6 +27,7 @@ host::RangePtr MakeRange(BookHandle book, int sheet, const Area& area);
 host::NamesPtr MakeNames(BookHandle book);
 host::ShapePtr MakeShape(BookHandle book, int sheet, std::string_view name);
 std::vector<host::ChartObjectPtr> MakeChartObjects(BookHandle book, int sheet);
+// The open windows of the workbook, the active one first.
 std::vector<host::WindowPtr> MakeWindows(BookHandle book);
 host::CommandBarPtr MakeMenuBar(std::shared_ptr<ApplicationState> application);
 

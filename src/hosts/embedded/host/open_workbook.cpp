@@ -7,7 +7,6 @@
 #include "formula/sheet_prefix.h"
 #include "host/column_formats.h"
 #include "host/pivot_areas.h"
-#include "host/sheet_selection.h"
 #include "package/sheet_features.h"
 
 namespace vantora::embedded {
@@ -38,7 +37,7 @@ Area Clip(const Area& area, int last_row, int last_column) {
 }  // namespace
 
 OpenWorkbook::OpenWorkbook(std::unique_ptr<WorkbookFile> file)
-    : file_(std::move(file)), calculator_(file_->model()), active_sheet_(file_->active_sheet()) {}
+    : file_(std::move(file)), calculator_(file_->model()), windows_(*file_) {}
 
 void OpenWorkbook::Refuse(const std::string& text) {
   throw HostError(HostError::kApplicationDefined, text);
@@ -301,17 +300,18 @@ void OpenWorkbook::Activate(int sheet_id) {
     Refuse("Activate method of Worksheet class failed: the sheet \"" + sheet(sheet_id).name +
            "\" is hidden.");
   }
-  active_sheet_ = sheet_id;
+  windows_.active().active_sheet = sheet_id;
 }
 
 Area OpenWorkbook::Selection(int sheet_id) {
-  if (auto selected = selections_.find(sheet_id); selected != selections_.end()) {
-    return selected->second;
-  }
-  return SelectionInMarkup(file_->markup(sheet_id));
+  return windows_.View(windows_.active(), sheet_id).selection;
 }
 
-void OpenWorkbook::Select(int sheet_id, const Area& area) { selections_[sheet_id] = area; }
+void OpenWorkbook::Select(int sheet_id, const Area& area) {
+  SheetView& view = windows_.View(windows_.active(), sheet_id);
+  view.selection = area;
+  view.active_cell = {area.first_row, area.first_column};
+}
 
 std::optional<OpenWorkbook::Place> OpenWorkbook::PlaceOf(const DefinedName& name) {
   Formula formula = ParseFormula(name.refers_to, {1, 1}, model());
@@ -321,7 +321,7 @@ std::optional<OpenWorkbook::Place> OpenWorkbook::PlaceOf(const DefinedName& name
   if (!area || reference.first_sheet != reference.last_sheet) return std::nullopt;
   int sheet_id = reference.first_sheet != Reference::kOwnSheet ? reference.first_sheet
                  : name.scope >= 0                            ? name.scope
-                                                              : active_sheet_;
+                                                              : active_sheet();
   return Place{sheet_id, *area};
 }
 
@@ -335,10 +335,7 @@ std::vector<Uncalculated> OpenWorkbook::Calculate() {
 
 void OpenWorkbook::Save(const std::filesystem::path& path) {
   if (!Calculate().empty()) file_->RequestCalculationOnOpening();
-  file_->SetActiveSheet(active_sheet_);
-  for (const auto& [sheet_id, area] : selections_) {
-    file_->SetSelection(sheet_id, area, {area.first_row, area.first_column});
-  }
+  windows_.Write();
   file_->Save(path);
 }
 

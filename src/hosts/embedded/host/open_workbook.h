@@ -13,6 +13,7 @@
 #include "core/value.h"
 #include "formula/calculator.h"
 #include "host/column_sizes.h"
+#include "host/workbook_windows.h"
 #include "package/comments.h"
 #include "package/workbook_file.h"
 
@@ -64,7 +65,9 @@ class OpenWorkbook {
   void SetCommentText(int sheet, CellAddress cell, std::string_view text);
   void SetCommentVisible(int sheet, CellAddress cell, bool visible);
 
-  int active_sheet() const { return active_sheet_; }
+  WorkbookWindows& windows() { return windows_; }
+  // What follows concerns the active window.
+  int active_sheet() const { return windows_.active().active_sheet; }
   // Throws HostError for a hidden sheet.
   void Activate(int sheet);
   // What is selected on a sheet: what the file says until something else is selected.
@@ -105,8 +108,7 @@ class OpenWorkbook {
 
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;
-  int active_sheet_ = 0;
-  std::map<int, Area> selections_;
+  WorkbookWindows windows_;
   std::map<int, ColumnSizes> column_sizes_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;

@@ -98,6 +98,8 @@ std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string
   file->name_ = "Book1";
   file->parts_ = std::make_unique<WorkbookParts>();
   file->package_ = CreatePackage(sheet_names, *file->parts_);
+  file->windows_ = {BookView{}};
+  file->active_sheets_ = {0};
   const std::string text = Document("worksheet", kEmptySheet);
   for (const std::string& name : sheet_names) {
     SheetModel& sheet = file->model_.AddSheet(name);
@@ -256,11 +258,34 @@ std::set<std::string> WorkbookFile::ChartParts() const {
   return charts;
 }
 
-void WorkbookFile::SetActiveSheet(int sheet) { active_now_ = sheet; }
-
-void WorkbookFile::SetSelection(int sheet, const Area& area, CellAddress active_cell) {
-  FollowInsertions(sheet);
-  WriteSelection(sheets_[sheet].markup, area, active_cell);
+void WorkbookFile::WriteWindows(const std::vector<WindowToWrite>& windows) {
+  std::vector<BookViewToWrite> book_views;
+  for (const WindowToWrite& window : windows) {
+    book_views.push_back({window.origin, window.view});
+    book_views.back().view.active_tab = model_.PositionOf(window.active_sheet);
+  }
+  try {
+    if (auto text = PatchBookViews(package_->Read(parts_->workbook), book_views)) {
+      package_->Write(parts_->workbook, std::move(*text));
+    }
+  } catch (const XmlError& error) {
+    ThrowDamaged(parts_->workbook, error);
+  }
+  for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
+    std::vector<SheetViewToWrite> views;
+    for (const WindowToWrite& window : windows) {
+      SheetViewToWrite& view = views.emplace_back();
+      view.origin = window.origin;
+      if (auto sheet = window.sheets.find(id); sheet != window.sheets.end()) {
+        view.view = sheet->second;
+      }
+      const bool same_tab = window.origin && active_sheets_[*window.origin] == window.active_sheet;
+      if (!same_tab) view.tab_selected = id == window.active_sheet;
+    }
+    WriteSheetViews(sheets_[id].markup, views);
+  }
+  active_sheets_.clear();
+  for (const WindowToWrite& window : windows) active_sheets_.push_back(window.active_sheet);
 }
 
 bool WorkbookFile::CellsDiffer(int sheet) const {
@@ -400,13 +425,6 @@ void WorkbookFile::UpdateCharts(const std::vector<int>& sheets) {
 void WorkbookFile::WriteWorkbookPart() {
   WorkbookChanges changes;
   changes.calculate_on_opening = calculate_on_opening_;
-  if (active_now_ != active_written_) {
-    changes.active_tab = model_.PositionOf(active_now_);
-    for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
-      WriteTabSelected(sheets_[id].markup, id == active_now_);
-    }
-    active_written_ = active_now_;
-  }
   try {
     if (auto text = PatchWorkbook(package_->Read(parts_->workbook), model_, changes)) {
       package_->Write(parts_->workbook, std::move(*text));

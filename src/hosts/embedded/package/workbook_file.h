@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -12,10 +13,23 @@
 #include <vector>
 
 #include "formula/workbook_model.h"
+#include "package/book_view.h"
 #include "package/opc_package.h"
 #include "package/sheet_markup.h"
+#include "package/sheet_view.h"
 
 namespace vantora::embedded {
+
+// One of the workbook's windows as the file is to hold it.
+struct WindowToWrite {
+  // The window's number in the file as it was last written; nullopt for a window that is new.
+  std::optional<int> origin;
+  // Its active tab is that of `active_sheet`.
+  BookView view;
+  int active_sheet = 0;
+  // By id, of the sheets whose view may differ.
+  std::map<int, SheetView> sheets;
+};
 
 struct WorkbookParts;
 class NewSharedStrings;
@@ -51,10 +65,13 @@ class WorkbookFile {
 
   // Formulas are left that could not be calculated: Excel is asked to calculate all on opening.
   void RequestCalculationOnOpening() { calculate_on_opening_ = true; }
-  // The tab that is active on opening, written when it differs.
-  void SetActiveSheet(int sheet);
-  // Selection of a sheet, written into its active pane.
-  void SetSelection(int sheet, const Area& area, CellAddress active_cell);
+
+  // The workbook's windows when it was opened, at least one, and the id of each one's active sheet.
+  const std::vector<BookView>& windows() const { return windows_; }
+  int active_sheet_of(int window) const { return active_sheets_[window]; }
+  // Makes the parts hold these windows, at least one, in their order: places, active sheets, views
+  // of the sheets. What does not differ stays as it is written. Throws FileError.
+  void WriteWindows(const std::vector<WindowToWrite>& windows);
 
   // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on
   // failure. May be called again after further edits.
@@ -103,9 +120,9 @@ class WorkbookFile {
   std::size_t insertions_followed_ = 0;
   std::string name_;
   int active_sheet_ = 0;
-  int active_now_ = 0;
-  // The active sheet as the parts say.
-  int active_written_ = 0;
+  // As opened, and the active sheets as the parts say now.
+  std::vector<BookView> windows_;
+  std::vector<int> active_sheets_;
   bool calculate_on_opening_ = false;
   // What kept a save from bringing the parts up to date. Some of them may have followed insertions
   // and others not, so that no later save can be right.
