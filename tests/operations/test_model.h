@@ -23,6 +23,8 @@ class TestModel {
   void Name(std::string name, std::string refers_to);
   void Hide(std::string_view sheet);
   void Protect(std::string_view sheet);
+  // It counts as no worksheet from then on, and is active if it was.
+  void TurnIntoChartSheet(std::string_view sheet) { SheetOf(sheet).is_worksheet = false; }
   void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }

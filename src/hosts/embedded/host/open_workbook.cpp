@@ -313,6 +313,16 @@ void OpenWorkbook::Select(int sheet_id, const Area& area) {
   view.active_cell = {area.first_row, area.first_column};
 }
 
+void OpenWorkbook::ActivateCell(int sheet_id, const Area& area) {
+  SheetView& view = windows_.View(windows_.active(), sheet_id);
+  const CellAddress cell{area.first_row, area.first_column};
+  if (view.selection.Contains(cell)) {
+    view.active_cell = cell;
+  } else {
+    Select(sheet_id, area);
+  }
+}
+
 std::optional<OpenWorkbook::Place> OpenWorkbook::PlaceOf(const DefinedName& name) {
   Formula formula = ParseFormula(name.refers_to, {1, 1}, model());
   if (formula.text != "\x01" || formula.references.size() != 1) return std::nullopt;

@@ -73,6 +73,9 @@ class OpenWorkbook {
   // What is selected on a sheet: what the file says until something else is selected.
   Area Selection(int sheet);
   void Select(int sheet, const Area& area);
+  // Makes the area's first cell the active one: within the selection, which stays, or else as part
+  // of the area, which is selected.
+  void ActivateCell(int sheet, const Area& area);
 
   // The cells that the name refers to and their sheet; nullopt when it refers to something else.
   struct Place {
