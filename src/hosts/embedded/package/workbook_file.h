@@ -14,6 +14,7 @@
 #include "formula/workbook_model.h"
 #include "package/opc_package.h"
 #include "package/sheet_markup.h"
+#include "package/style_editor.h"
 
 namespace vantora::embedded {
 
@@ -36,6 +37,9 @@ class WorkbookFile {
   // File name without its folder ("Model.xlsm"; "Book1" for a new one).
   const std::string& name() const { return name_; }
   bool has_macros() const;
+
+  // Changes to the workbook's cell formats.
+  StyleEditor& style_editor();
 
   // Id of the active sheet when the workbook was opened.
   int active_sheet() const { return active_sheet_; }
@@ -87,6 +91,7 @@ class WorkbookFile {
   void WriteSharedStrings(const NewSharedStrings& added);
   void WriteSheets(const std::vector<int>& sheets, const NewSharedStrings& added);
   void WriteWorkbookPart();
+  void WriteStyles();
   // Brings the package's parts up to date.
   void WriteParts();
   void RemoveCalculationChain();
@@ -97,6 +102,8 @@ class WorkbookFile {
   std::unique_ptr<OpcPackage> package_;
   std::unique_ptr<WorkbookParts> parts_;
   std::vector<SheetPart> sheets_;
+  // Made when it is first needed.
+  std::unique_ptr<StyleEditor> style_editor_;
   std::vector<ColumnInsertion> insertions_;
   // Of the parts that belong to no sheet: charts, pivot caches.
   std::size_t insertions_followed_ = 0;
