@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cells/cell_store.h"
+#include "cells/row_table.h"
 #include "cells/string_pool.h"
 #include "cells/styles.h"
 #include "formula/formula.h"
@@ -50,6 +51,11 @@ struct SheetModel {
   bool column_formats_changed = false;
   // Formats of whole rows that have one of their own.
   std::map<int, StyleId> row_styles;
+  RowTable rows;
+  // `rows` or `row_styles` differ from the package's part. Whoever edits them sets it.
+  bool rows_changed = false;
+  // In points.
+  double standard_row_height = 15;
 
   // The format of a cell, whether or not it exists: its own, its row's, its column's.
   StyleId StyleOf(CellAddress cell) const;

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "host/objects.h"
+#include "host/row_edits.h"
 
 namespace vantora::embedded {
 namespace {
@@ -213,9 +214,12 @@ void EmbeddedRange::SetHorizontalAlignment(host::XlHAlign) {
 
 void EmbeddedRange::SetWrapText(bool) { RefuseMember("Range.WrapText (put)"); }
 
-bool EmbeddedRange::RowsHidden() { RefuseMember("Range.Rows.Hidden"); }
+bool EmbeddedRange::RowsHidden() { return embedded::RowsHidden(*book_, sheet_, area_); }
 
-void EmbeddedRange::SetRowsHidden(bool) { RefuseMember("Range.Rows.Hidden (put)"); }
+void EmbeddedRange::SetRowsHidden(bool hidden) {
+  EndCopy();
+  embedded::SetRowsHidden(*book_, sheet_, area_, hidden);
+}
 
 bool EmbeddedRange::ColumnsHidden() { RefuseMember("Range.Columns.Hidden"); }
 
@@ -225,17 +229,23 @@ double EmbeddedRange::Left() { RefuseMember("Range.Left"); }
 
 double EmbeddedRange::Width() { RefuseMember("Range.Width"); }
 
-double EmbeddedRange::RowHeight() { RefuseMember("Range.RowHeight"); }
+double EmbeddedRange::RowHeight() { return embedded::RowHeight(*book_, sheet_, area_.first_row); }
 
-void EmbeddedRange::SetRowHeight(double) { RefuseMember("Range.RowHeight (put)"); }
+void EmbeddedRange::SetRowHeight(double points) {
+  EndCopy();
+  embedded::SetRowHeight(*book_, sheet_, area_, points);
+}
 
 double EmbeddedRange::ColumnWidth() { RefuseMember("Range.ColumnWidth"); }
 
 void EmbeddedRange::SetColumnWidth(double) { RefuseMember("Range.ColumnWidth (put)"); }
 
-int EmbeddedRange::OutlineLevel() { RefuseMember("Range.OutlineLevel"); }
+int EmbeddedRange::OutlineLevel() { return RowOutlineLevel(*book_, sheet_, area_.first_row); }
 
-void EmbeddedRange::SetOutlineLevel(int) { RefuseMember("Range.OutlineLevel (put)"); }
+void EmbeddedRange::SetOutlineLevel(int level) {
+  EndCopy();
+  SetRowOutlineLevel(*book_, sheet_, area_, level);
+}
 
 host::NamePtr EmbeddedRange::Name() {
   if (areas_.size() > 1) return nullptr;

@@ -2,6 +2,8 @@
 #include <algorithm>
 
 #include "host/objects.h"
+#include "host/row_edits.h"
+#include "host/sheet_protection.h"
 
 namespace vantora::embedded {
 namespace {
@@ -90,13 +92,15 @@ void EmbeddedWorksheet::SetVisible(host::XlSheetVisibility visible) {
                                                                              : Visibility::kVeryHidden);
 }
 
-bool EmbeddedWorksheet::ProtectContents() { RefuseMember("Worksheet.ProtectContents"); }
+bool EmbeddedWorksheet::ProtectContents() { return book_->sheet(sheet_).is_protected; }
 
-void EmbeddedWorksheet::Unprotect() { RefuseMember("Worksheet.Unprotect"); }
+void EmbeddedWorksheet::Unprotect() { UnprotectSheet(*book_, sheet_); }
 
-void EmbeddedWorksheet::Protect() { RefuseMember("Worksheet.Protect"); }
+void EmbeddedWorksheet::Protect() { ProtectSheet(*book_, sheet_); }
 
-void EmbeddedWorksheet::OutlineShowLevels(int) { RefuseMember("Outline.ShowLevels"); }
+void EmbeddedWorksheet::OutlineShowLevels(int row_levels) {
+  ShowRowLevels(*book_, sheet_, row_levels);
+}
 
 void EmbeddedWorksheet::CallRoutine(std::string_view) { RefuseMember("sheet routine"); }
 

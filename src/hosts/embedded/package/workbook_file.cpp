@@ -304,11 +304,12 @@ std::vector<int> WorkbookFile::ChangedSheets() {
     const SheetModel& sheet = *model_.sheets[id];
     bool cells_differ = sheet.is_worksheet && CellsDiffer(id);
     if (sheet.column_formats_changed) WriteColumnFormats(part.markup, sheet.column_formats);
+    if (sheet.rows_changed) WriteRowOutline(part.markup, sheet);
     if (cells_differ) {
       std::optional<Area> area = sheet.cells.UsedArea();
       if (area != part.loaded_area) WriteDimension(part.markup, area);
     }
-    changed[id] = cells_differ || part.markup.changed;
+    changed[id] = cells_differ || sheet.rows_changed || part.markup.changed;
   });
   std::vector<int> sheets;
   for (int id = 0; id < static_cast<int>(changed.size()); ++id) {

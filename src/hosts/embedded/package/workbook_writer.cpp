@@ -9,6 +9,7 @@
 #include "package/area_list.h"
 #include "package/cell_patch.h"
 #include "package/sheet_reader.h"
+#include "package/sheet_writer.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {
@@ -388,6 +389,34 @@ void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& fo
   if (first.text == text) return;
   markup.Remove("cols");
   markup.FindOrInsert("cols").text = std::move(text);
+}
+
+void WriteRowOutline(SheetMarkup& markup, const SheetModel& sheet) {
+  int level = 0;
+  for (const RowTable::Entry& entry : sheet.rows.entries()) {
+    level = std::max<int>(level, entry.format.outline_level);
+  }
+  const MarkupElement* existing = markup.Find("sheetFormatPr");
+  if (!existing && level == 0) return;
+  std::string& text = markup.FindOrInsert("sheetFormatPr").text;
+  if (text.empty()) {
+    text = "<" + markup.prefix + "sheetFormatPr defaultRowHeight=\"" +
+           NumberText(sheet.standard_row_height) + "\"/>";
+  }
+  XmlScanner xml(text);
+  while (xml.Next() != Token::kStart) {
+  }
+  const auto old = xml.Attribute("outlineLevelRow");
+  if (old.value_or("0") == std::to_string(level)) return;
+  TextPatch patch(text);
+  if (old) {
+    patch.Replace(*old, std::to_string(level));
+  } else {
+    patch.Insert(xml.end() - (xml.is_empty() ? 2 : 1),
+                 " outlineLevelRow=\"" + std::to_string(level) + "\"");
+  }
+  text = patch.Apply();
+  markup.changed = true;
 }
 
 void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area) {
