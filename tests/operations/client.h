@@ -31,6 +31,8 @@ class Client {
 
   // Calls Init with the application once more.
   void Init();
+  // Gives the session context the menu object of another client (`clsGlobals.Menus`).
+  void SetMenus(Client& menus);
   // Calls a method and gives its result, empty for one without.
   Value Call(std::string_view method, std::vector<Argument> arguments = {});
   // The same for a method that fills arrays: `arguments` holds them afterwards.
@@ -82,6 +84,20 @@ class RefSheetClient : public Client {
     configs.insert(configs.begin(), "");
     return configs;
   }
+};
+
+class MenuManagementClient : public Client {
+ public:
+  MenuManagementClient(Services& services, host::ApplicationPtr application)
+      : Client("clsMenuManagement", services, std::move(application)) {}
+
+  void CreateVAMenuBar() { Call("CreateVAMenuBar"); }
+  void RemoveVAMenuBar() { Call("RemoveVAMenuBar"); }
+  void CreateDashboardMenuBar() { Call("CreateDashboardMenuBar"); }
+  void RemoveDashboardMenuBar() { Call("RemoveDashboardMenuBar"); }
+  void SetDashboardMenuPanes() { Call("SetDashboardMenuPanes"); }
+  void ExposeDashMenu(bool visible) { Call("ExposeDashMenu", {Value(visible)}); }
+  void SelectConfig(int number) { Call("SelectConfig", {Value(number)}); }
 };
 
 }  // namespace vantora::testing

@@ -41,6 +41,12 @@ class TestModel {
   std::string Comment(const std::string& cell);
   // Whether comments of the sheet are hidden until pointed at.
   bool CommentsAreHidden(std::string_view sheet);
+  // The captions of the menu bar's menus in order, hidden ones in brackets.
+  std::vector<std::string> MenuBar();
+  // What is in the menu bar's n-th menu of that tag (0 is the first): "-" where a group begins,
+  // then "caption = macro #face [tag]" for each entry, as far as it has them. A popup ends with a
+  // colon, its entries follow with two blanks before them; what is hidden stands in brackets.
+  std::vector<std::string> Menu(std::string_view tag, std::size_t n = 0);
   // "Data!R inserted" for each inserted column, then "Data!J3: 1 -> 2" for each changed cell.
   std::vector<std::string> Changes();
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/host.h"
+#include "host/menu_control.h"
 #include "host/open_workbook.h"
 #include "host/workbook_windows.h"
 
@@ -33,6 +34,7 @@ struct ApplicationState {
   bool full_screen = false;
   // Name of the shape that runs the macro.
   std::string caller;
+  std::shared_ptr<MenuControl> menu_bar = StandardMenuBar();
 };
 
 // The application object. Every object made from it keeps `state` alive.

@@ -12,6 +12,7 @@
 #include "core/host_error.h"
 #include "core/value.h"
 #include "formula/calculator.h"
+#include "host/column_sizes.h"
 #include "host/name_list.h"
 #include "host/workbook_windows.h"
 #include "package/comments.h"
@@ -51,6 +52,15 @@ class OpenWorkbook {
   void ClearFormats(int sheet, const Area& area);
   // Both areas lie on `sheet`; `to` is of the same size as `from`.
   void Paste(int sheet, const Area& from, const Area& to, unsigned parts);
+
+  // Valid until the sheet's columns change.
+  const ColumnSizes& Columns(int sheet);
+  // All of the columns first..last are hidden.
+  bool ColumnsHidden(int sheet, int first, int last);
+  void SetColumnsHidden(int sheet, int first, int last, bool hidden);
+  // In characters of the default font; 0 for a hidden column.
+  double ColumnWidth(int sheet, int column);
+  void SetColumnsWidth(int sheet, int first, int last, double characters);
 
   void AddComment(int sheet, CellAddress cell);
   void SetCommentText(int sheet, CellAddress cell, std::string_view text);
@@ -98,6 +108,8 @@ class OpenWorkbook {
   // The visible sheet that comes forward when a sheet is hidden: the next one to the right, else to
   // the left; nullopt when there is none.
   std::optional<int> VisibleNeighbour(int sheet);
+  double DefaultWidth(int sheet);
+  void RefuseFormattingColumns(int sheet, const char* property);
   SheetComments Comments(int sheet);
   void PutText(int sheet, CellAddress cell, const std::string& text);
   void Clear(int sheet, CellAddress cell);
@@ -110,6 +122,7 @@ class OpenWorkbook {
   Calculator calculator_;
   WorkbookWindows windows_;
   NameList names_;
+  std::map<int, ColumnSizes> column_sizes_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;
 };

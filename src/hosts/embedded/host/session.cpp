@@ -89,6 +89,8 @@ void Session::SetCaller(std::string_view shape) {
                                                       std::string(shape) + "\".");
 }
 
+std::vector<MenuEntry> Session::MenuBar() const { return EntriesOf(*impl_->state->menu_bar); }
+
 std::vector<Uncalculated> Session::Calculate() { return impl_->workbook().Calculate(); }
 
 void Session::Save(const std::filesystem::path& path) { impl_->workbook().Save(path); }
