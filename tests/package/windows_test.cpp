@@ -22,7 +22,7 @@ SheetView FrozenView() {
   view.split_columns = 4;
   view.split_rows = 3;
   view.scrolled = {9, 14};
-  view.selection = {10, 6, 12, 7};
+  view.selection = {{10, 6, 12, 7}};
   view.active_cell = {10, 6};
   return view;
 }
@@ -98,7 +98,7 @@ TEST_F(WindowsPackageTest, WritesOnlyWhatDiffers) {
   SheetView scrolled = FrozenView();
   scrolled.scrolled = {4, 5};
   SheetView selected = FrozenView();
-  selected.selection = {4, 5, 4, 5};
+  selected.selection = {{4, 5, 4, 5}};
   selected.active_cell = {4, 5};
   SheetView rows;
   rows.panes = SheetView::Panes::kFrozen;

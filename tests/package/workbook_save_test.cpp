@@ -29,7 +29,7 @@ class WorkbookSaveTest : public PackageTest {
   // Selects cells of the only sheet.
   static void Select(WorkbookFile& file, const Area& area) {
     SheetView view = ReadSheetView(file.markup(0), 0);
-    view.selection = area;
+    view.selection = {area};
     view.active_cell = {area.first_row, area.first_column};
     file.WriteWindows({{.origin = 0, .view = file.windows()[0], .sheets = {{0, view}}}});
   }

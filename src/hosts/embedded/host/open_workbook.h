@@ -13,6 +13,7 @@
 #include "core/value.h"
 #include "formula/calculator.h"
 #include "host/column_sizes.h"
+#include "host/name_list.h"
 #include "host/workbook_windows.h"
 #include "package/comments.h"
 #include "package/workbook_file.h"
@@ -70,19 +71,27 @@ class OpenWorkbook {
   int active_sheet() const { return windows_.active().active_sheet; }
   // Throws HostError for a hidden sheet.
   void Activate(int sheet);
-  // What is selected on a sheet: what the file says until something else is selected.
-  Area Selection(int sheet);
-  void Select(int sheet, const Area& area);
+  // What is selected on a sheet: what the file says until something else is selected. Never empty;
+  // Selection gives the first area.
+  std::vector<Area> SelectedAreas(int sheet);
+  Area Selection(int sheet) { return SelectedAreas(sheet).front(); }
+  void Select(int sheet, const Area& area) { SelectAreas(sheet, {area}); }
+  void SelectAreas(int sheet, std::vector<Area> areas);
   // Makes the area's first cell the active one: within the selection, which stays, or else as part
   // of the area, which is selected.
   void ActivateCell(int sheet, const Area& area);
 
+  // Shows or hides a sheet. Throws HostError where no sheet would stay visible. When the active
+  // sheet is hidden, the next visible one is activated.
+  void SetVisibility(int sheet, Visibility visibility);
+
+  NameList& names() { return names_; }
+  // NameList::Define, which refuses the names of tables too.
+  bool DefineName(std::string_view name, std::string_view refers_to_r1c1);
   // The cells that the name refers to and their sheet; nullopt when it refers to something else.
-  struct Place {
-    int sheet;
-    Area area;
-  };
-  std::optional<Place> PlaceOf(const DefinedName& name);
+  std::optional<Place> PlaceOf(const DefinedName& name) {
+    return names_.PlaceOf(name, active_sheet());
+  }
 
   // Insertions made and comments added since the workbook was opened, for the list of changes.
   const std::vector<ColumnInsertion>& insertions() const { return insertions_; }
@@ -99,6 +108,9 @@ class OpenWorkbook {
   // Refuses an edit that would change some but not all cells of an array formula.
   void RefusePartOfArray(int sheet, const Area& area);
   void RefusePartOfMerge(int sheet, const Area& area);
+  // The visible sheet that comes forward when a sheet is hidden: the next one to the right, else to
+  // the left; nullopt when there is none.
+  std::optional<int> VisibleNeighbour(int sheet);
   double DefaultWidth(int sheet);
   void RefuseFormattingColumns(int sheet, const char* property);
   SheetComments Comments(int sheet);
@@ -112,6 +124,7 @@ class OpenWorkbook {
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;
   WorkbookWindows windows_;
+  NameList names_;
   std::map<int, ColumnSizes> column_sizes_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;

@@ -63,6 +63,12 @@ BookWindow& WorkbookWindows::Open() {
   return windows_.back();
 }
 
+void WorkbookWindows::Leave(int sheet, int for_sheet) {
+  for (BookWindow& window : windows_) {
+    if (window.active_sheet == sheet) window.active_sheet = for_sheet;
+  }
+}
+
 void WorkbookWindows::Write() {
   std::vector<WindowToWrite> to_write;
   for (const BookWindow& window : windows_) {

@@ -55,6 +55,9 @@ class WorkbookWindows {
   // without its panes. It becomes active.
   BookWindow& Open();
 
+  // Windows that show the sheet show another one from now on.
+  void Leave(int sheet, int for_sheet);
+
   // Hands the windows to the file, in the order in which they were made.
   void Write();
 

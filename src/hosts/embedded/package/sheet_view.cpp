@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "package/area_list.h"
 #include "package/cell_patch.h"
 #include "package/sheet_reader.h"
 #include "package/sheet_writer.h"
@@ -137,7 +138,8 @@ SheetView ViewOf(const ViewPlaces& places) {
   }
   if (const ViewPlaces::Selection* selection = places.ActiveSelection()) {
     std::string_view areas = selection->areas.data() ? selection->areas : "A1";
-    view.selection = ParseA1(areas.substr(0, areas.find(' '))).value_or(Area{});
+    view.selection = ParseAreas(areas);
+    if (view.selection.empty()) view.selection.emplace_back();
     view.active_cell = CellOf(selection->active_cell);
   }
   return view;
@@ -149,10 +151,10 @@ std::string ActivePaneOf(const SheetView& view) {
 }
 
 std::string SelectionElement(const std::string& prefix, std::string_view pane,
-                             CellAddress active_cell, const Area& area) {
+                             CellAddress active_cell, const std::vector<Area>& areas) {
   std::string text = "<" + prefix + "selection";
   if (pane != "topLeft") text += " pane=\"" + std::string(pane) + "\"";
-  return text + " activeCell=\"" + ToA1(active_cell) + "\" sqref=\"" + ToA1(area) + "\"/>";
+  return text + " activeCell=\"" + ToA1(active_cell) + "\" sqref=\"" + ToSqref(areas) + "\"/>";
 }
 
 std::string PaneElement(const std::string& prefix, const SheetView& view) {
@@ -171,13 +173,14 @@ std::string PanesAndSelections(const std::string& prefix, const SheetView& view)
   const std::string active = ActivePaneOf(view);
   auto add = [&](const std::string& pane, CellAddress first) {
     if (pane != active) {
-      text +=
-          SelectionElement(prefix, pane, first, {first.row, first.column, first.row, first.column});
+      text += SelectionElement(prefix, pane, first,
+                               {{first.row, first.column, first.row, first.column}});
     }
   };
   if (view.has_right_panes()) add("topRight", {view.top_left.row, view.scrolled.column});
   if (view.has_lower_panes()) add("bottomLeft", {view.scrolled.row, view.top_left.column});
-  const bool selects_first_cell = view.selection == Area{} && view.active_cell == CellAddress{};
+  const bool selects_first_cell =
+      view.selection == SheetView{}.selection && view.active_cell == CellAddress{};
   if (!text.empty() || !selects_first_cell) {
     text += SelectionElement(prefix, active, view.active_cell, view.selection);
   }

@@ -24,8 +24,8 @@ struct SheetView {
   // a point. 0 where there is no such border.
   double split_columns = 0;
   double split_rows = 0;
-  // The first area of the selection, in the pane that is active.
-  Area selection;
+  // What is selected in the pane that is active; never empty.
+  std::vector<Area> selection{Area{}};
   CellAddress active_cell;
 
   bool has_right_panes() const { return split_columns > 0; }

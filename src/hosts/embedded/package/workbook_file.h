@@ -17,6 +17,7 @@
 #include "package/opc_package.h"
 #include "package/sheet_markup.h"
 #include "package/sheet_view.h"
+#include "package/style_editor.h"
 
 namespace vantora::embedded {
 
@@ -51,6 +52,9 @@ class WorkbookFile {
   const std::string& name() const { return name_; }
   bool has_macros() const;
 
+  // Changes to the workbook's cell formats.
+  StyleEditor& style_editor();
+
   // Id of the active sheet when the workbook was opened.
   int active_sheet() const { return active_sheet_; }
 
@@ -77,6 +81,9 @@ class WorkbookFile {
   // failure. May be called again after further edits.
   void Save(const std::filesystem::path& path);
 
+  // The names of the workbook's tables, read once: no operation makes one.
+  const std::vector<std::string>& TableNames();
+
   // Makes tables and their header cells agree (see MatchTableHeaders), as Save does too. Gives the
   // header cells that were written, as sheet and cell: what depends on them is out of date.
   std::vector<std::pair<int, CellAddress>> MatchTables();
@@ -89,6 +96,7 @@ class WorkbookFile {
     // As read: to tell whether cells were erased, and whether the used area changed.
     std::size_t loaded_cells = 0;
     std::optional<Area> loaded_area;
+    Visibility loaded_visibility = Visibility::kVisible;
   };
 
   WorkbookFile();
@@ -105,6 +113,7 @@ class WorkbookFile {
   void WriteSharedStrings(const NewSharedStrings& added);
   void WriteSheets(const std::vector<int>& sheets, const NewSharedStrings& added);
   void WriteWorkbookPart();
+  void WriteStyles();
   // Brings the package's parts up to date.
   void WriteParts();
   void RemoveCalculationChain();
@@ -115,6 +124,8 @@ class WorkbookFile {
   std::unique_ptr<OpcPackage> package_;
   std::unique_ptr<WorkbookParts> parts_;
   std::vector<SheetPart> sheets_;
+  // Made when it is first needed.
+  std::unique_ptr<StyleEditor> style_editor_;
   std::vector<ColumnInsertion> insertions_;
   // Of the parts that belong to no sheet: charts, pivot caches.
   std::size_t insertions_followed_ = 0;
@@ -124,6 +135,7 @@ class WorkbookFile {
   std::vector<BookView> windows_;
   std::vector<int> active_sheets_;
   bool calculate_on_opening_ = false;
+  std::optional<std::vector<std::string>> table_names_;
   // What kept a save from bringing the parts up to date. Some of them may have followed insertions
   // and others not, so that no later save can be right.
   std::exception_ptr failed_;
