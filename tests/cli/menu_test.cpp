@@ -139,6 +139,7 @@ TEST_F(MenuCommand, PickedEntriesRunTheirMethod) {
   EXPECT_EQ(result.exit_code, 0) << result.err;
   EXPECT_THAT(result.err, HasSubstr("This will shift all five history years."));
   EXPECT_EQ(CellOf(model.path(), "'Data 01'!J3"), Value(2));
+  EXPECT_EQ(Pick("Vantora > Year &end > Shift", {"--dry-run", "--yes"}).exit_code, 0);
   // What a method returns is printed, and a caption may hold what separates captions.
   result = Pick("Vantora > Version > line");
   EXPECT_EQ(result.exit_code, 0) << result.err;
