@@ -13,9 +13,10 @@
 namespace vantora::cli {
 
 struct Command {
-  enum class Kind { kRun, kList, kInspect, kRecalculate, kDiff, kUndo, kPrint };
+  enum class Kind { kRun, kShowMenu, kPick, kList, kInspect, kRecalculate, kDiff, kUndo, kPrint };
   Kind kind = Kind::kPrint;
   RunOptions run;                  // for kRun
+  MenuOptions menu;                // for kShowMenu and kPick
   InspectOptions inspect;          // for kInspect
   RecalculateOptions recalculate;  // for kRecalculate
   DiffOptions diff;                // for kDiff

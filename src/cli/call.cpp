@@ -9,6 +9,7 @@
 
 #include "cli/run_options.h"
 #include "core/convert.h"
+#include "presentation/menu_management.h"
 
 namespace vantora::cli {
 namespace {
@@ -32,6 +33,22 @@ template <typename Element>
 std::vector<Element> Numbered(std::vector<Element> elements) {
   elements.insert(elements.begin(), Element{});
   return elements;
+}
+
+FilledArray Filled(const component::Parameter& parameter, const component::Argument& argument) {
+  FilledArray filled{.parameter = std::string(parameter.name), .elements = {}};
+  if (const auto* flags = std::get_if<std::vector<bool>>(&argument)) {
+    filled.elements = *flags;
+  } else {
+    filled.elements = std::get<std::vector<std::string>>(argument);
+  }
+  if (parameter.type == component::ParameterType::kTexts) return filled;
+  std::visit(
+      [](auto& elements) {
+        if (!elements.empty()) elements.erase(elements.begin());
+      },
+      filled.elements);
+  return filled;
 }
 
 // Throws UsageError when the text is no value of the parameter's type.
@@ -133,10 +150,24 @@ Value Call::Run(Services& services, clsGlobals& globals) {
   if (EqualsIgnoreCase(public_class_->name, globals.class_name())) {
     return method_->call(globals, arguments_);
   }
+  // The session has one menu object, which knows the menus that it made.
+  if (const auto& menus = globals.Menus();
+      menus && EqualsIgnoreCase(public_class_->name, menus->class_name())) {
+    return method_->call(*menus, arguments_);
+  }
   const std::unique_ptr<PublicObject> object = public_class_->create(services);
   auto* bound = dynamic_cast<BoundObject*>(object.get());
   if (bound != nullptr) bound->Init(&globals);
   return method_->call(*object, arguments_);
+}
+
+std::vector<FilledArray> Call::FilledArrays() const {
+  std::vector<FilledArray> arrays;
+  for (std::size_t i = 0; i < arguments_.size(); ++i) {
+    const component::Parameter& parameter = method_->parameters[i];
+    if (parameter.is_filled) arrays.push_back(Filled(parameter, arguments_[i]));
+  }
+  return arrays;
 }
 
 }  // namespace vantora::cli

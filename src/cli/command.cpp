@@ -5,6 +5,7 @@
 #include "cli/diff.h"
 #include "cli/inspect.h"
 #include "cli/journal.h"
+#include "cli/menu.h"
 #include "cli/recalculate.h"
 #include "cli/report.h"
 #include "cli/run.h"
@@ -29,6 +30,13 @@ ExitCode Follow(const Command& command, Environment& environment) {
       return Diff(command.diff, environment);
     case Command::Kind::kUndo:
       return Undo(command.undo, environment);
+    case Command::Kind::kShowMenu:
+      return ShowMenu(command.menu, environment);
+    case Command::Kind::kPick: {
+      const RunOutcome outcome = PickFromMenu(command.menu, environment);
+      Report(outcome, command.menu.run, environment.out, environment.err);
+      return outcome.exit_code;
+    }
     case Command::Kind::kRun: {
       const RunOutcome outcome = Run(command.run, environment);
       Report(outcome, command.run, environment.out, environment.err);

@@ -1,6 +1,7 @@
 #include "cli/run.h"
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "cli/call.h"
@@ -64,16 +65,6 @@ void Prepare(embedded::Session& session, const RunOptions& options) {
   if (!options.caller.empty()) NameCaller(session, options.caller);
 }
 
-Value CallMethod(Call& call, embedded::Session& session, RunUserInterface& user_interface,
-                 Environment& environment) {
-  Services services{user_interface, environment.clock, environment.file_versions};
-  host::ApplicationPtr application = session.application();
-  if (environment.wrap_application) application = environment.wrap_application(application);
-  clsGlobals globals(services);
-  globals.SetApp(std::move(application));
-  return call.Run(services, globals);
-}
-
 void TellState(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
   for (const embedded::Uncalculated& formula : session.Calculate()) {
     outcome.uncalculated.push_back(
@@ -103,15 +94,16 @@ void WriteJournal(const Journal& journal, const RunOptions& options, const RunOu
 }
 
 // The run itself; throws what ends it early.
-void Execute(const RunOptions& options, Call& call, RunUserInterface& user_interface,
-             Environment& environment, RunOutcome& outcome) {
+void Execute(const RunOptions& options, const Operation& operation,
+             RunUserInterface& user_interface, Environment& environment, RunOutcome& outcome) {
   std::optional<Journal> journal;
   if (!options.journal.empty()) journal.emplace(options.model);
   const std::unique_ptr<embedded::Session> session = embedded::Session::Open(options.model);
   const bool records = options.changes || options.json || !options.journal.empty();
   if (records) session->RecordChanges();
   Prepare(*session, options);
-  outcome.result = CallMethod(call, *session, user_interface, environment);
+  ModelSession model(*session, user_interface, environment);
+  operation(model, outcome);
   if (user_interface.reported_error()) {
     outcome.exit_code = ExitCode::kError;
     outcome.error = {
@@ -130,6 +122,7 @@ void Execute(const RunOptions& options, Call& call, RunUserInterface& user_inter
 void Fail(RunOutcome& outcome, ExitCode exit_code, ReportedError error) {
   outcome.exit_code = exit_code;
   outcome.error = std::move(error);
+  outcome.arrays.clear();
   outcome.changes = {};
   outcome.uncalculated.clear();
 }
@@ -165,10 +158,10 @@ void Catching(RunOutcome& outcome, Function run) {
 
 }  // namespace
 
-RunOutcome Run(const RunOptions& options, Environment& environment) {
+RunOutcome RunOperation(const RunOptions& options, Environment& environment,
+                        const Operation& operation) {
   RunOutcome outcome;
   Catching(outcome, [&] {
-    Call call(options.class_name, options.method_name, options.arguments);
     CheckTarget(options);
     ui::ConsoleUserInterface console(
         ui::Terminal(environment.in, environment.err, environment.width),
@@ -176,11 +169,23 @@ RunOutcome Run(const RunOptions& options, Environment& environment) {
                                    : ui::ConsoleUserInterface::Progress::kHidden);
     RunUserInterface user_interface(console, ParseAnswers(options.answers),
                                     WhoAnswers(options, environment));
-    Catching(outcome, [&] { Execute(options, call, user_interface, environment, outcome); });
+    Catching(outcome, [&] { Execute(options, operation, user_interface, environment, outcome); });
     outcome.messages = user_interface.messages();
     outcome.unused_answers = user_interface.UnusedAnswers();
   });
   return outcome;
+}
+
+RunOutcome Run(const RunOptions& options, Environment& environment) {
+  RunOutcome outcome;
+  std::optional<Call> call;
+  Catching(outcome,
+           [&] { call.emplace(options.class_name, options.method_name, options.arguments); });
+  if (!call) return outcome;
+  return RunOperation(options, environment, [&](ModelSession& session, RunOutcome& called) {
+    called.result = call->Run(session.services(), session.globals());
+    called.arrays = call->FilledArrays();
+  });
 }
 
 }  // namespace vantora::cli

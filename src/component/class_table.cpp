@@ -1,10 +1,18 @@
 #include "component/class_table.h"
 
 #include <algorithm>
+#include <cstdint>
 
+#include "component/ref_sheet_methods.h"
 #include "core/convert.h"
 #include "core/globals.h"
+#include "maintenance/clear_all_data.h"
+#include "maintenance/freeze.h"
+#include "maintenance/planning_spinners.h"
+#include "maintenance/ratios_comp_data_set.h"
 #include "maintenance/year_end.h"
+#include "presentation/dashboard.h"
+#include "presentation/menu_management.h"
 #include "refsheet/ref_sheet.h"
 
 namespace vantora::component {
@@ -18,7 +26,9 @@ std::unique_ptr<PublicObject> Create(Services& services) {
   return std::make_unique<Class>(services);
 }
 
-const std::string& TextOf(const Argument& argument) { return std::get<Value>(argument).AsText(); }
+[[maybe_unused]] const std::string& TextOf(const Argument& argument) {
+  return std::get<Value>(argument).AsText();
+}
 
 // A method without arguments and result.
 template <typename Class, void (Class::*method)()>
@@ -44,17 +54,7 @@ PublicClass Globals() {
 PublicClass RefSheet() {
   return {.name = "clsRefSheet",
           .help = "The Reference Sheet: the model's metadata",
-          .methods = {{.name = "PutDLLVersion",
-                       .parameters = {{.name = "versionText",
-                                       .type = ParameterType::kText,
-                                       .help = "the text to write"}},
-                       .asks = "",
-                       .help = "Writes the version line into cell C6 of the Reference Sheet",
-                       .call =
-                           [](PublicObject& object, std::span<Argument> arguments) {
-                             static_cast<clsRefSheet&>(object).PutDLLVersion(TextOf(arguments[0]));
-                             return Value();
-                           }}},
+          .methods = RefSheetMethods(),
           .create = Create<clsRefSheet>};
 }
 
@@ -93,6 +93,161 @@ PublicClass YearEnd() {
       .create = Create<clsYearEnd>};
 }
 
+PublicClass Freeze() {
+  return {.name = "clsFreeze",
+          .help = "Freezing the current results as the base case",
+          .methods = {{.name = "FreezeCurrentResults",
+                       .parameters = {},
+                       .asks = kAsksToConfirm,
+                       .help = "Copies the values of each live row into its base row",
+                       .call = Run<clsFreeze, &clsFreeze::FreezeCurrentResults>},
+                      {.name = "SetSpinnerstoBase",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Sets the entered cells of rows with spinner inputs to the base case",
+                       .call = Run<clsFreeze, &clsFreeze::SetSpinnerstoBase>}},
+          .create = Create<clsFreeze>};
+}
+
+PublicClass PlanningSpinners() {
+  return {.name = "clsPlanningSpinners",
+          .help = "The spin buttons of the planning sheets",
+          .methods = {{.name = "SpinnerChange",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Moves the projects of the spin button that called by whole years",
+                       .call = Run<clsPlanningSpinners, &clsPlanningSpinners::SpinnerChange>}},
+          .create = Create<clsPlanningSpinners>};
+}
+
+PublicClass RatiosCompDataSet() {
+  return {.name = "clsRatiosCompDataSet",
+          .help = "The ratio comparison data set",
+          .methods = {{.name = "RatiosCompDataSet",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Copies the comparison data to the rows of their ratios",
+                       .call = Run<clsRatiosCompDataSet, &clsRatiosCompDataSet::RatiosCompDataSet>}},
+          .create = Create<clsRatiosCompDataSet>};
+}
+
+PublicClass ClearAllData() {
+  return {.name = "clsClearAllData",
+          .help = "Clearing all entered data",
+          .methods = {{.name = "ClearAllData",
+                       .parameters = {},
+                       .asks = "confirmation (OK/Cancel), last chance (OK/Cancel)",
+                       .help = "Empties the cells of columns J to Y that have no fill",
+                       .call = Run<clsClearAllData, &clsClearAllData::ClearAllData>}},
+          .create = Create<clsClearAllData>};
+}
+
+Value SelectConfig(PublicObject& object, std::span<Argument> arguments) {
+  const double number = std::get<Value>(arguments[0]).AsNumber();
+  if (number < INT16_MIN || number > INT16_MAX) {
+    throw HostError(HostError::kOverflow, "Overflow", "Orvanemcro1");
+  }
+  static_cast<clsMenuManagement&>(object).SelectConfig(static_cast<std::int16_t>(number));
+  return {};
+}
+
+PublicClass MenuManagement() {
+  using Menus = clsMenuManagement;
+  return {
+      .name = "clsMenuManagement",
+      .help = "The model's and the dashboard's menus",
+      .methods =
+          {{.name = "CreateVAMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Puts the model's menu on the menu bar, before the Window menu",
+            .call = Run<Menus, &Menus::CreateVAMenuBar>},
+           {.name = "RemoveVAMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Removes the model's menu",
+            .call = Run<Menus, &Menus::RemoveVAMenuBar>},
+           {.name = "CreateDashboardMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Replaces the dashboard's menu by a new one",
+            .call = Run<Menus, &Menus::CreateDashboardMenuBar>},
+           {.name = "RemoveDashboardMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Removes the dashboard's menu",
+            .call = Run<Menus, &Menus::RemoveDashboardMenuBar>},
+           {.name = "SetDashboardMenuPanes",
+            .parameters = {},
+            .asks = "",
+            .help = "Offers one chart selection or two, as the dashboard's window has panes",
+            .call = Run<Menus, &Menus::SetDashboardMenuPanes>},
+           {.name = "ExposeDashMenu",
+            .parameters = {{.name = "visible",
+                            .type = ParameterType::kBoolean,
+                            .help = "whether the menu is shown"}},
+            .asks = "",
+            .help = "Shows or hides the dashboard's menu",
+            .call =
+                [](PublicObject& object, std::span<Argument> arguments) {
+                  static_cast<Menus&>(object).ExposeDashMenu(
+                      std::get<Value>(arguments[0]).AsBoolean());
+                  return Value();
+                }},
+           {.name = "SelectConfig",
+            .parameters = {{.name = "configNumber",
+                            .type = ParameterType::kInteger,
+                            .help = "1 to 9; 0 for all columns; negative to activate the dashboard "
+                                    "as well, as 0 does"}},
+            .asks = "",
+            .help = "Shows the dashboard columns of a configuration and hides the others",
+            .call = SelectConfig}},
+      .create = Create<Menus>};
+}
+
+// A member that takes a column and its flags.
+template <auto member>
+Method ColumnConfig(std::string_view name, std::string_view help, bool is_filled) {
+  return {.name = name,
+          .parameters = {{.name = "column",
+                          .type = ParameterType::kInteger,
+                          .help = "the number of the dashboard's column"},
+                         {.name = "flags",
+                          .type = ParameterType::kNumberedFlags,
+                          .help = "whether configurations 1, 2, ... show the column",
+                          .is_filled = is_filled}},
+          .asks = "",
+          .help = help,
+          .call = [](PublicObject& object, std::span<Argument> arguments) {
+            (static_cast<clsDashboard&>(object).*
+             member)(static_cast<int>(std::get<Value>(arguments[0]).AsNumber()),
+                     std::get<std::vector<bool>>(arguments[1]));
+            return Value();
+          }};
+}
+
+PublicClass Dashboard() {
+  return {.name = "clsDashboard",
+          .help = "The dashboard's chart list and column configurations",
+          .methods = {{.name = "BuildChartList",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Lists the dashboard's charts on the Reference Sheet",
+                       .call = Run<clsDashboard, &clsDashboard::BuildChartList>},
+                      ColumnConfig<&clsDashboard::RetrieveColumnConfig>(
+                          "RetrieveColumnConfig",
+                          "Tells which configurations show a column of the dashboard", true),
+                      ColumnConfig<&clsDashboard::SaveColumnConfig>(
+                          "SaveColumnConfig",
+                          "Sets which configurations show a column of the dashboard", false),
+                      {.name = "DashboardConfigure",
+                       .parameters = {},
+                       .asks = "frmDashConfigure",
+                       .help = "Chooses the columns that each configuration shows, and the names",
+                       .call = Run<clsDashboard, &clsDashboard::DashboardConfigure>}},
+          .create = Create<clsDashboard>};
+}
+
 // A class that is part of the component's surface but does not exist yet.
 PublicClass Missing(std::string_view name, std::string_view help) {
   return {.name = name, .help = help, .methods = {}, .create = nullptr};
@@ -105,14 +260,14 @@ const std::vector<PublicClass>& PublicClasses() {
       Globals(),
       RefSheet(),
       YearEnd(),
-      Missing("clsFreeze", "Freezing the current results"),
-      Missing("clsPlanningSpinners", "The spin buttons of the planning sheets"),
+      Freeze(),
+      PlanningSpinners(),
       Missing("clsDisplayModes", "Window arrangements beside the dashboard"),
-      Missing("clsRatiosCompDataSet", "The ratio comparison data set"),
+      RatiosCompDataSet(),
       Missing("clsDevelopmentMode", "Switching between normal and development mode"),
-      Missing("clsClearAllData", "Clearing all entered data"),
-      Missing("clsMenuManagement", "The model's and the dashboard's menus"),
-      Missing("clsDashboard", "The dashboard's chart list and column configurations"),
+      ClearAllData(),
+      MenuManagement(),
+      Dashboard(),
       Missing("clsCopyWorksheet", "Copying a worksheet or range into another workbook"),
       Missing("clsHider", "Handling of workbook open and save"),
       Missing("clsChartListControl", "The dashboard's chart list control"),

@@ -31,6 +31,8 @@ class Client {
 
   // Calls Init with the application once more.
   void Init();
+  // Gives the session context the menu object of another client (`clsGlobals.Menus`).
+  void SetMenus(Client& menus);
   // Calls a method and gives its result, empty for one without.
   Value Call(std::string_view method, std::vector<Argument> arguments = {});
   // The same for a method that fills arrays: `arguments` holds them afterwards.
@@ -59,6 +61,43 @@ class RefSheetClient : public Client {
       : Client("clsRefSheet", services, std::move(application)) {}
 
   void PutDLLVersion(std::string_view text) { Call("PutDLLVersion", {Value(text)}); }
+
+  void Load(std::string_view method, const std::vector<std::string>& values) {
+    Call(method, {values, Value(static_cast<int>(values.size()))});
+  }
+  bool Is(std::string_view method) { return Call(method).AsBoolean(); }
+  std::string Text(std::string_view method) { return Call(method).AsText(); }
+  int Number(std::string_view method) { return static_cast<int>(Call(method).AsNumber()); }
+  // `configs` holds configuration 1 first.
+  void ConfigsListGet(std::vector<std::string>& configs) {
+    std::vector<Argument> arguments = {Numbered(configs)};
+    CallByReference("ConfigsListGet", arguments);
+    const auto& filled = std::get<std::vector<std::string>>(arguments[0]);
+    configs.assign(filled.begin() + 1, filled.end());
+  }
+  void ConfigsListPut(const std::vector<std::string>& configs) {
+    Call("ConfigsListPut", {Numbered(configs)});
+  }
+
+ private:
+  static std::vector<std::string> Numbered(std::vector<std::string> configs) {
+    configs.insert(configs.begin(), "");
+    return configs;
+  }
+};
+
+class MenuManagementClient : public Client {
+ public:
+  MenuManagementClient(Services& services, host::ApplicationPtr application)
+      : Client("clsMenuManagement", services, std::move(application)) {}
+
+  void CreateVAMenuBar() { Call("CreateVAMenuBar"); }
+  void RemoveVAMenuBar() { Call("RemoveVAMenuBar"); }
+  void CreateDashboardMenuBar() { Call("CreateDashboardMenuBar"); }
+  void RemoveDashboardMenuBar() { Call("RemoveDashboardMenuBar"); }
+  void SetDashboardMenuPanes() { Call("SetDashboardMenuPanes"); }
+  void ExposeDashMenu(bool visible) { Call("ExposeDashMenu", {Value(visible)}); }
+  void SelectConfig(int number) { Call("SelectConfig", {Value(number)}); }
 };
 
 }  // namespace vantora::testing

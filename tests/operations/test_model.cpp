@@ -19,6 +19,24 @@ Place PlaceOf(const std::string& reference) {
   return {reference.substr(0, mark), {area.first_row, area.first_column}};
 }
 
+std::string InBracketsWhenHidden(const std::string& text, const embedded::MenuEntry& entry) {
+  return entry.visible ? text : "(" + text + ")";
+}
+
+void DescribeEntries(const std::vector<embedded::MenuEntry>& entries, const std::string& indent,
+                     std::vector<std::string>& lines) {
+  for (const embedded::MenuEntry& entry : entries) {
+    if (entry.begins_group) lines.push_back(indent + "-");
+    std::string text = entry.caption;
+    if (!entry.macro.empty()) text += " = " + entry.macro;
+    if (entry.face_id != 0) text += " #" + std::to_string(entry.face_id);
+    if (!entry.tag.empty()) text += " [" + entry.tag + "]";
+    if (entry.is_popup) text += ":";
+    lines.push_back(indent + InBracketsWhenHidden(text, entry));
+    DescribeEntries(entry.entries, indent + "  ", lines);
+  }
+}
+
 }  // namespace
 
 TestModel::TestModel(const std::vector<std::string>& sheet_names)
@@ -105,6 +123,24 @@ bool TestModel::CommentsAreHidden(std::string_view sheet) {
   std::string drawing = PartOf(sheet, "vmlDrawing");
   return drawing.find("visibility:hidden") != std::string::npos &&
          drawing.find("x:Visible") == std::string::npos;
+}
+
+std::vector<std::string> TestModel::MenuBar() {
+  std::vector<std::string> captions;
+  for (const embedded::MenuEntry& menu : session_->MenuBar()) {
+    captions.push_back(InBracketsWhenHidden(menu.caption, menu));
+  }
+  return captions;
+}
+
+std::vector<std::string> TestModel::Menu(std::string_view tag, std::size_t n) {
+  std::vector<std::string> lines;
+  for (const embedded::MenuEntry& menu : session_->MenuBar()) {
+    if (menu.tag != tag || n-- > 0) continue;
+    DescribeEntries(menu.entries, "", lines);
+    return lines;
+  }
+  return {"no such menu"};
 }
 
 std::vector<std::string> TestModel::Changes() {

@@ -23,6 +23,8 @@ class TestModel {
   void Name(std::string name, std::string refers_to);
   void Hide(std::string_view sheet);
   void Protect(std::string_view sheet);
+  // It counts as no worksheet from then on, and is active if it was.
+  void TurnIntoChartSheet(std::string_view sheet) { SheetOf(sheet).is_worksheet = false; }
   void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }
@@ -41,6 +43,12 @@ class TestModel {
   std::string Comment(const std::string& cell);
   // Whether comments of the sheet are hidden until pointed at.
   bool CommentsAreHidden(std::string_view sheet);
+  // The captions of the menu bar's menus in order, hidden ones in brackets.
+  std::vector<std::string> MenuBar();
+  // What is in the menu bar's n-th menu of that tag (0 is the first): "-" where a group begins,
+  // then "caption = macro #face [tag]" for each entry, as far as it has them. A popup ends with a
+  // colon, its entries follow with two blanks before them; what is hidden stands in brackets.
+  std::vector<std::string> Menu(std::string_view tag, std::size_t n = 0);
   // "Data!R inserted" for each inserted column, then "Data!J3: 1 -> 2" for each changed cell.
   std::vector<std::string> Changes();
 

@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "core/host.h"
+#include "host/menu_control.h"
 #include "host/open_workbook.h"
+#include "host/workbook_windows.h"
 
 namespace vantora::embedded {
 
@@ -20,13 +22,19 @@ struct ApplicationState {
     Area area;
   };
 
-  // At least one, in the order in which they were opened; they stay open.
+  // At least one, in the order in which they were opened. They stay in memory and can be saved; for
+  // a macro, one whose last window was closed is no longer open.
   std::vector<std::unique_ptr<OpenWorkbook>> workbooks;
   OpenWorkbook* active_workbook = nullptr;
   std::optional<CopySource> copied;
   bool screen_updating = true;
+  // Space for windows, in points.
+  double usable_height = kUsualWindowHeight;
+  double usable_width = kUsualWindowWidth;
+  bool full_screen = false;
   // Name of the shape that runs the macro.
   std::string caller;
+  std::shared_ptr<MenuControl> menu_bar = StandardMenuBar();
 };
 
 // The application object. Every object made from it keeps `state` alive.

@@ -12,6 +12,9 @@
 #include "core/host_error.h"
 #include "core/value.h"
 #include "formula/calculator.h"
+#include "host/column_sizes.h"
+#include "host/name_list.h"
+#include "host/workbook_windows.h"
 #include "package/comments.h"
 #include "package/workbook_file.h"
 
@@ -50,23 +53,45 @@ class OpenWorkbook {
   // Both areas lie on `sheet`; `to` is of the same size as `from`.
   void Paste(int sheet, const Area& from, const Area& to, unsigned parts);
 
+  // Valid until the sheet's columns change.
+  const ColumnSizes& Columns(int sheet);
+  // All of the columns first..last are hidden.
+  bool ColumnsHidden(int sheet, int first, int last);
+  void SetColumnsHidden(int sheet, int first, int last, bool hidden);
+  // In characters of the default font; 0 for a hidden column.
+  double ColumnWidth(int sheet, int column);
+  void SetColumnsWidth(int sheet, int first, int last, double characters);
+
   void AddComment(int sheet, CellAddress cell);
   void SetCommentText(int sheet, CellAddress cell, std::string_view text);
   void SetCommentVisible(int sheet, CellAddress cell, bool visible);
 
-  int active_sheet() const { return active_sheet_; }
+  WorkbookWindows& windows() { return windows_; }
+  // What follows concerns the active window.
+  int active_sheet() const { return windows_.active().active_sheet; }
   // Throws HostError for a hidden sheet.
   void Activate(int sheet);
-  // What is selected on a sheet: what the file says until something else is selected.
-  Area Selection(int sheet);
-  void Select(int sheet, const Area& area);
+  // What is selected on a sheet: what the file says until something else is selected. Never empty;
+  // Selection gives the first area.
+  std::vector<Area> SelectedAreas(int sheet);
+  Area Selection(int sheet) { return SelectedAreas(sheet).front(); }
+  void Select(int sheet, const Area& area) { SelectAreas(sheet, {area}); }
+  void SelectAreas(int sheet, std::vector<Area> areas);
+  // Makes the area's first cell the active one: within the selection, which stays, or else as part
+  // of the area, which is selected.
+  void ActivateCell(int sheet, const Area& area);
 
+  // Shows or hides a sheet. Throws HostError where no sheet would stay visible. When the active
+  // sheet is hidden, the next visible one is activated.
+  void SetVisibility(int sheet, Visibility visibility);
+
+  NameList& names() { return names_; }
+  // NameList::Define, which refuses the names of tables too.
+  bool DefineName(std::string_view name, std::string_view refers_to_r1c1);
   // The cells that the name refers to and their sheet; nullopt when it refers to something else.
-  struct Place {
-    int sheet;
-    Area area;
-  };
-  std::optional<Place> PlaceOf(const DefinedName& name);
+  std::optional<Place> PlaceOf(const DefinedName& name) {
+    return names_.PlaceOf(name, active_sheet());
+  }
 
   // Insertions made and comments added since the workbook was opened, for the list of changes.
   const std::vector<ColumnInsertion>& insertions() const { return insertions_; }
@@ -83,6 +108,11 @@ class OpenWorkbook {
   // Refuses an edit that would change some but not all cells of an array formula.
   void RefusePartOfArray(int sheet, const Area& area);
   void RefusePartOfMerge(int sheet, const Area& area);
+  // The visible sheet that comes forward when a sheet is hidden: the next one to the right, else to
+  // the left; nullopt when there is none.
+  std::optional<int> VisibleNeighbour(int sheet);
+  double DefaultWidth(int sheet);
+  void RefuseFormattingColumns(int sheet, const char* property);
   SheetComments Comments(int sheet);
   void PutText(int sheet, CellAddress cell, const std::string& text);
   void Clear(int sheet, CellAddress cell);
@@ -93,8 +123,9 @@ class OpenWorkbook {
 
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;
-  int active_sheet_ = 0;
-  std::map<int, Area> selections_;
+  WorkbookWindows windows_;
+  NameList names_;
+  std::map<int, ColumnSizes> column_sizes_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;
 };

@@ -100,6 +100,8 @@ void Session::SetCaller(std::string_view shape) {
                                                       std::string(shape) + "\".");
 }
 
+std::vector<MenuEntry> Session::MenuBar() const { return EntriesOf(*impl_->state->menu_bar); }
+
 std::vector<Uncalculated> Session::Calculate() { return impl_->workbook().Calculate(); }
 
 Recalculation Session::RecalculateAll() { return embedded::RecalculateAll(impl_->workbook()); }

@@ -11,6 +11,7 @@
 
 #include "core/host.h"
 #include "formula/calculator.h"
+#include "host/menu_control.h"
 #include "package/workbook_file.h"
 
 namespace vantora::embedded {
@@ -84,6 +85,9 @@ class Session {
   // The shape or control of the active sheet that runs what comes next; throws HostError 1004 when
   // the sheet has none of that name.
   void SetCaller(std::string_view shape);
+
+  // The menus of the menu bar with all that is in them.
+  std::vector<MenuEntry> MenuBar() const;
 
   // Brings every value up to date and tells which formulas could not be calculated.
   std::vector<Uncalculated> Calculate();

@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -12,10 +13,24 @@
 #include <vector>
 
 #include "formula/workbook_model.h"
+#include "package/book_view.h"
 #include "package/opc_package.h"
 #include "package/sheet_markup.h"
+#include "package/sheet_view.h"
+#include "package/style_editor.h"
 
 namespace vantora::embedded {
+
+// One of the workbook's windows as the file is to hold it.
+struct WindowToWrite {
+  // The window's number in the file as it was last written; nullopt for a window that is new.
+  std::optional<int> origin;
+  // Its active tab is that of `active_sheet`.
+  BookView view;
+  int active_sheet = 0;
+  // By id, of the sheets whose view may differ.
+  std::map<int, SheetView> sheets;
+};
 
 struct WorkbookParts;
 class NewSharedStrings;
@@ -37,6 +52,9 @@ class WorkbookFile {
   const std::string& name() const { return name_; }
   bool has_macros() const;
 
+  // Changes to the workbook's cell formats.
+  StyleEditor& style_editor();
+
   // Id of the active sheet when the workbook was opened.
   int active_sheet() const { return active_sheet_; }
 
@@ -46,17 +64,25 @@ class WorkbookFile {
   // Applies the insertions added since the last call to one sheet's markup and parts (comments,
   // drawings), as an edit of these must see them.
   void FollowInsertions(int sheet);
+  // The same for the parts that belong to no sheet: charts, pivot caches.
+  void FollowInSharedParts();
 
   // Formulas are left that could not be calculated: Excel is asked to calculate all on opening.
   void RequestCalculationOnOpening() { calculate_on_opening_ = true; }
-  // The tab that is active on opening, written when it differs.
-  void SetActiveSheet(int sheet);
-  // Selection of a sheet, written into its active pane.
-  void SetSelection(int sheet, const Area& area, CellAddress active_cell);
+
+  // The workbook's windows when it was opened, at least one, and the id of each one's active sheet.
+  const std::vector<BookView>& windows() const { return windows_; }
+  int active_sheet_of(int window) const { return active_sheets_[window]; }
+  // Makes the parts hold these windows, at least one, in their order: places, active sheets, views
+  // of the sheets. What does not differ stays as it is written. Throws FileError.
+  void WriteWindows(const std::vector<WindowToWrite>& windows);
 
   // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on
   // failure. May be called again after further edits.
   void Save(const std::filesystem::path& path);
+
+  // The names of the workbook's tables, read once: no operation makes one.
+  const std::vector<std::string>& TableNames();
 
   // Makes tables and their header cells agree (see MatchTableHeaders), as Save does too. Gives the
   // header cells that were written, as sheet and cell: what depends on them is out of date.
@@ -70,6 +96,7 @@ class WorkbookFile {
     // As read: to tell whether cells were erased, and whether the used area changed.
     std::size_t loaded_cells = 0;
     std::optional<Area> loaded_area;
+    Visibility loaded_visibility = Visibility::kVisible;
   };
 
   WorkbookFile();
@@ -79,7 +106,6 @@ class WorkbookFile {
   void RefuseRenamingUsedColumns(const std::vector<std::string>& old_names,
                                  const std::string& table_part) const;
   void FollowInParts(int sheet, std::span<const ColumnInsertion> pending);
-  void FollowInSharedParts();
   bool CellsDiffer(int sheet) const;
   // The sheets whose parts are to be written.
   std::vector<int> ChangedSheets();
@@ -87,6 +113,7 @@ class WorkbookFile {
   void WriteSharedStrings(const NewSharedStrings& added);
   void WriteSheets(const std::vector<int>& sheets, const NewSharedStrings& added);
   void WriteWorkbookPart();
+  void WriteStyles();
   // Brings the package's parts up to date.
   void WriteParts();
   void RemoveCalculationChain();
@@ -97,15 +124,18 @@ class WorkbookFile {
   std::unique_ptr<OpcPackage> package_;
   std::unique_ptr<WorkbookParts> parts_;
   std::vector<SheetPart> sheets_;
+  // Made when it is first needed.
+  std::unique_ptr<StyleEditor> style_editor_;
   std::vector<ColumnInsertion> insertions_;
   // Of the parts that belong to no sheet: charts, pivot caches.
   std::size_t insertions_followed_ = 0;
   std::string name_;
   int active_sheet_ = 0;
-  int active_now_ = 0;
-  // The active sheet as the parts say.
-  int active_written_ = 0;
+  // As opened, and the active sheets as the parts say now.
+  std::vector<BookView> windows_;
+  std::vector<int> active_sheets_;
   bool calculate_on_opening_ = false;
+  std::optional<std::vector<std::string>> table_names_;
   // What kept a save from bringing the parts up to date. Some of them may have followed insertions
   // and others not, so that no later save can be right.
   std::exception_ptr failed_;

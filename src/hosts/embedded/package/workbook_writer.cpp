@@ -2,10 +2,15 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
+#include <utility>
 
 #include "core/convert.h"
+#include "package/area_list.h"
 #include "package/cell_patch.h"
+#include "package/column_width.h"
 #include "package/sheet_reader.h"
+#include "package/sheet_writer.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {
@@ -70,11 +75,8 @@ class WorkbookPatcher {
       has_calculation_ = true;
       if (changes_.calculate_on_opening) SetAttribute("fullCalcOnLoad", "1");
       xml_.SkipElement();
-    } else if (name == "bookViews") {
-      PatchViews();
     } else if (name == "sheets") {
-      if (changes_.active_tab && !has_views_) InsertViews();
-      xml_.SkipElement();
+      PatchSheets();
     } else {
       xml_.SkipElement();
     }
@@ -90,27 +92,22 @@ class WorkbookPatcher {
     patch_.Insert(at, " " + std::string(name) + "=\"" + std::string(value) + "\"");
   }
 
-  // In front of the element at which the scanner stands.
-  void InsertViews() {
-    patch_.Insert(xml_.begin(), "<" + places_.prefix + "bookViews><" + places_.prefix +
-                                    "workbookView activeTab=\"" +
-                                    std::to_string(*changes_.active_tab) + "\"/></" +
-                                    places_.prefix + "bookViews>");
-  }
-
-  void PatchViews() {
-    has_views_ = true;
+  void PatchSheets() {
     if (xml_.is_empty()) return;
-    bool first = true;
     while (xml_.Next() != Token::kEnd) {
       if (xml_.token() != Token::kStart) continue;
-      if (first && changes_.active_tab) {
-        std::string tab = std::to_string(*changes_.active_tab);
-        if (xml_.Attribute("activeTab").value_or("0") != tab) SetAttribute("activeTab", tab);
-      }
-      first = false;
+      const std::optional<int> id = model_.IdOf(DecodeXml(xml_.Attribute("name").value_or("")));
+      if (id) PatchState(model_.sheets[*id]->visibility);
       xml_.SkipElement();
     }
+  }
+
+  void PatchState(Visibility visibility) {
+    const std::string_view was = xml_.Attribute("state").value_or("visible");
+    if (VisibilityOf(was) == visibility) return;
+    SetAttribute("state", visibility == Visibility::kVisible  ? "visible"
+                          : visibility == Visibility::kHidden ? "hidden"
+                                                              : "veryHidden");
   }
 
   void PatchNames() {
@@ -128,7 +125,9 @@ class WorkbookPatcher {
 
   void PatchName() {
     const std::size_t begin = xml_.begin();
-    std::string name = DecodeXml(xml_.Attribute("name").value_or(""));
+    const std::string_view raw_name = xml_.Attribute("name").value_or("");
+    std::string name = DecodeXml(raw_name);
+    names_there_.emplace_back(CaseFolded(name), begin);
     int scope = -1;
     if (auto local = xml_.Attribute("localSheetId")) {
       std::from_chars(local->data(), local->data() + local->size(), scope);
@@ -143,6 +142,9 @@ class WorkbookPatcher {
       return;
     }
     written_[*index] = true;
+    if (model_.names[*index].name != name) {
+      patch_.Replace(raw_name, EncodeXmlAttribute(model_.names[*index].name));
+    }
     const std::string& text = model_.names[*index].refers_to;
     if (text == DecodeXml(raw)) return;
     if (is_empty) {
@@ -170,21 +172,39 @@ class WorkbookPatcher {
   }
 
   void AddMissing() {
-    std::string names;
-    for (std::size_t i = 0; i < model_.names.size(); ++i) {
-      if (!written_[i]) names += NameElement(model_.names[i]);
-    }
-    const std::string open = "<" + places_.prefix + "definedNames>";
-    const std::string close = "</" + places_.prefix + "definedNames>";
-    if (!names.empty() && names_end_ > 0) {
-      patch_.Insert(names_end_, names);
-    } else if (!names.empty()) {
-      patch_.Insert(places_.names_after, open + names + close);
-    }
+    AddMissingNames();
     if (changes_.calculate_on_opening && !has_calculation_) {
       patch_.Insert(places_.calculation_after,
                     "<" + places_.prefix + "calcPr fullCalcOnLoad=\"1\"/>");
     }
+  }
+
+  // By alphabet, each in front of the first name there that comes after it.
+  void AddMissingNames() {
+    std::map<std::pair<std::u32string, int>, const DefinedName*> missing;
+    for (std::size_t i = 0; i < model_.names.size(); ++i) {
+      const DefinedName& name = model_.names[i];
+      if (!written_[i]) missing[{CaseFolded(name.name), name.scope}] = &name;
+    }
+    if (missing.empty()) return;
+    std::string rest;
+    auto there = names_there_.begin();
+    for (const auto& [key, name] : missing) {
+      while (there != names_there_.end() && there->first <= key.first) ++there;
+      if (there != names_there_.end()) {
+        patch_.Insert(there->second, NameElement(*name));
+      } else {
+        rest += NameElement(*name);
+      }
+    }
+    if (rest.empty()) return;
+    if (names_end_ > 0) {
+      patch_.Insert(names_end_, rest);
+      return;
+    }
+    const std::string open = "<" + places_.prefix + "definedNames>";
+    const std::string close = "</" + places_.prefix + "definedNames>";
+    patch_.Insert(places_.names_after, open + rest + close);
   }
 
   std::string NameElement(const DefinedName& name) const {
@@ -204,71 +224,10 @@ class WorkbookPatcher {
   mutable std::size_t next_ = 0;
   std::vector<std::pair<std::size_t, std::size_t>> removed_;
   std::size_t names_end_ = 0;
-  bool has_views_ = false;
+  // The names there in their order, case-folded, with the place where each begins.
+  std::vector<std::pair<std::u32string, std::size_t>> names_there_;
   bool has_calculation_ = false;
 };
-
-// Start tag of the first view, and its children, of a sheet's views.
-struct ViewPlaces {
-  std::size_t begin = 0;
-  std::size_t tag_end = 0;
-  std::string name;
-  bool is_empty = false;
-  std::string tab_selected;  // raw; "" when absent
-  std::size_t tab_selected_at = 0;
-  std::string active_pane = "topLeft";
-  // End of the last pane or selection; 0 when there is none.
-  std::size_t selections_end = 0;
-  // Of the active pane's selection.
-  std::size_t selection_begin = 0;
-  std::size_t selection_end = 0;
-};
-
-std::optional<ViewPlaces> FindView(const std::string& text) {
-  XmlScanner xml(text);
-  while (xml.Next() != Token::kDone) {
-    if (xml.token() != Token::kStart || xml.local_name() != "sheetView") continue;
-    ViewPlaces places;
-    places.begin = xml.begin();
-    places.tag_end = xml.end();
-    places.name = xml.name();
-    places.is_empty = xml.is_empty();
-    if (auto selected = xml.Attribute("tabSelected")) {
-      places.tab_selected = *selected;
-      places.tab_selected_at = static_cast<std::size_t>(selected->data() - text.data());
-    }
-    if (places.is_empty) return places;
-    while (xml.Next() != Token::kEnd) {
-      if (xml.token() != Token::kStart) continue;
-      const std::size_t begin = xml.begin();
-      const std::string name(xml.local_name());
-      const std::string pane(xml.Attribute("pane").value_or("topLeft"));
-      const std::string active(xml.Attribute("activePane").value_or("topLeft"));
-      xml.SkipElement();
-      if (name != "pane" && name != "selection") continue;
-      places.selections_end = xml.end();
-      if (name == "pane") {
-        places.active_pane = active;
-      } else if (pane == places.active_pane) {
-        places.selection_begin = begin;
-        places.selection_end = xml.end();
-      }
-    }
-    return places;
-  }
-  return std::nullopt;
-}
-
-// The sheet's views, made when there are none.
-MarkupElement& EnsureView(SheetMarkup& markup) {
-  MarkupElement& views = markup.FindOrInsert("sheetViews");
-  if (!views.text.empty() && FindView(views.text)) return views;
-  const std::string& prefix = markup.prefix;
-  views.text = "<" + prefix + "sheetViews><" + prefix + "sheetView workbookViewId=\"0\"/></" +
-               prefix + "sheetViews>";
-  markup.changed = true;
-  return views;
-}
 
 }  // namespace
 
@@ -322,14 +281,18 @@ std::string NewSharedStrings::AppendTo(std::string_view original, std::size_t co
   return patch.Apply();
 }
 
-void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats) {
+void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats,
+                        int max_digit_width) {
   const std::string& prefix = markup.prefix;
+  const std::string default_width = NumberText(DefaultColumnWidth(markup, max_digit_width));
   std::string text;
   for (const ColumnFormat& format : formats) {
     text += "<" + prefix + "col min=\"" + std::to_string(format.first) + "\" max=\"" +
             std::to_string(format.last) + "\"";
-    // A width is required; Excel's own is that of the standard format.
-    if (format.attributes.find(" width=") == std::string::npos) text += " width=\"9.140625\"";
+    // Excel shows a run without a width as no wider than nothing.
+    if (format.attributes.find(" width=") == std::string::npos) {
+      text += " width=\"" + default_width + "\"";
+    }
     if (format.style != 0) text += " style=\"" + std::to_string(format.style) + "\"";
     text += format.attributes + "/>";
   }
@@ -342,6 +305,34 @@ void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& fo
   if (first.text == text) return;
   markup.Remove("cols");
   markup.FindOrInsert("cols").text = std::move(text);
+}
+
+void WriteRowOutline(SheetMarkup& markup, const SheetModel& sheet) {
+  int level = 0;
+  for (const RowTable::Entry& entry : sheet.rows.entries()) {
+    level = std::max<int>(level, entry.format.outline_level);
+  }
+  const MarkupElement* existing = markup.Find("sheetFormatPr");
+  if (!existing && level == 0) return;
+  std::string& text = markup.FindOrInsert("sheetFormatPr").text;
+  if (text.empty()) {
+    text = "<" + markup.prefix + "sheetFormatPr defaultRowHeight=\"" +
+           NumberText(sheet.standard_row_height) + "\"/>";
+  }
+  XmlScanner xml(text);
+  while (xml.Next() != Token::kStart) {
+  }
+  const auto old = xml.Attribute("outlineLevelRow");
+  if (old.value_or("0") == std::to_string(level)) return;
+  TextPatch patch(text);
+  if (old) {
+    patch.Replace(*old, std::to_string(level));
+  } else {
+    patch.Insert(xml.end() - (xml.is_empty() ? 2 : 1),
+                 " outlineLevelRow=\"" + std::to_string(level) + "\"");
+  }
+  text = patch.Apply();
+  markup.changed = true;
 }
 
 void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area) {
@@ -357,50 +348,6 @@ void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area) {
   patch.Replace(*old, now);
   element->text = patch.Apply();
   markup.changed = true;
-}
-
-void WriteSelection(SheetMarkup& markup, const Area& area, CellAddress active_cell) {
-  std::string cell = ToA1(active_cell);
-  std::string cells = ToA1(area);
-  const MarkupElement* existing = markup.Find("sheetViews");
-  std::optional<ViewPlaces> places = existing ? FindView(existing->text) : std::nullopt;
-  // What is selected where nothing says so.
-  if ((!places || places->selection_end == 0) && cell == "A1" && cells == "A1") return;
-  MarkupElement& views = EnsureView(markup);
-  places = FindView(views.text);
-  std::string attributes = " activeCell=\"" + cell + "\" sqref=\"" + cells + "\"";
-  if (places->active_pane != "topLeft") {
-    attributes = " pane=\"" + places->active_pane + "\"" + attributes;
-  }
-  std::string selection = "<" + markup.prefix + "selection" + attributes + "/>";
-  std::string& text = views.text;
-  if (places->selection_end > 0) {
-    std::size_t size = places->selection_end - places->selection_begin;
-    if (text.compare(places->selection_begin, size, selection) == 0) return;
-    text.replace(places->selection_begin, size, selection);
-  } else if (places->selections_end > 0) {
-    text.insert(places->selections_end, selection);
-  } else if (places->is_empty) {
-    text.replace(places->tag_end - 2, 2, ">" + selection + "</" + places->name + ">");
-  } else {
-    text.insert(places->tag_end, selection);
-  }
-  markup.changed = true;
-}
-
-void WriteTabSelected(SheetMarkup& markup, bool selected) {
-  const MarkupElement* existing = markup.Find("sheetViews");
-  std::optional<ViewPlaces> places = existing ? FindView(existing->text) : std::nullopt;
-  bool is_selected = places && IsTrue(places->tab_selected);
-  if (is_selected == selected) return;
-  std::string& text = EnsureView(markup).text;
-  places = FindView(text);
-  markup.changed = true;
-  if (!places->tab_selected.empty()) {
-    text.replace(places->tab_selected_at, places->tab_selected.size(), selected ? "1" : "0");
-  } else {
-    text.insert(places->begin + 1 + places->name.size(), " tabSelected=\"1\"");
-  }
 }
 
 }  // namespace vantora::embedded

@@ -16,8 +16,6 @@ namespace vantora::embedded {
 
 // What the main part is to say.
 struct WorkbookChanges {
-  // 0-based place of the active tab; nullopt leaves it.
-  std::optional<int> active_tab;
   bool calculate_on_opening = false;
 };
 
@@ -44,13 +42,13 @@ class NewSharedStrings {
   std::unordered_map<TextId, TextId> index_;
 };
 
-// Puts the columns' formats as the model has them in the place of <cols>.
-void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats);
+// Puts the columns' formats as the model has them in the place of <cols>. `max_digit_width` as of
+// Styles.
+void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats,
+                        int max_digit_width);
+// Makes <sheetFormatPr> say how deep the rows' outline is.
+void WriteRowOutline(SheetMarkup& markup, const SheetModel& sheet);
 // Makes <dimension> say `area` (nullopt: an empty sheet).
 void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area);
-// Selection in the active pane of the first view.
-void WriteSelection(SheetMarkup& markup, const Area& area, CellAddress active_cell);
-// Whether the sheet's tab is among the selected ones.
-void WriteTabSelected(SheetMarkup& markup, bool selected);
 
 }  // namespace vantora::embedded
