@@ -23,6 +23,11 @@ class TestModel {
   void Name(std::string name, std::string refers_to);
   void Hide(std::string_view sheet);
   void Protect(std::string_view sheet);
+  // The workbook has the routines that the Reference Sheet's code module offers.
+  void HaveSortButtons() {
+    session_->AddSheetRoutine("ResetKeySortButtons");
+    session_->AddSheetRoutine("resetNamesSortButtons");
+  }
   void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }
