@@ -35,7 +35,7 @@ void ReadColumn(host::Worksheet& sheet, int column, int first_row, int last_row,
   bool below_heading = false;
   for (int row = first_row; row <= last_row; ++row) {
     const Value value = sheet.Cells(row, column)->Value();
-    if (value.IsEmpty() || value.IsError()) continue;
+    if (value.IsEmpty() || value.IsError() || (!below_heading && !value.IsText())) continue;
     std::string text(TrimBlanks(ValueToText(value)));
     if (EqualsIgnoreCase(text, kHeading)) {
       below_heading = true;

@@ -54,6 +54,33 @@ std::string TestModel::RefersTo(std::string_view name) {
   return model().FindName(name, 0)->refers_to;
 }
 
+std::string TestModel::Alignment(const std::string& cell) {
+  using Token = embedded::XmlScanner::Token;
+  Place place = PlaceOf(cell);
+  const embedded::StyleId style = SheetOf(place.sheet).StyleOf(place.cell);
+  const std::string text = session_->file().style_editor().Text();
+  bool is_format = false;
+  embedded::StyleId next = 0;
+  std::string alignment;
+  for (embedded::XmlScanner xml(text); xml.Next() != Token::kDone;) {
+    if (xml.token() != Token::kStart) continue;
+    if (xml.depth() == 1) is_format = xml.local_name() == "cellXfs";
+    if (is_format && xml.local_name() == "xf") ++next;
+    if (!is_format || next != style + 1 || xml.local_name() != "alignment") continue;
+    for (const embedded::XmlAttribute& attribute : xml.attributes()) {
+      alignment += " " + std::string(attribute.name) + "=\"" + std::string(attribute.value) + "\"";
+    }
+  }
+  return alignment;
+}
+
+std::string TestModel::Selection() {
+  host::RangePtr range = application()->Selection();
+  const embedded::Area area{range->Row(), range->Column(), range->Row() + range->RowsCount() - 1,
+                            range->Column() + range->ColumnsCount() - 1};
+  return range->Worksheet()->Name() + "!" + embedded::ToA1(area);
+}
+
 void TestModel::Hide(std::string_view sheet) {
   SheetOf(sheet).visibility = embedded::Visibility::kHidden;
 }

@@ -41,6 +41,10 @@ class TestModel {
   std::string Formula(const std::string& cell);
   bool IsFilled(const std::string& cell);
   std::string RefersTo(std::string_view name);
+  // The alignment of a cell's format as it is saved: " horizontal=\"left\""; "" when it has none.
+  std::string Alignment(const std::string& cell);
+  // "Reference!B5:D7" for what is selected on the active sheet.
+  std::string Selection();
   std::string ActiveSheet() { return application()->ActiveSheet()->Name(); }
   // The text of a cell's comment; "none" when it has none.
   std::string Comment(const std::string& cell);

@@ -5,7 +5,7 @@
 namespace vantora::embedded {
 namespace {
 
-constexpr std::string_view kSigns = " _,;:!?./`^~\"()[]{}@$*\\&#%+<=>|";
+constexpr std::string_view kSigns = " !\"#$%&()*,./:;?@[\\]^_`{|}~+<=>";
 
 constexpr char32_t kFirstAccented = 0xC0;
 constexpr char kNoLetter = 'x';
