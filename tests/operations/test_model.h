@@ -23,6 +23,11 @@ class TestModel {
   void Name(std::string name, std::string refers_to);
   void Hide(std::string_view sheet);
   void Protect(std::string_view sheet);
+  // The workbook has the routines that the Reference Sheet's code module offers.
+  void HaveSortButtons() {
+    session_->AddSheetRoutine("ResetKeySortButtons");
+    session_->AddSheetRoutine("resetNamesSortButtons");
+  }
   void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }
@@ -36,6 +41,10 @@ class TestModel {
   std::string Formula(const std::string& cell);
   bool IsFilled(const std::string& cell);
   std::string RefersTo(std::string_view name);
+  // The alignment of a cell's format as it is saved: " horizontal=\"left\""; "" when it has none.
+  std::string Alignment(const std::string& cell);
+  // "Reference!B5:D7" for what is selected on the active sheet.
+  std::string Selection();
   std::string ActiveSheet() { return application()->ActiveSheet()->Name(); }
   // The text of a cell's comment; "none" when it has none.
   std::string Comment(const std::string& cell);

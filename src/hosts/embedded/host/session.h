@@ -69,6 +69,10 @@ class Session {
   // The menus of the menu bar with all that is in them.
   std::vector<MenuEntry> MenuBar() const;
 
+  // Says that a workbook without macros has the routine in its sheets' code modules, as one with
+  // macros is taken to have those that the model's workbook offers.
+  void AddSheetRoutine(std::string_view routine);
+
   // Brings every value up to date and tells which formulas could not be calculated.
   std::vector<Uncalculated> Calculate();
   // Calculates, then writes the workbook. Throws FileError and leaves `path` as it was on failure.
