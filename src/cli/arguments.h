@@ -9,10 +9,11 @@
 namespace vantora::cli {
 
 struct Command {
-  enum class Kind { kRun, kShowMenu, kPick, kList, kPrint };
+  enum class Kind { kRun, kShowMenu, kPick, kWindows, kList, kPrint };
   Kind kind = Kind::kPrint;
   RunOptions run;    // for kRun
   MenuOptions menu;  // for kShowMenu and kPick
+  WindowsOptions windows;  // for kWindows
   std::string text;  // for kPrint: help or version
 };
 

@@ -5,6 +5,7 @@
 #include "cli/menu.h"
 #include "cli/report.h"
 #include "cli/run.h"
+#include "cli/windows.h"
 
 namespace vantora::cli {
 
@@ -30,6 +31,8 @@ int RunCommand(const std::vector<std::string>& arguments, Environment& environme
       Report(outcome, command.menu.run, environment.out, environment.err);
       return static_cast<int>(outcome.exit_code);
     }
+    case Command::Kind::kWindows:
+      return static_cast<int>(ShowWindows(command.windows, environment));
     case Command::Kind::kRun: {
       const RunOutcome outcome = Run(command.run, environment);
       Report(outcome, command.run, environment.out, environment.err);

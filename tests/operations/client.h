@@ -60,6 +60,8 @@ class DevelopmentModeClient : public Client {
   DevelopmentModeClient(Services& services, host::ApplicationPtr application)
       : Client("clsDevelopmentMode", services, std::move(application)) {}
 
+  void DevelopmentMode() { Call("DevelopmentMode"); }
+  void AlignSheets() { Call("AlignSheets"); }
   void CheckPlanningKeys() { Call("CheckPlanningKeys"); }
 };
 
@@ -106,6 +108,18 @@ class MenuManagementClient : public Client {
   void SetDashboardMenuPanes() { Call("SetDashboardMenuPanes"); }
   void ExposeDashMenu(bool visible) { Call("ExposeDashMenu", {Value(visible)}); }
   void SelectConfig(int number) { Call("SelectConfig", {Value(number)}); }
+};
+
+class DisplayModesClient : public Client {
+ public:
+  DisplayModesClient(Services& services, host::ApplicationPtr application)
+      : Client("clsDisplayModes", services, std::move(application)) {}
+
+  void MultiWindowUD() { Call("MultiWindowUD"); }
+  void MultiWindowLR() { Call("MultiWindowLR"); }
+  void SetPresentationDisplay() {
+    Call("SetPresentationDisplay", {Value("1"), Value(), Value("x")});
+  }
 };
 
 }  // namespace vantora::testing

@@ -1,5 +1,6 @@
 #include "operations/test_model.h"
 
+#include "core/convert.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::testing {
@@ -54,6 +55,16 @@ std::vector<Value> TestModel::Get(const std::string& first_cell, int count) {
     values.push_back(first->Cells(1, column)->Value());
   }
   return values;
+}
+
+std::vector<std::string> TestModel::Windows() {
+  auto text = [](double points) { return NumberToText(points); };
+  std::vector<std::string> windows;
+  for (const embedded::WindowPlace& place : session_->Windows()) {
+    windows.push_back(place.sheet + " " + text(place.left) + "," + text(place.top) + " " +
+                      text(place.width) + "x" + text(place.height));
+  }
+  return windows;
 }
 
 void TestModel::Fill(const std::string& cell) {

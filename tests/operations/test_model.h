@@ -35,6 +35,11 @@ class TestModel {
   host::ApplicationPtr application() { return session_->application(); }
   host::WorksheetPtr Sheet(std::string_view name) { return session_->Worksheet(name); }
   Value Get(const std::string& cell) { return session_->Range(cell)->Value(); }
+  // "Data 0,295 1428x305" for each open window, the active one first.
+  std::vector<std::string> Windows();
+  void SetUsableArea(double width, double height, bool full_screen) {
+    session_->SetUsableArea(width, height, full_screen);
+  }
   // The values of cells side by side.
   std::vector<Value> Get(const std::string& first_cell, int count);
   // Without "="; "" for a cell without a formula.

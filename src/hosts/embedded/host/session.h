@@ -31,6 +31,16 @@ struct InsertedColumns {
   int count = 1;
 };
 
+// An open window: the sheet that it shows, and its place in points.
+struct WindowPlace {
+  std::string sheet;
+  double left = 0;
+  double top = 0;
+  double width = 0;
+  double height = 0;
+  bool operator==(const WindowPlace&) const = default;
+};
+
 struct ChangeList {
   std::vector<InsertedColumns> inserted;
   // In workbook order: sheet by tab, then row, then column. A cell that only moved is no change,
@@ -65,6 +75,11 @@ class Session {
   // The shape or control of the active sheet that runs what comes next; throws HostError 1004 when
   // the sheet has none of that name.
   void SetCaller(std::string_view shape);
+
+  // The workbook's open windows, the active one first.
+  std::vector<WindowPlace> Windows();
+  // The space for windows, in points, and whether the host fills the screen.
+  void SetUsableArea(double width, double height, bool full_screen);
 
   // The menus of the menu bar with all that is in them.
   std::vector<MenuEntry> MenuBar() const;
