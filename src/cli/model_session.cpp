@@ -1,15 +1,16 @@
 #include "cli/model_session.h"
 
+#include <memory>
 #include <utility>
 
 namespace vantora::cli {
 
-ModelSession::ModelSession(const std::filesystem::path& model, UserInterface& user_interface,
+ModelSession::ModelSession(embedded::Session& workbook, UserInterface& user_interface,
                            Environment& environment)
-    : workbook_(embedded::Session::Open(model)),
+    : workbook_(workbook),
       services_{user_interface, environment.clock, environment.file_versions},
       globals_(services_) {
-  host::ApplicationPtr application = workbook_->application();
+  host::ApplicationPtr application = workbook_.application();
   if (environment.wrap_application) application = environment.wrap_application(application);
   globals_.SetApp(std::move(application));
   auto menus = std::make_shared<clsMenuManagement>(services_);

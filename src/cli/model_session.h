@@ -1,8 +1,5 @@
-// A model opened for the macros that work on it.
+// An open model as the macros that work on it find it.
 #pragma once
-
-#include <filesystem>
-#include <memory>
 
 #include "cli/environment.h"
 #include "core/globals.h"
@@ -15,18 +12,18 @@ namespace vantora::cli {
 // host's application, `Menus` an initialised menu object that has not made any menu yet.
 class ModelSession {
  public:
-  // `user_interface` and `environment` must outlive the object. Throws embedded::FileError.
-  ModelSession(const std::filesystem::path& model, UserInterface& user_interface,
+  // All three must outlive the object.
+  ModelSession(embedded::Session& workbook, UserInterface& user_interface,
                Environment& environment);
 
-  embedded::Session& workbook() { return *workbook_; }
+  embedded::Session& workbook() { return workbook_; }
   Services& services() { return services_; }
   clsGlobals& globals() { return globals_; }
   clsMenuManagement& menus() { return *globals_.Menus(); }
   host::Application& application() { return *globals_.App(); }
 
  private:
-  std::unique_ptr<embedded::Session> workbook_;
+  embedded::Session& workbook_;
   Services services_;
   clsGlobals globals_;
 };

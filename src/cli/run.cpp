@@ -1,5 +1,6 @@
 #include "cli/run.h"
 
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -81,11 +82,11 @@ void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcom
 // The run itself; throws what ends it early.
 void Execute(const RunOptions& options, const Operation& operation,
              RunUserInterface& user_interface, Environment& environment, RunOutcome& outcome) {
-  ModelSession session(options.model, user_interface, environment);
-  embedded::Session& workbook = session.workbook();
-  if (options.changes || options.json) workbook.RecordChanges();
-  Prepare(workbook, options);
-  operation(session, outcome);
+  const std::unique_ptr<embedded::Session> session = embedded::Session::Open(options.model);
+  if (options.changes || options.json) session->RecordChanges();
+  Prepare(*session, options);
+  ModelSession model(*session, user_interface, environment);
+  operation(model, outcome);
   if (user_interface.reported_error()) {
     outcome.exit_code = ExitCode::kError;
     outcome.error = {
@@ -96,8 +97,8 @@ void Execute(const RunOptions& options, const Operation& operation,
     outcome.exit_code = ExitCode::kCancelled;
     return;
   }
-  TellState(workbook, options, outcome);
-  SaveResult(workbook, options, outcome);
+  TellState(*session, options, outcome);
+  SaveResult(*session, options, outcome);
 }
 
 void Fail(RunOutcome& outcome, ExitCode exit_code, ReportedError error) {

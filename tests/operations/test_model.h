@@ -28,6 +28,8 @@ class TestModel {
     session_->AddSheetRoutine("ResetKeySortButtons");
     session_->AddSheetRoutine("resetNamesSortButtons");
   }
+  // It counts as no worksheet from then on, and is active if it was.
+  void TurnIntoChartSheet(std::string_view sheet) { SheetOf(sheet).is_worksheet = false; }
   void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }

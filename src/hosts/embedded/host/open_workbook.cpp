@@ -329,6 +329,17 @@ void OpenWorkbook::SelectAreas(int sheet_id, std::vector<Area> areas) {
   view.selection = std::move(areas);
 }
 
+void OpenWorkbook::ActivateCell(int sheet_id, const Area& area) {
+  SheetView& view = windows_.View(windows_.active(), sheet_id);
+  const CellAddress cell{area.first_row, area.first_column};
+  if (std::any_of(view.selection.begin(), view.selection.end(),
+                  [&](const Area& selected) { return selected.Contains(cell); })) {
+    view.active_cell = cell;
+  } else {
+    Select(sheet_id, area);
+  }
+}
+
 void OpenWorkbook::SetVisibility(int sheet_id, Visibility visibility) {
   static constexpr const char* kRefused =
       "Unable to set the Visible property of the Worksheet class: ";

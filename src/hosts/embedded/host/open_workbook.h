@@ -100,6 +100,9 @@ class OpenWorkbook {
   Area Selection(int sheet) { return SelectedAreas(sheet).front(); }
   void Select(int sheet, const Area& area) { SelectAreas(sheet, {area}); }
   void SelectAreas(int sheet, std::vector<Area> areas);
+  // Makes the area's first cell the active one: within the selection, which stays, or else as part
+  // of the area, which is selected.
+  void ActivateCell(int sheet, const Area& area);
 
   // Shows or hides a sheet. Throws HostError where no sheet would stay visible. When the active
   // sheet is hidden, the next visible one is activated.

@@ -279,7 +279,13 @@ void EmbeddedRange::Select() {
   book_->SelectAreas(sheet_, areas_);
 }
 
-void EmbeddedRange::Activate() { RefuseMember("Range.Activate"); }
+void EmbeddedRange::Activate() {
+  if (book_->active_sheet() != sheet_) {
+    Refuse("Activate method of Range class failed: the sheet \"" + book_->sheet(sheet_).name +
+           "\" is not the active sheet.");
+  }
+  book_->ActivateCell(sheet_, area_);
+}
 
 void EmbeddedRange::Clear() {
   EndCopy();
