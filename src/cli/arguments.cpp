@@ -210,6 +210,15 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
   RawRun raw_menu;
   CLI::App* menu = app.add_subcommand("menu", "Show a model's menus, or run one of their entries");
   DescribeMenu(*menu, raw_menu);
+  RawRun raw_windows;
+  std::string mode;
+  CLI::App* windows = app.add_subcommand("windows", "Draw a window arrangement of a model");
+  DescribeModel(*windows, raw_windows);
+  windows->add_option("--mode", mode, "ud: the dashboard above the sheet; lr: left of it")
+      ->required()
+      ->check(CLI::IsMember({"ud", "lr"}))
+      ->type_name("MODE");
+  AddText(*windows, "--sheet", raw_windows.options.sheet, "Activate this sheet first", "NAME");
   CLI::App* list = app.add_subcommand("list", "List every class and method");
   CLI::App* inspect =
       app.add_subcommand("inspect", "Tell what the operations see of a model, and its problems");
@@ -255,6 +264,13 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
   }
   if (diff->parsed()) {
     command.kind = Command::Kind::kDiff;
+    return command;
+  }
+  if (windows->parsed()) {
+    command.kind = Command::Kind::kWindows;
+    command.windows = {
+        .run = ToOptions(raw_windows),
+        .mode = mode == "ud" ? WindowsOptions::Mode::kUpDown : WindowsOptions::Mode::kLeftRight};
     return command;
   }
   if (menu->parsed()) return ToMenuCommand(raw_menu, menu->count("--pick") > 0);

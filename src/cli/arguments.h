@@ -13,10 +13,22 @@
 namespace vantora::cli {
 
 struct Command {
-  enum class Kind { kRun, kShowMenu, kPick, kList, kInspect, kRecalculate, kDiff, kUndo, kPrint };
+  enum class Kind {
+    kRun,
+    kShowMenu,
+    kPick,
+    kWindows,
+    kList,
+    kInspect,
+    kRecalculate,
+    kDiff,
+    kUndo,
+    kPrint
+  };
   Kind kind = Kind::kPrint;
   RunOptions run;                  // for kRun
   MenuOptions menu;                // for kShowMenu and kPick
+  WindowsOptions windows;          // for kWindows
   InspectOptions inspect;          // for kInspect
   RecalculateOptions recalculate;  // for kRecalculate
   DiffOptions diff;                // for kDiff

@@ -9,6 +9,7 @@
 #include "cli/recalculate.h"
 #include "cli/report.h"
 #include "cli/run.h"
+#include "cli/windows.h"
 
 namespace vantora::cli {
 
@@ -37,6 +38,8 @@ ExitCode Follow(const Command& command, Environment& environment) {
       Report(outcome, command.menu.run, environment.out, environment.err);
       return outcome.exit_code;
     }
+    case Command::Kind::kWindows:
+      return static_cast<int>(ShowWindows(command.windows, environment));
     case Command::Kind::kRun: {
       const RunOutcome outcome = Run(command.run, environment);
       Report(outcome, command.run, environment.out, environment.err);

@@ -58,4 +58,11 @@ struct MenuOptions {
   std::string pick;
 };
 
+struct WindowsOptions {
+  enum class Mode { kUpDown, kLeftRight };
+  // The model and the sheet to activate.
+  RunOptions run;
+  Mode mode = Mode::kUpDown;
+};
+
 }  // namespace vantora::cli

@@ -7,11 +7,13 @@
 #include "core/convert.h"
 #include "core/globals.h"
 #include "maintenance/clear_all_data.h"
+#include "maintenance/development_mode.h"
 #include "maintenance/freeze.h"
 #include "maintenance/planning_spinners.h"
 #include "maintenance/ratios_comp_data_set.h"
 #include "maintenance/year_end.h"
 #include "presentation/dashboard.h"
+#include "presentation/display_modes.h"
 #include "presentation/menu_management.h"
 #include "refsheet/ref_sheet.h"
 
@@ -248,6 +250,58 @@ PublicClass Dashboard() {
           .create = Create<clsDashboard>};
 }
 
+PublicClass DisplayModes() {
+  auto ignored = [](std::string_view name) {
+    return Parameter{.name = name, .type = ParameterType::kText, .help = "not looked at"};
+  };
+  return {.name = "clsDisplayModes",
+          .help = "Window arrangements beside the dashboard",
+          .methods = {{.name = "MultiWindowUD",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Shows the dashboard above the sheet, or one window again",
+                       .call = Run<clsDisplayModes, &clsDisplayModes::MultiWindowUD>},
+                      {.name = "MultiWindowLR",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Shows the dashboard left of the sheet, or one window again",
+                       .call = Run<clsDisplayModes, &clsDisplayModes::MultiWindowLR>},
+                      {.name = "SetPresentationDisplay",
+                       .parameters = {ignored("a"), ignored("b"), ignored("c")},
+                       .asks = "",
+                       .help = "Does nothing; the workbook's macros call it",
+                       .call =
+                           [](PublicObject& object, std::span<Argument> arguments) {
+                             static_cast<clsDisplayModes&>(object).SetPresentationDisplay(
+                                 std::get<Value>(arguments[0]), std::get<Value>(arguments[1]),
+                                 std::get<Value>(arguments[2]));
+                             return Value();
+                           }}},
+          .create = Create<clsDisplayModes>};
+}
+
+PublicClass DevelopmentMode() {
+  return {.name = "clsDevelopmentMode",
+          .help = "Switching between normal and development mode",
+          .methods = {{.name = "DevelopmentMode",
+                       .parameters = {},
+                       .asks = "message (OK) when planning keys disagree",
+                       .help = "Shows or hides row 1 of every sheet and what goes with it",
+                       .call = Run<clsDevelopmentMode, &clsDevelopmentMode::DevelopmentMode>},
+                      {.name = "AlignSheets",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Scrolls and freezes every sheet as the flags in its A1 say",
+                       .call = Run<clsDevelopmentMode, &clsDevelopmentMode::AlignSheets>},
+                      {.name = "CheckPlanningKeys",
+                       .parameters = {},
+                       .asks = "message (OK) when there are discrepancies",
+                       .help = "Lists the planning keys and their discrepancies",
+                       .call =
+                           Run<clsDevelopmentMode, &clsDevelopmentMode::CheckPlanningKeys>}},
+          .create = Create<clsDevelopmentMode>};
+}
+
 // A class that is part of the component's surface but does not exist yet.
 PublicClass Missing(std::string_view name, std::string_view help) {
   return {.name = name, .help = help, .methods = {}, .create = nullptr};
@@ -262,9 +316,9 @@ const std::vector<PublicClass>& PublicClasses() {
       YearEnd(),
       Freeze(),
       PlanningSpinners(),
-      Missing("clsDisplayModes", "Window arrangements beside the dashboard"),
+      DisplayModes(),
       RatiosCompDataSet(),
-      Missing("clsDevelopmentMode", "Switching between normal and development mode"),
+      DevelopmentMode(),
       ClearAllData(),
       MenuManagement(),
       Dashboard(),

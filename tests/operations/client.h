@@ -55,6 +55,16 @@ class YearEndClient : public Client {
   void CopyCurrentYear() { Call("CopyCurrentYear"); }
 };
 
+class DevelopmentModeClient : public Client {
+ public:
+  DevelopmentModeClient(Services& services, host::ApplicationPtr application)
+      : Client("clsDevelopmentMode", services, std::move(application)) {}
+
+  void DevelopmentMode() { Call("DevelopmentMode"); }
+  void AlignSheets() { Call("AlignSheets"); }
+  void CheckPlanningKeys() { Call("CheckPlanningKeys"); }
+};
+
 class RefSheetClient : public Client {
  public:
   RefSheetClient(Services& services, host::ApplicationPtr application)
@@ -98,6 +108,18 @@ class MenuManagementClient : public Client {
   void SetDashboardMenuPanes() { Call("SetDashboardMenuPanes"); }
   void ExposeDashMenu(bool visible) { Call("ExposeDashMenu", {Value(visible)}); }
   void SelectConfig(int number) { Call("SelectConfig", {Value(number)}); }
+};
+
+class DisplayModesClient : public Client {
+ public:
+  DisplayModesClient(Services& services, host::ApplicationPtr application)
+      : Client("clsDisplayModes", services, std::move(application)) {}
+
+  void MultiWindowUD() { Call("MultiWindowUD"); }
+  void MultiWindowLR() { Call("MultiWindowLR"); }
+  void SetPresentationDisplay() {
+    Call("SetPresentationDisplay", {Value("1"), Value(), Value("x")});
+  }
 };
 
 }  // namespace vantora::testing

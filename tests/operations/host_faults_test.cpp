@@ -27,11 +27,17 @@ struct Bench {
       std::make_shared<FaultyApplication>(ReferenceSheetIn(model).application(), plan);
   testing::YearEndClient year_end{services, application};
   testing::RefSheetClient ref_sheet{services, application};
+  testing::DevelopmentModeClient development_mode{services, application};
 
   Bench() { plan->calls = 0; }
 
   static TestModel& ReferenceSheetIn(TestModel& model) {
-    model.Put("Planning!A1", {"X14", "n", "k", "c", "s"});
+    model.Put("Planning!A1", {"X14", "n", "k", "c", "s", "e", "h"});
+    model.Put("Planning!D10", {"used range"});
+    model.Put("Planning!A20", {"used range"});
+    model.Put("Plant!AM3", {"Planning key"});
+    model.Put("Plant!AM4", {"K-1"});
+    model.HaveSortButtons();
     return model;
   }
 };
@@ -81,6 +87,15 @@ INSTANTIATE_TEST_SUITE_P(
         Operation{"ShiftHistory", [](Bench& b) { b.year_end.ShiftHistory(); }, 60},
         Operation{"CopyCurrentYear", [](Bench& b) { b.year_end.CopyCurrentYear(); }, 20},
         Operation{"BindRefSheet", [](Bench& b) { b.ref_sheet.Init(); }, 10},
+        Operation{"KeysListSortbyKey", [](Bench& b) { b.ref_sheet.Call("KeysListSortbyKey"); }, 10},
+        Operation{"NamesListPopulate", [](Bench& b) { b.ref_sheet.Call("NamesListPopulate"); }, 20},
+        Operation{"ConfigsListPut",
+                  [](Bench& b) {
+                    b.ref_sheet.ConfigsListPut({"a", "b"});
+                  },
+                  7},
+        Operation{"CheckPlanningKeys", [](Bench& b) { b.development_mode.CheckPlanningKeys(); },
+                  60},
         Operation{"PutDLLVersion", [](Bench& b) { b.ref_sheet.PutDLLVersion("line"); }, 2}),
     [](const auto& info) { return info.param.name; });
 

@@ -1,11 +1,11 @@
 #include "operations/test_model.h"
 
+#include "core/convert.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::testing {
 namespace {
 
-constexpr embedded::StyleId kFilled = 1;
 constexpr int kFillColor = 36;
 
 struct Place {
@@ -40,10 +40,7 @@ void DescribeEntries(const std::vector<embedded::MenuEntry>& entries, const std:
 }  // namespace
 
 TestModel::TestModel(const std::vector<std::string>& sheet_names)
-    : session_(embedded::Session::Create(sheet_names)) {
-  model().styles.formats.resize(kFilled + 1);
-  model().styles.formats[kFilled].fill_color_index = kFillColor;
-}
+    : session_(embedded::Session::Create(sheet_names)) {}
 
 void TestModel::Put(const std::string& cell, const std::vector<Value>& values) {
   host::RangePtr first = session_->Range(cell);
@@ -60,9 +57,18 @@ std::vector<Value> TestModel::Get(const std::string& first_cell, int count) {
   return values;
 }
 
+std::vector<std::string> TestModel::Windows() {
+  auto text = [](double points) { return NumberToText(points); };
+  std::vector<std::string> windows;
+  for (const embedded::WindowPlace& place : session_->Windows()) {
+    windows.push_back(place.sheet + " " + text(place.left) + "," + text(place.top) + " " +
+                      text(place.width) + "x" + text(place.height));
+  }
+  return windows;
+}
+
 void TestModel::Fill(const std::string& cell) {
-  Place place = PlaceOf(cell);
-  SheetOf(place.sheet).cells.SetStyle(place.cell, kFilled);
+  session_->Range(cell)->Interior()->SetColorIndex(kFillColor);
 }
 
 bool TestModel::IsFilled(const std::string& cell) {
@@ -75,6 +81,33 @@ void TestModel::Name(std::string name, std::string refers_to) {
 
 std::string TestModel::RefersTo(std::string_view name) {
   return model().FindName(name, 0)->refers_to;
+}
+
+std::string TestModel::Alignment(const std::string& cell) {
+  using Token = embedded::XmlScanner::Token;
+  Place place = PlaceOf(cell);
+  const embedded::StyleId style = SheetOf(place.sheet).StyleOf(place.cell);
+  const std::string text = session_->file().style_editor().Text();
+  bool is_format = false;
+  embedded::StyleId next = 0;
+  std::string alignment;
+  for (embedded::XmlScanner xml(text); xml.Next() != Token::kDone;) {
+    if (xml.token() != Token::kStart) continue;
+    if (xml.depth() == 1) is_format = xml.local_name() == "cellXfs";
+    if (is_format && xml.local_name() == "xf") ++next;
+    if (!is_format || next != style + 1 || xml.local_name() != "alignment") continue;
+    for (const embedded::XmlAttribute& attribute : xml.attributes()) {
+      alignment += " " + std::string(attribute.name) + "=\"" + std::string(attribute.value) + "\"";
+    }
+  }
+  return alignment;
+}
+
+std::string TestModel::Selection() {
+  host::RangePtr range = application()->Selection();
+  const embedded::Area area{range->Row(), range->Column(), range->Row() + range->RowsCount() - 1,
+                            range->Column() + range->ColumnsCount() - 1};
+  return range->Worksheet()->Name() + "!" + embedded::ToA1(area);
 }
 
 void TestModel::Hide(std::string_view sheet) {

@@ -23,6 +23,11 @@ class TestModel {
   void Name(std::string name, std::string refers_to);
   void Hide(std::string_view sheet);
   void Protect(std::string_view sheet);
+  // The workbook has the routines that the Reference Sheet's code module offers.
+  void HaveSortButtons() {
+    session_->AddSheetRoutine("ResetKeySortButtons");
+    session_->AddSheetRoutine("resetNamesSortButtons");
+  }
   // It counts as no worksheet from then on, and is active if it was.
   void TurnIntoChartSheet(std::string_view sheet) { SheetOf(sheet).is_worksheet = false; }
   void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
@@ -32,12 +37,21 @@ class TestModel {
   host::ApplicationPtr application() { return session_->application(); }
   host::WorksheetPtr Sheet(std::string_view name) { return session_->Worksheet(name); }
   Value Get(const std::string& cell) { return session_->Range(cell)->Value(); }
+  // "Data 0,295 1428x305" for each open window, the active one first.
+  std::vector<std::string> Windows();
+  void SetUsableArea(double width, double height, bool full_screen) {
+    session_->SetUsableArea(width, height, full_screen);
+  }
   // The values of cells side by side.
   std::vector<Value> Get(const std::string& first_cell, int count);
   // Without "="; "" for a cell without a formula.
   std::string Formula(const std::string& cell);
   bool IsFilled(const std::string& cell);
   std::string RefersTo(std::string_view name);
+  // The alignment of a cell's format as it is saved: " horizontal=\"left\""; "" when it has none.
+  std::string Alignment(const std::string& cell);
+  // "Reference!B5:D7" for what is selected on the active sheet.
+  std::string Selection();
   std::string ActiveSheet() { return application()->ActiveSheet()->Name(); }
   // The text of a cell's comment; "none" when it has none.
   std::string Comment(const std::string& cell);

@@ -107,7 +107,7 @@ Value OpenWorkbook::Read(int sheet_id, CellAddress cell) {
   }
 }
 
-void OpenWorkbook::Clear(int sheet_id, CellAddress cell) {
+void OpenWorkbook::ClearCell(int sheet_id, CellAddress cell) {
   CellStore& cells = sheet(sheet_id).cells;
   if (cells.Exists(cell)) cells.SetConstant(cell, CellValue::Blank());
 }
@@ -129,29 +129,37 @@ void OpenWorkbook::PutText(int sheet_id, CellAddress cell, const std::string& te
   }
 }
 
-void OpenWorkbook::Put(int sheet_id, const Area& area, const Value& value) {
+void OpenWorkbook::PreparePut(int sheet_id, const Area& area) {
   RefuseOnProtectedSheet(sheet_id, area);
   RefusePartOfArray(sheet_id, area);
-  SheetModel& target = sheet(sheet_id);
-  std::erase_if(target.arrays, [&](const ArrayFormula& array) {
+  std::erase_if(sheet(sheet_id).arrays, [&](const ArrayFormula& array) {
     return area.Intersects(array.area);
   });
+}
+
+void OpenWorkbook::PutCell(int sheet_id, CellAddress cell, const Value& value) {
+  SheetModel& target = sheet(sheet_id);
+  if (value.IsEmpty() || (value.IsText() && value.AsText().empty())) {
+    ClearCell(sheet_id, cell);
+    return;
+  }
+  KeepFormatOf(target, cell);
+  if (value.IsText()) {
+    PutText(sheet_id, cell, value.AsText());
+  } else if (value.IsNumber()) {
+    target.cells.SetConstant(cell, CellValue::Number(value.AsNumber()));
+  } else if (value.IsBoolean()) {
+    target.cells.SetConstant(cell, CellValue::Boolean(value.AsBoolean()));
+  } else {
+    target.cells.SetConstant(cell, CellValue::Error(value.AsError()));
+  }
+}
+
+void OpenWorkbook::Put(int sheet_id, const Area& area, const Value& value) {
+  PreparePut(sheet_id, area);
   for (int row = area.first_row; row <= area.last_row; ++row) {
     for (int column = area.first_column; column <= area.last_column; ++column) {
-      CellAddress cell{row, column};
-      bool clears = value.IsEmpty() || (value.IsText() && value.AsText().empty());
-      if (!clears) KeepFormatOf(target, cell);
-      if (clears) {
-        Clear(sheet_id, cell);
-      } else if (value.IsText()) {
-        PutText(sheet_id, cell, value.AsText());
-      } else if (value.IsNumber()) {
-        target.cells.SetConstant(cell, CellValue::Number(value.AsNumber()));
-      } else if (value.IsBoolean()) {
-        target.cells.SetConstant(cell, CellValue::Boolean(value.AsBoolean()));
-      } else {
-        target.cells.SetConstant(cell, CellValue::Error(value.AsError()));
-      }
+      PutCell(sheet_id, {row, column}, value);
     }
   }
   calculator_.Changed(sheet_id, area);

@@ -100,7 +100,28 @@ void Session::SetCaller(std::string_view shape) {
                                                       std::string(shape) + "\".");
 }
 
+std::vector<WindowPlace> Session::Windows() {
+  OpenWorkbook& workbook = impl_->workbook();
+  std::vector<WindowPlace> places;
+  for (int id : workbook.windows().order()) {
+    const BookWindow& window = *workbook.windows().Find(id);
+    places.push_back({workbook.sheet(window.active_sheet).name, window.place.left,
+                      window.place.top, window.width(), window.height()});
+  }
+  return places;
+}
+
+void Session::SetUsableArea(double width, double height, bool full_screen) {
+  impl_->state->usable_width = width;
+  impl_->state->usable_height = height;
+  impl_->state->full_screen = full_screen;
+}
+
 std::vector<MenuEntry> Session::MenuBar() const { return EntriesOf(*impl_->state->menu_bar); }
+
+void Session::AddSheetRoutine(std::string_view routine) {
+  impl_->workbook().AddSheetRoutine(routine);
+}
 
 std::vector<Uncalculated> Session::Calculate() { return impl_->workbook().Calculate(); }
 

@@ -31,6 +31,16 @@ struct InsertedColumns {
   int count = 1;
 };
 
+// An open window: the sheet that it shows, and its place in points.
+struct WindowPlace {
+  std::string sheet;
+  double left = 0;
+  double top = 0;
+  double width = 0;
+  double height = 0;
+  bool operator==(const WindowPlace&) const = default;
+};
+
 struct ChangeList {
   std::vector<InsertedColumns> inserted;
   // In workbook order: sheet by tab, then row, then column. A cell that only moved is no change,
@@ -86,8 +96,17 @@ class Session {
   // the sheet has none of that name.
   void SetCaller(std::string_view shape);
 
+  // The workbook's open windows, the active one first.
+  std::vector<WindowPlace> Windows();
+  // The space for windows, in points, and whether the host fills the screen.
+  void SetUsableArea(double width, double height, bool full_screen);
+
   // The menus of the menu bar with all that is in them.
   std::vector<MenuEntry> MenuBar() const;
+
+  // Says that a workbook without macros has the routine in its sheets' code modules, as one with
+  // macros is taken to have those that the model's workbook offers.
+  void AddSheetRoutine(std::string_view routine);
 
   // Brings every value up to date and tells which formulas could not be calculated.
   std::vector<Uncalculated> Calculate();
