@@ -100,4 +100,29 @@ class MenuManagementClient : public Client {
   void SelectConfig(int number) { Call("SelectConfig", {Value(number)}); }
 };
 
+class DashboardClient : public Client {
+ public:
+  DashboardClient(Services& services, host::ApplicationPtr application)
+      : Client("clsDashboard", services, std::move(application)) {}
+
+  void BuildChartList() { Call("BuildChartList"); }
+  void DashboardConfigure() { Call("DashboardConfigure"); }
+  // `flags` holds configuration 1 first.
+  void RetrieveColumnConfig(int column, std::vector<bool>& flags) {
+    std::vector<Argument> arguments = {Value(column), Numbered(flags)};
+    CallByReference("RetrieveColumnConfig", arguments);
+    const auto& filled = std::get<std::vector<bool>>(arguments[1]);
+    flags.assign(filled.begin() + 1, filled.end());
+  }
+  void SaveColumnConfig(int column, const std::vector<bool>& flags) {
+    Call("SaveColumnConfig", {Value(column), Numbered(flags)});
+  }
+
+ private:
+  static std::vector<bool> Numbered(std::vector<bool> flags) {
+    flags.insert(flags.begin(), false);
+    return flags;
+  }
+};
+
 }  // namespace vantora::testing

@@ -1,5 +1,7 @@
 #include "operations/test_model.h"
 
+#include <cmath>
+
 #include "package/xml_scanner.h"
 
 namespace vantora::testing {
@@ -88,6 +90,33 @@ std::string TestModel::Formula(const std::string& cell) {
   embedded::SheetModel& sheet = SheetOf(place.sheet);
   embedded::FormulaId id = sheet.cells.Get(place.cell).formula;
   return id == 0 ? "" : embedded::FormulaText(sheet.formulas[id], place.cell, model());
+}
+
+void TestModel::AddCharts(std::string_view sheet, const std::vector<TestChart>& charts) {
+  constexpr std::string_view kType =
+      "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
+  constexpr double kUnits = 12700;
+  embedded::WorkbookFile& file = session_->file();
+  const std::string drawing = file.package().FreePartName("xl/drawings/drawing", ".xml");
+  file.package().AddRelationship(file.part_of(*model().IdOf(sheet)), std::string(kType) + "drawing",
+                                 drawing);
+  auto units = [](double points) { return std::to_string(std::llround(points * kUnits)); };
+  std::string anchors;
+  for (const TestChart& chart : charts) {
+    const std::string part = file.package().FreePartName("xl/charts/chart", ".xml");
+    const std::string title = chart.title.empty() ? "<autoTitleDeleted val=\"1\"/>"
+                                                  : "<title><tx><rich><p><r><t>" +
+                                                        embedded::EncodeXmlText(chart.title) +
+                                                        "</t></r></p></rich></tx></title>";
+    file.package().Write(part, "<chartSpace><chart>" + title + "<plotArea/></chart></chartSpace>");
+    const std::string id =
+        file.package().AddRelationship(drawing, std::string(kType) + "chart", part);
+    anchors += "<absoluteAnchor><pos x=\"" + units(chart.left) + "\" y=\"" + units(chart.top) +
+               "\"/><ext cx=\"" + units(chart.width) +
+               "\" cy=\"1\"/><graphicFrame><graphic><graphicData><chart id=\"" + id +
+               "\"/></graphicData></graphic></graphicFrame></absoluteAnchor>";
+  }
+  file.package().Write(drawing, "<wsDr>" + anchors + "</wsDr>");
 }
 
 std::string TestModel::PartOf(std::string_view sheet, std::string_view kind) {

@@ -11,6 +11,14 @@
 
 namespace vantora::testing {
 
+// Lengths in points. A chart with an empty title has none.
+struct TestChart {
+  double left = 0;
+  double top = 0;
+  double width = 0;
+  std::string title;
+};
+
 // Cells are named "Data!O3"; sheet names here need no quotes.
 class TestModel {
  public:
@@ -23,6 +31,9 @@ class TestModel {
   void Name(std::string name, std::string refers_to);
   void Hide(std::string_view sheet);
   void Protect(std::string_view sheet);
+  bool IsProtected(std::string_view sheet) { return SheetOf(sheet).is_protected; }
+  // Puts the charts on a sheet that has none.
+  void AddCharts(std::string_view sheet, const std::vector<TestChart>& charts);
   void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }
