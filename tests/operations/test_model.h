@@ -34,6 +34,11 @@ class TestModel {
   bool IsProtected(std::string_view sheet) { return SheetOf(sheet).is_protected; }
   // Puts the charts on a sheet that has none.
   void AddCharts(std::string_view sheet, const std::vector<TestChart>& charts);
+  // The workbook has the routines that the Reference Sheet's code module offers.
+  void HaveSortButtons() {
+    session_->AddSheetRoutine("ResetKeySortButtons");
+    session_->AddSheetRoutine("resetNamesSortButtons");
+  }
   void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }

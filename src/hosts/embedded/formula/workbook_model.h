@@ -4,6 +4,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -60,6 +61,8 @@ struct SheetModel {
 
   // The format of a cell, whether or not it exists: its own, its row's, its column's.
   StyleId StyleOf(CellAddress cell) const;
+  // That of its row or its column.
+  StyleId StyleBehind(CellAddress cell) const;
 };
 
 struct DefinedName {
@@ -68,6 +71,8 @@ struct DefinedName {
   int scope = -1;
   // Without "=".
   std::string refers_to;
+  // Not shown to users.
+  bool is_hidden = false;
 };
 
 class WorkbookModel : public SheetDirectory {
@@ -80,6 +85,8 @@ class WorkbookModel : public SheetDirectory {
   Styles styles;
   std::vector<DefinedName> names;
   bool date_1904 = false;
+  // The workbook's structure is protected: sheets are neither hidden nor shown.
+  bool structure_is_protected = false;
 
   SheetModel& AddSheet(std::string name);
   std::optional<int> IdOf(std::string_view name) const override;
@@ -88,6 +95,10 @@ class WorkbookModel : public SheetDirectory {
   // The name as seen from a sheet: the sheet's own before the workbook's; case-insensitive. Null
   // when there is none. Not for several threads at once.
   const DefinedName* FindName(std::string_view name, int from_sheet) const;
+  // Place in `names` of the name with exactly that scope (-1 for the workbook's own).
+  std::optional<std::size_t> PlaceOfName(std::string_view name, int scope) const;
+  // Removes names[place]; the last name takes its place.
+  void RemoveName(std::size_t place);
   // `names` were removed, renamed or put in another order (what they refer to does not matter, and
   // names that come at the end are found): FindName looks at all of them anew.
   void ForgetNames() { indexed_names_ = kNamesUnknown; }

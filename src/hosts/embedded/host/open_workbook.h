@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +14,9 @@
 #include "core/value.h"
 #include "formula/calculator.h"
 #include "host/column_sizes.h"
+#include "host/name_list.h"
 #include "package/comments.h"
+#include "package/style_editor.h"
 #include "package/workbook_file.h"
 
 namespace vantora::embedded {
@@ -43,11 +46,32 @@ class OpenWorkbook {
   Value Read(int sheet, CellAddress cell);
   // A macro's put into every cell of the area.
   void Put(int sheet, const Area& area, const Value& value);
+  // Puts one value a row into the cells from `first` down.
+  void PutColumn(int sheet, CellAddress first, std::span<const Value> rows);
   int FillColorIndex(int sheet, CellAddress cell);
   Area UsedRange(int sheet);
 
   void InsertColumns(int sheet, int column, int count);
   void ClearFormats(int sheet, const Area& area);
+  void ClearContents(int sheet, const Area& area);
+  // Contents, formats, comments, validations, merges, hyperlinks.
+  void Clear(int sheet, const Area& area);
+
+  void Format(int sheet, const std::vector<Area>& areas, const FormatChange& change);
+  // The lines between the columns of each area, and those around it.
+  void FormatInsideVerticals(int sheet, const std::vector<Area>& areas, const LineChange& line);
+  void FormatOutline(int sheet, const std::vector<Area>& areas, const LineChange& line);
+
+  // Sorts the rows of the area by two of its columns, as Excel does with its header guess.
+  void Sort(int sheet, const Area& area, int key1_column, int key2_column);
+  // Writes the names that the sheet can use from the cell down, with what they refer to as texts.
+  void ListNames(int sheet, CellAddress cell);
+
+  // Routines of sheets' code modules that a workbook without macros is taken to have.
+  void AddSheetRoutine(std::string_view routine) { sheet_routines_.emplace_back(routine); }
+  // Throws HostError 438 when the workbook is not known to have the routine.
+  void CallSheetRoutine(std::string_view routine);
+
   // Both areas lie on `sheet`; `to` is of the same size as `from`.
   void Paste(int sheet, const Area& from, const Area& to, unsigned parts);
 
@@ -67,16 +91,24 @@ class OpenWorkbook {
   int active_sheet() const { return active_sheet_; }
   // Throws HostError for a hidden sheet.
   void Activate(int sheet);
-  // What is selected on a sheet: what the file says until something else is selected.
-  Area Selection(int sheet);
-  void Select(int sheet, const Area& area);
+  // What is selected on a sheet: what the file says until something else is selected. Never empty;
+  // Selection gives the first area.
+  std::vector<Area> SelectedAreas(int sheet);
+  Area Selection(int sheet) { return SelectedAreas(sheet).front(); }
+  void Select(int sheet, const Area& area) { SelectAreas(sheet, {area}); }
+  void SelectAreas(int sheet, std::vector<Area> areas) { selections_[sheet] = std::move(areas); }
 
+  // Shows or hides a sheet. Throws HostError where no sheet would stay visible. When the active
+  // sheet is hidden, the next visible one is activated.
+  void SetVisibility(int sheet, Visibility visibility);
+
+  NameList& names() { return names_; }
+  // NameList::Define, which refuses the names of tables too.
+  bool DefineName(std::string_view name, std::string_view refers_to_r1c1);
   // The cells that the name refers to and their sheet; nullopt when it refers to something else.
-  struct Place {
-    int sheet;
-    Area area;
-  };
-  std::optional<Place> PlaceOf(const DefinedName& name);
+  std::optional<Place> PlaceOf(const DefinedName& name) {
+    return names_.PlaceOf(name, active_sheet_);
+  }
 
   // Insertions made and comments added since the workbook was opened, for the list of changes.
   const std::vector<ColumnInsertion>& insertions() const { return insertions_; }
@@ -95,9 +127,24 @@ class OpenWorkbook {
   void RefusePartOfMerge(int sheet, const Area& area);
   double DefaultWidth(int sheet);
   void RefuseFormattingColumns(int sheet, const char* property);
+  // The visible sheet that comes forward when a sheet is hidden: the next one to the right, else to
+  // the left; nullopt when there is none.
+  std::optional<int> VisibleNeighbour(int sheet);
   SheetComments Comments(int sheet);
   void PutText(int sheet, CellAddress cell, const std::string& text);
-  void Clear(int sheet, CellAddress cell);
+  void ClearCell(int sheet, CellAddress cell);
+  // What comes before and within a put.
+  void PreparePut(int sheet, const Area& area);
+  void PutCell(int sheet, CellAddress cell, const Value& value);
+  void EmptyCells(int sheet, const Area& area);
+  // Takes away empty cells that look as their rows and columns do.
+  void DropPlainCells(int sheet, const Area& area);
+  void PutPlainText(int sheet, CellAddress cell, const std::string& text);
+  bool HasHeader(int sheet, const Area& area);
+  void RefuseSorting(int sheet, const Area& area);
+  void MoveRows(int sheet, const RowMoves& moves);
+  void MoveCells(int sheet, int column, const RowMoves& moves);
+  void RefuseFormatting(int sheet, const std::vector<Area>& areas);
   void PasteCells(SheetModel& sheet, const Area& from, const Area& to, unsigned parts);
   void PasteCell(SheetModel& sheet, const Cell& source, CellAddress from, CellAddress to,
                  unsigned parts);
@@ -105,11 +152,13 @@ class OpenWorkbook {
 
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;
+  NameList names_;
   int active_sheet_ = 0;
-  std::map<int, Area> selections_;
   std::map<int, ColumnSizes> column_sizes_;
+  std::map<int, std::vector<Area>> selections_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;
+  std::vector<std::string> sheet_routines_;
 };
 
 }  // namespace vantora::embedded

@@ -1,4 +1,7 @@
 // Range and what belongs to it over an open workbook.
+#include <algorithm>
+
+#include "host/format_objects.h"
 #include "host/objects.h"
 #include "host/row_edits.h"
 #include "package/column_width.h"
@@ -11,27 +14,6 @@ using host::XlPasteSpecialOperation;
 using host::XlPasteType;
 
 CellAddress TopLeft(const Area& area) { return {area.first_row, area.first_column}; }
-
-class EmbeddedInterior : public host::Interior {
- public:
-  EmbeddedInterior(BookHandle book, int sheet, const Area& area)
-      : book_(std::move(book)), sheet_(sheet), area_(area) {}
-
-  int ColorIndex() override { return book_->FillColorIndex(sheet_, TopLeft(area_)); }
-
-  void SetColorIndex(int color_index) override;
-
-  void SetPattern(host::XlPattern pattern) override;
-
- private:
-  BookHandle book_;
-  int sheet_;
-  Area area_;
-};
-
-void EmbeddedInterior::SetColorIndex(int) { RefuseMember("Interior.ColorIndex (put)"); }
-
-void EmbeddedInterior::SetPattern(host::XlPattern) { RefuseMember("Interior.Pattern (put)"); }
 
 class EmbeddedComment : public host::Comment {
  public:
@@ -49,8 +31,11 @@ class EmbeddedComment : public host::Comment {
 
 class EmbeddedRange : public host::Range {
  public:
-  EmbeddedRange(BookHandle book, int sheet, const Area& area)
-      : book_(std::move(book)), sheet_(sheet), area_(area) {}
+  EmbeddedRange(BookHandle book, int sheet, std::vector<Area> areas)
+      : book_(std::move(book)), sheet_(sheet), area_(areas.front()), areas_(std::move(areas)) {}
+
+  // The range of both ranges' cells; areas that both have count once.
+  static host::RangePtr Union(const EmbeddedRange& first, const EmbeddedRange& second);
 
   vantora::Value Value() override { return book_->Read(sheet_, TopLeft(area_)); }
   void SetValue(const vantora::Value& value) override;
@@ -78,7 +63,7 @@ class EmbeddedRange : public host::Range {
   }
 
   host::InteriorPtr Interior() override {
-    return std::make_shared<EmbeddedInterior>(book_, sheet_, area_);
+    return MakeInterior(book_, sheet_, areas_);
   }
 
   host::FontPtr Font() override;
@@ -127,9 +112,7 @@ class EmbeddedRange : public host::Range {
 
   void ClearFormats() override;
 
-  void Copy() override {
-    book_.application->copied = ApplicationState::CopySource{book_.workbook, sheet_, area_};
-  }
+  void Copy() override;
   void Insert(XlInsertShiftDirection shift) override;
   void PasteSpecial(XlPasteType paste, XlPasteSpecialOperation operation, bool skip_blanks,
                     bool transpose) override;
@@ -145,8 +128,21 @@ class EmbeddedRange : public host::Range {
 
   BookHandle book_;
   int sheet_;
+  // The first one.
   Area area_;
+  std::vector<Area> areas_;
 };
+
+host::RangePtr EmbeddedRange::Union(const EmbeddedRange& first, const EmbeddedRange& second) {
+  if (!(first.book_ == second.book_) || first.sheet_ != second.sheet_) {
+    Refuse("Method 'Union' of object '_Application' failed: the ranges are on different sheets.");
+  }
+  std::vector<Area> areas = first.areas_;
+  for (const Area& area : second.areas_) {
+    if (std::find(areas.begin(), areas.end(), area) == areas.end()) areas.push_back(area);
+  }
+  return MakeRange(first.book_, first.sheet_, std::move(areas));
+}
 
 unsigned PartsOf(XlPasteType paste) {
   switch (paste) {
@@ -171,8 +167,10 @@ void EmbeddedRange::SetValue(const vantora::Value& value) {
   book_->Put(sheet_, area_, value);
 }
 
-void EmbeddedRange::SetValues(std::span<const vantora::Value>) {
-  RefuseMember("Range.Value (put of an array)");
+void EmbeddedRange::SetValues(std::span<const vantora::Value> rows) {
+  EndCopy();
+  book_->PutColumn(sheet_, TopLeft(area_),
+                   rows.first(std::min(rows.size(), static_cast<std::size_t>(area_.rows()))));
 }
 
 std::string EmbeddedRange::Formula() { RefuseMember("Range.Formula"); }
@@ -181,19 +179,41 @@ void EmbeddedRange::SetFormula(std::string_view) { RefuseMember("Range.Formula (
 
 bool EmbeddedRange::HasFormula() { RefuseMember("Range.HasFormula"); }
 
-std::vector<host::RangePtr> EmbeddedRange::Areas() { return {MakeRange(book_, sheet_, area_)}; }
-
-host::FontPtr EmbeddedRange::Font() { RefuseMember("Range.Font"); }
-
-host::BordersPtr EmbeddedRange::Borders(host::XlBordersIndex) { RefuseMember("Range.Borders"); }
-
-void EmbeddedRange::BorderAround(host::XlBorderWeight, int) { RefuseMember("Range.BorderAround"); }
-
-void EmbeddedRange::SetHorizontalAlignment(host::XlHAlign) {
-  RefuseMember("Range.HorizontalAlignment (put)");
+std::vector<host::RangePtr> EmbeddedRange::Areas() {
+  std::vector<host::RangePtr> areas;
+  for (const Area& area : areas_) areas.push_back(MakeRange(book_, sheet_, area));
+  return areas;
 }
 
-void EmbeddedRange::SetWrapText(bool) { RefuseMember("Range.WrapText (put)"); }
+host::FontPtr EmbeddedRange::Font() { return MakeFont(book_, sheet_, areas_); }
+
+host::BordersPtr EmbeddedRange::Borders(host::XlBordersIndex index) {
+  if (index != host::XlBordersIndex::kInsideVertical) RefuseMember("such lines of Range.Borders");
+  return MakeInsideVerticals(book_, sheet_, areas_);
+}
+
+void EmbeddedRange::BorderAround(host::XlBorderWeight weight, int color_index) {
+  EndCopy();
+  book_->FormatOutline(
+      sheet_, areas_,
+      {.weight = LineWeightOf(weight),
+       .color_index = CheckedColor(color_index, true, "lines around the range")});
+}
+
+void EmbeddedRange::SetHorizontalAlignment(host::XlHAlign alignment) {
+  EndCopy();
+  FormatChange change;
+  change.horizontal_alignment = alignment == host::XlHAlign::kLeft ? HorizontalAlignment::kLeft
+                                                                   : HorizontalAlignment::kRight;
+  book_->Format(sheet_, areas_, change);
+}
+
+void EmbeddedRange::SetWrapText(bool wrap) {
+  EndCopy();
+  FormatChange change;
+  change.wrap_text = wrap;
+  book_->Format(sheet_, areas_, change);
+}
 
 bool EmbeddedRange::RowsHidden() { return embedded::RowsHidden(*book_, sheet_, area_); }
 
@@ -245,25 +265,42 @@ void EmbeddedRange::SetOutlineLevel(int level) {
   SetRowOutlineLevel(*book_, sheet_, area_, level);
 }
 
-host::NamePtr EmbeddedRange::Name() { RefuseMember("Range.Name"); }
+host::NamePtr EmbeddedRange::Name() {
+  if (areas_.size() > 1) return nullptr;
+  std::optional<NameKey> name = book_->names().NameOf({sheet_, area_});
+  return name ? MakeName(book_, std::move(*name)) : nullptr;
+}
 
 void EmbeddedRange::Select() {
   if (book_->active_sheet() != sheet_) {
     Refuse("Select method of Range class failed: the sheet \"" + book_->sheet(sheet_).name +
            "\" is not the active sheet.");
   }
-  book_->Select(sheet_, area_);
+  book_->SelectAreas(sheet_, areas_);
 }
 
 void EmbeddedRange::Activate() { RefuseMember("Range.Activate"); }
 
-void EmbeddedRange::Clear() { RefuseMember("Range.Clear"); }
+void EmbeddedRange::Clear() {
+  EndCopy();
+  for (const Area& area : areas_) book_->Clear(sheet_, area);
+}
 
-void EmbeddedRange::ClearContents() { RefuseMember("Range.ClearContents"); }
+void EmbeddedRange::ClearContents() {
+  EndCopy();
+  book_->ClearContents(sheet_, area_);
+}
 
 void EmbeddedRange::ClearFormats() {
   EndCopy();
-  book_->ClearFormats(sheet_, area_);
+  for (const Area& area : areas_) book_->ClearFormats(sheet_, area);
+}
+
+void EmbeddedRange::Copy() {
+  if (areas_.size() > 1) {
+    Refuse("Copy method of Range class failed: the embedded host copies one area at a time.");
+  }
+  book_.application->copied = ApplicationState::CopySource{book_.workbook, sheet_, area_};
 }
 
 void EmbeddedRange::Insert(XlInsertShiftDirection shift) {
@@ -285,7 +322,7 @@ void EmbeddedRange::PasteSpecial(XlPasteType paste, XlPasteSpecialOperation, boo
     Refuse(std::string(kMethod) +
            " failed: the embedded host neither skips blanks nor transposes.");
   }
-  PasteCopied(book_, sheet_, area_, PartsOf(paste), kMethod);
+  for (const Area& area : areas_) PasteCopied(book_, sheet_, area, PartsOf(paste), kMethod);
 }
 
 host::CommentPtr EmbeddedRange::AddComment() {
@@ -294,16 +331,45 @@ host::CommentPtr EmbeddedRange::AddComment() {
   return std::make_shared<EmbeddedComment>(book_, sheet_, TopLeft(area_));
 }
 
-void EmbeddedRange::ListNames() { RefuseMember("Range.ListNames"); }
+void EmbeddedRange::ListNames() {
+  EndCopy();
+  book_->ListNames(sheet_, TopLeft(area_));
+}
 
-void EmbeddedRange::Sort(const host::RangePtr&, const host::RangePtr&) {
-  RefuseMember("Range.Sort");
+void EmbeddedRange::Sort(const host::RangePtr& key1, const host::RangePtr& key2) {
+  EndCopy();
+  const auto column_of = [&](const host::RangePtr& key) {
+    const auto* cell = dynamic_cast<const EmbeddedRange*>(key.get());
+    const bool within = cell && cell->book_ == book_ && cell->sheet_ == sheet_ &&
+                        cell->area_.first_column >= area_.first_column &&
+                        cell->area_.first_column <= area_.last_column;
+    if (!within) {
+      Refuse(
+          "The sort reference is not valid. Make sure that it's within the data you want to sort.");
+    }
+    return cell->area_.first_column;
+  };
+  if (areas_.size() > 1) {
+    Refuse("Sort method of Range class failed: several areas can't be sorted at once.");
+  }
+  book_->Sort(sheet_, area_, column_of(key1), column_of(key2));
 }
 
 }  // namespace
 
 host::RangePtr MakeRange(BookHandle book, int sheet, const Area& area) {
-  return std::make_shared<EmbeddedRange>(std::move(book), sheet, area);
+  return MakeRange(std::move(book), sheet, std::vector<Area>{area});
+}
+
+host::RangePtr MakeRange(BookHandle book, int sheet, std::vector<Area> areas) {
+  return std::make_shared<EmbeddedRange>(std::move(book), sheet, std::move(areas));
+}
+
+host::RangePtr UnionOf(const host::RangePtr& first, const host::RangePtr& second) {
+  const auto* one = dynamic_cast<const EmbeddedRange*>(first.get());
+  const auto* other = dynamic_cast<const EmbeddedRange*>(second.get());
+  if (!one || !other) Refuse("Method 'Union' of object '_Application' failed: a range is missing.");
+  return EmbeddedRange::Union(*one, *other);
 }
 
 }  // namespace vantora::embedded

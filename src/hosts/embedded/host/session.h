@@ -68,6 +68,9 @@ class Session {
 
   // The menus of the menu bar with all that is in them.
   std::vector<MenuEntry> MenuBar() const;
+  // Says that a workbook without macros has the routine in its sheets' code modules, as one with
+  // macros is taken to have those that the model's workbook offers.
+  void AddSheetRoutine(std::string_view routine);
 
   // Brings every value up to date and tells which formulas could not be calculated.
   std::vector<Uncalculated> Calculate();

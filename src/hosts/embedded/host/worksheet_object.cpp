@@ -77,9 +77,20 @@ void EmbeddedWorksheet::Paste() {
 
 void EmbeddedWorksheet::SetName(std::string_view) { RefuseMember("Worksheet.Name (put)"); }
 
-host::XlSheetVisibility EmbeddedWorksheet::Visible() { RefuseMember("Worksheet.Visible"); }
+host::XlSheetVisibility EmbeddedWorksheet::Visible() {
+  switch (book_->sheet(sheet_).visibility) {
+    case Visibility::kVisible: return host::XlSheetVisibility::kVisible;
+    case Visibility::kHidden: return host::XlSheetVisibility::kHidden;
+    case Visibility::kVeryHidden: return host::XlSheetVisibility::kVeryHidden;
+  }
+  return host::XlSheetVisibility::kVisible;
+}
 
-void EmbeddedWorksheet::SetVisible(host::XlSheetVisibility) { RefuseMember("Worksheet.Visible"); }
+void EmbeddedWorksheet::SetVisible(host::XlSheetVisibility visible) {
+  book_->SetVisibility(sheet_, visible == host::XlSheetVisibility::kVisible  ? Visibility::kVisible
+                               : visible == host::XlSheetVisibility::kHidden ? Visibility::kHidden
+                                                                             : Visibility::kVeryHidden);
+}
 
 bool EmbeddedWorksheet::ProtectContents() { return book_->sheet(sheet_).is_protected; }
 
@@ -91,7 +102,7 @@ void EmbeddedWorksheet::OutlineShowLevels(int row_levels) {
   ShowRowLevels(*book_, sheet_, row_levels);
 }
 
-void EmbeddedWorksheet::CallRoutine(std::string_view) { RefuseMember("sheet routine"); }
+void EmbeddedWorksheet::CallRoutine(std::string_view routine) { book_->CallSheetRoutine(routine); }
 
 }  // namespace
 

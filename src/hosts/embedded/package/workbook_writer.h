@@ -53,7 +53,7 @@ void WriteRowOutline(SheetMarkup& markup, const SheetModel& sheet);
 // Makes <dimension> say `area` (nullopt: an empty sheet).
 void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area);
 // Selection in the active pane of the first view.
-void WriteSelection(SheetMarkup& markup, const Area& area, CellAddress active_cell);
+void WriteSelection(SheetMarkup& markup, const std::vector<Area>& areas, CellAddress active_cell);
 // Whether the sheet's tab is among the selected ones.
 void WriteTabSelected(SheetMarkup& markup, bool selected);
 
