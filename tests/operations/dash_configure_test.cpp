@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "operations/client.h"
 #include "operations/dashboard_model.h"
 #include "support/fake_services.h"
@@ -17,6 +19,18 @@ using ::testing::Not;
 using testing::TestModel;
 
 constexpr int kFirstRow = 14;
+
+// Looks at the dialog whenever it is shown, then answers.
+class LookingUserInterface : public ui::ScriptedUserInterface {
+ public:
+  using ScriptedUserInterface::ScriptedUserInterface;
+  void ShowModal(Form& form) override {
+    form.Activate();
+    look(form);
+    ScriptedUserInterface::ShowModal(form);
+  }
+  std::function<void(Form&)> look;
+};
 
 class DashConfigure : public ::testing::Test {
  protected:
@@ -55,6 +69,25 @@ class DashConfigure : public ::testing::Test {
       return error.what();
     }
     return "";
+  }
+  // Every visible control lies within the form and covers no other.
+  static void ExpectOwnPlaces(const Form& form) {
+    std::vector<const Control*> visible;
+    for (const auto& control : form.controls()) {
+      if (control->visible()) visible.push_back(control.get());
+    }
+    for (const Control* one : visible) {
+      const Bounds& a = one->bounds();
+      EXPECT_TRUE(a.left >= 0 && a.top >= 0 && a.left + a.width <= form.width() &&
+                  a.top + a.height <= form.height())
+          << one->name();
+      for (const Control* other : visible) {
+        const Bounds& b = other->bounds();
+        const bool apart = a.left + a.width <= b.left || b.left + b.width <= a.left ||
+                           a.top + a.height <= b.top || b.top + b.height <= a.top;
+        EXPECT_TRUE(one == other || apart) << one->name() << ' ' << other->name();
+      }
+    }
   }
   std::vector<Value> Row1() { return model.Get("Dashboard!A1", 4); }
 
@@ -137,6 +170,35 @@ TEST_F(DashConfigure, LeafsThroughMoreColumnsThanFit) {
   EXPECT_EQ(model.Get("Dashboard!D1"), Value(" H(1,9) "));
   EXPECT_EQ(model.Get("Dashboard!E1"), Value(" H(9) "));
   EXPECT_EQ(model.Get("Dashboard!T1"), Value(" H(1,9) "));
+}
+
+TEST_F(DashConfigure, ShowsColumnsWithTheirChartsAndConfigurations) {
+  // Not sorted: the charts of a column come together all the same.
+  Charts({{1, "Revenue"}, {3, "R&D"}, {1, "Costs"}, {4, "Debt"}});
+  testing::FixedClock clock;
+  testing::NoFileVersions versions;
+  LookingUserInterface looking(testing::Answers({"frmDashConfigure:butCancel"}));
+  Services services{looking, clock, versions};
+  testing::DashboardClient dashboard(services, application);
+  bool looked = false;
+  looking.look = [&](Form& form) {
+    looked = true;
+    auto caption = [&](const char* name) { return form.Find(name)->caption(); };
+    auto checked = [&](const char* name) {
+      return dynamic_cast<CheckBox&>(*form.Find(name)).checked();
+    };
+    EXPECT_EQ(form.caption(), "Dashboard Configuration");
+    EXPECT_EQ(caption("lblColumn1"), "Column 1: Revenue, Costs");
+    EXPECT_EQ(caption("lblColumn3"), "Column 3: R&&D");
+    EXPECT_EQ(form.Find("lblColumn2"), nullptr);
+    EXPECT_TRUE(checked("chk1_1"));
+    EXPECT_FALSE(checked("chk1_2"));
+    EXPECT_EQ(dynamic_cast<TextBox&>(*form.Find("txtName2")).text(), "Long");
+    EXPECT_FALSE(form.Find("butNext")->visible());
+    ExpectOwnPlaces(form);
+  };
+  dashboard.DashboardConfigure();
+  EXPECT_TRUE(looked);
 }
 
 TEST_F(DashConfigure, AProtectedDashboardIsProtectedAgain) {
