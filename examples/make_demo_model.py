@@ -260,7 +260,9 @@ def reference_sheet(sheets, names, dashboard):
                     for chart in dashboard.charts)  # row 1 is hidden, so row 2 stands at the top
     for row, entry in enumerate(charts, 14):
         sheet.row(row, 'R', entry, 'body')
-    for row, (number, name) in enumerate(((1, 'Board'), (2, 'Bank'), (3, 'Workshop')), 14):
+    # The row that ends this list needs a number as well.
+    configurations = (1, 'Board'), (2, 'Bank'), (3, 'Workshop'), (0, None)
+    for row, (number, name) in enumerate(configurations, 14):
         sheet.row(row, 'Y', [number, name], 'body')
     sheet.put('AB12', 'Months', 'heading')
     sheet.put('AC12', 'Remarks', 'heading')

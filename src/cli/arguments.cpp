@@ -11,6 +11,8 @@ namespace {
 struct RawRun {
   std::string model;
   std::string method;
+  bool dashboard = false;
+  std::string pick;
   std::string output;
   bool in_place = false;
   bool dry_run = false;
@@ -32,16 +34,13 @@ void AddText(CLI::App& app, const std::string& name, std::string& value, const s
   app.add_option(name, value, help)->type_name(value_name);
 }
 
-void DescribeRun(CLI::App& run, RawRun& raw) {
+void DescribeModel(CLI::App& app, RawRun& raw) {
+  app.add_option("MODEL", raw.model, "The workbook (.xlsx, .xlsm)")->required()->type_name("");
+}
+
+// What run and menu have in common.
+void DescribeOptions(CLI::App& run, RawRun& raw) {
   RunOptions& options = raw.options;
-  run.add_option("MODEL", raw.model, "The workbook (.xlsx, .xlsm)")->required()->type_name("");
-  run.add_option("CLASS.METHOD", raw.method,
-                 "What to run, with its arguments behind it; 'vantora list' shows all")
-      ->required()
-      ->type_name("");
-  // The method's arguments: as a list option they would be split at commas when in brackets, and a
-  // negative number would be no argument.
-  run.allow_extras();
   AddText(run, "--output", raw.output, "Write the result to FILE", "FILE");
   run.add_flag("--in-place", raw.in_place,
                "Replace MODEL and keep the file before it as MODEL.bak");
@@ -59,6 +58,27 @@ void DescribeRun(CLI::App& run, RawRun& raw) {
           "The shape or control of the active sheet that runs the macro", "SHAPE");
   run.add_flag("--changes", options.changes, "Print what changed, a line a cell");
   run.add_flag("--json", options.json, "Print the outcome as one JSON object on standard output");
+}
+
+void DescribeRun(CLI::App& run, RawRun& raw) {
+  DescribeModel(run, raw);
+  run.add_option("CLASS.METHOD", raw.method,
+                 "What to run, with its arguments behind it; 'vantora list' shows all")
+      ->required()
+      ->type_name("");
+  // The method's arguments: as a list option they would be split at commas when in brackets, and a
+  // negative number would be no argument.
+  run.allow_extras();
+  DescribeOptions(run, raw);
+}
+
+void DescribeMenu(CLI::App& menu, RawRun& raw) {
+  DescribeModel(menu, raw);
+  AddText(menu, "--pick", raw.pick, "Run the entry, such as 'Vantora > Year end > Shift history'",
+          "ENTRY");
+  menu.add_flag("--dashboard", raw.dashboard,
+                "Activate the dashboard first, so that its menu is shown as well");
+  DescribeOptions(menu, raw);
 }
 
 void SplitMethod(const std::string& text, RunOptions& options) {
@@ -79,16 +99,10 @@ std::vector<std::string> MethodArguments(const std::vector<std::string>& remaini
   return remaining;
 }
 
-RunOptions ToRunOptions(RawRun raw, const std::vector<std::string>& remaining) {
-  RunOptions options = std::move(raw.options);
+// All but the method and its arguments.
+RunOptions ToOptions(const RawRun& raw) {
+  RunOptions options = raw.options;
   options.model = raw.model;
-  options.arguments = MethodArguments(remaining);
-  SplitMethod(raw.method, options);
-  const int targets = (raw.output.empty() ? 0 : 1) + (raw.in_place ? 1 : 0) + (raw.dry_run ? 1 : 0);
-  if (targets != 1) {
-    throw UsageError(
-        "Say where the result goes, with exactly one of --output FILE, --in-place and --dry-run.");
-  }
   if (raw.in_place) options.target = Target::kInPlace;
   if (!raw.output.empty()) options.target = Target::kOutputFile;
   options.output = raw.output;
@@ -96,6 +110,37 @@ RunOptions ToRunOptions(RawRun raw, const std::vector<std::string>& remaining) {
     options.cells_to_set.push_back(ParseCellToSet(text));
   }
   return options;
+}
+
+int TargetCount(const RawRun& raw) {
+  return (raw.output.empty() ? 0 : 1) + (raw.in_place ? 1 : 0) + (raw.dry_run ? 1 : 0);
+}
+
+void RequireTarget(const RawRun& raw) {
+  if (TargetCount(raw) == 1) return;
+  throw UsageError(
+      "Say where the result goes, with exactly one of --output FILE, --in-place and --dry-run.");
+}
+
+RunOptions ToRunOptions(const RawRun& raw, const std::vector<std::string>& remaining) {
+  RunOptions options = ToOptions(raw);
+  options.arguments = MethodArguments(remaining);
+  SplitMethod(raw.method, options);
+  RequireTarget(raw);
+  return options;
+}
+
+Command ToMenuCommand(const RawRun& raw, bool picks) {
+  if (picks) {
+    if (TrimBlanks(raw.pick).empty()) throw UsageError("--pick names no entry.");
+    RequireTarget(raw);
+  } else if (TargetCount(raw) != 0 || raw.options.changes) {
+    throw UsageError("Showing the menus writes nothing; --pick ENTRY runs one of their entries.");
+  }
+  Command command;
+  command.kind = picks ? Command::Kind::kPick : Command::Kind::kShowMenu;
+  command.menu = {.run = ToOptions(raw), .dashboard = raw.dashboard, .pick = raw.pick};
+  return command;
 }
 
 }  // namespace
@@ -120,6 +165,9 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
   RawRun raw;
   CLI::App* run = app.add_subcommand("run", "Run a method on a workbook");
   DescribeRun(*run, raw);
+  RawRun raw_menu;
+  CLI::App* menu = app.add_subcommand("menu", "Show a model's menus, or run one of their entries");
+  DescribeMenu(*menu, raw_menu);
   CLI::App* list = app.add_subcommand("list", "List every class and method");
 
   std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
@@ -142,8 +190,9 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
     command.kind = Command::Kind::kList;
     return command;
   }
+  if (menu->parsed()) return ToMenuCommand(raw_menu, menu->count("--pick") > 0);
   command.kind = Command::Kind::kRun;
-  command.run = ToRunOptions(std::move(raw), run->remaining());
+  command.run = ToRunOptions(raw, run->remaining());
   return command;
 }
 

@@ -9,9 +9,10 @@
 namespace vantora::cli {
 
 struct Command {
-  enum class Kind { kRun, kList, kPrint };
+  enum class Kind { kRun, kShowMenu, kPick, kList, kPrint };
   Kind kind = Kind::kPrint;
   RunOptions run;    // for kRun
+  MenuOptions menu;  // for kShowMenu and kPick
   std::string text;  // for kPrint: help or version
 };
 

@@ -9,6 +9,7 @@
 
 #include "cli/run_options.h"
 #include "core/convert.h"
+#include "presentation/menu_management.h"
 
 namespace vantora::cli {
 namespace {
@@ -148,6 +149,11 @@ Call::Call(const std::string& class_name, const std::string& method_name,
 Value Call::Run(Services& services, clsGlobals& globals) {
   if (EqualsIgnoreCase(public_class_->name, globals.class_name())) {
     return method_->call(globals, arguments_);
+  }
+  // The session has one menu object, which knows the menus that it made.
+  if (const auto& menus = globals.Menus();
+      menus && EqualsIgnoreCase(public_class_->name, menus->class_name())) {
+    return method_->call(*menus, arguments_);
   }
   const std::unique_ptr<PublicObject> object = public_class_->create(services);
   auto* bound = dynamic_cast<BoundObject*>(object.get());

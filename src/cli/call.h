@@ -24,9 +24,10 @@ class Call {
   Call(const std::string& class_name, const std::string& method_name,
        const std::vector<std::string>& arguments);
 
-  // Creates the object, initialises it with the session context and calls the method. Nothing is
-  // called when the object refuses the context, which it has reported then. Throws what the method
-  // throws.
+  // Creates the object, initialises it with the session context and calls the method; for
+  // clsMenuManagement the session's own object (`Menus`) takes the call, where it has one. Nothing
+  // is called when the object refuses the context, which it has reported then. Throws what the
+  // method throws.
   Value Run(Services& services, clsGlobals& globals);
 
   // After Run: the arrays that hold results.

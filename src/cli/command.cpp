@@ -2,6 +2,7 @@
 
 #include "cli/arguments.h"
 #include "cli/class_list.h"
+#include "cli/menu.h"
 #include "cli/report.h"
 #include "cli/run.h"
 
@@ -22,6 +23,13 @@ int RunCommand(const std::vector<std::string>& arguments, Environment& environme
     case Command::Kind::kList:
       WriteClassList(environment.out);
       break;
+    case Command::Kind::kShowMenu:
+      return static_cast<int>(ShowMenu(command.menu, environment));
+    case Command::Kind::kPick: {
+      const RunOutcome outcome = PickFromMenu(command.menu, environment);
+      Report(outcome, command.menu.run, environment.out, environment.err);
+      return static_cast<int>(outcome.exit_code);
+    }
     case Command::Kind::kRun: {
       const RunOutcome outcome = Run(command.run, environment);
       Report(outcome, command.run, environment.out, environment.err);

@@ -1,6 +1,6 @@
 #include "cli/run.h"
 
-#include <memory>
+#include <optional>
 #include <utility>
 
 #include "cli/call.h"
@@ -63,16 +63,6 @@ void Prepare(embedded::Session& session, const RunOptions& options) {
   if (!options.caller.empty()) NameCaller(session, options.caller);
 }
 
-Value CallMethod(Call& call, embedded::Session& session, RunUserInterface& user_interface,
-                 Environment& environment) {
-  Services services{user_interface, environment.clock, environment.file_versions};
-  host::ApplicationPtr application = session.application();
-  if (environment.wrap_application) application = environment.wrap_application(application);
-  clsGlobals globals(services);
-  globals.SetApp(std::move(application));
-  return call.Run(services, globals);
-}
-
 void TellState(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
   for (const embedded::Uncalculated& formula : session.Calculate()) {
     outcome.uncalculated.push_back(
@@ -89,13 +79,13 @@ void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcom
 }
 
 // The run itself; throws what ends it early.
-void Execute(const RunOptions& options, Call& call, RunUserInterface& user_interface,
-             Environment& environment, RunOutcome& outcome) {
-  const std::unique_ptr<embedded::Session> session = embedded::Session::Open(options.model);
-  if (options.changes || options.json) session->RecordChanges();
-  Prepare(*session, options);
-  outcome.result = CallMethod(call, *session, user_interface, environment);
-  outcome.arrays = call.FilledArrays();
+void Execute(const RunOptions& options, const Operation& operation,
+             RunUserInterface& user_interface, Environment& environment, RunOutcome& outcome) {
+  ModelSession session(options.model, user_interface, environment);
+  embedded::Session& workbook = session.workbook();
+  if (options.changes || options.json) workbook.RecordChanges();
+  Prepare(workbook, options);
+  operation(session, outcome);
   if (user_interface.reported_error()) {
     outcome.exit_code = ExitCode::kError;
     outcome.error = {
@@ -106,8 +96,8 @@ void Execute(const RunOptions& options, Call& call, RunUserInterface& user_inter
     outcome.exit_code = ExitCode::kCancelled;
     return;
   }
-  TellState(*session, options, outcome);
-  SaveResult(*session, options, outcome);
+  TellState(workbook, options, outcome);
+  SaveResult(workbook, options, outcome);
 }
 
 void Fail(RunOutcome& outcome, ExitCode exit_code, ReportedError error) {
@@ -149,10 +139,10 @@ void Catching(RunOutcome& outcome, Function run) {
 
 }  // namespace
 
-RunOutcome Run(const RunOptions& options, Environment& environment) {
+RunOutcome RunOperation(const RunOptions& options, Environment& environment,
+                        const Operation& operation) {
   RunOutcome outcome;
   Catching(outcome, [&] {
-    Call call(options.class_name, options.method_name, options.arguments);
     CheckTarget(options);
     ui::ConsoleUserInterface console(
         ui::Terminal(environment.in, environment.err, environment.width),
@@ -160,11 +150,23 @@ RunOutcome Run(const RunOptions& options, Environment& environment) {
                                    : ui::ConsoleUserInterface::Progress::kHidden);
     RunUserInterface user_interface(console, ParseAnswers(options.answers),
                                     WhoAnswers(options, environment));
-    Catching(outcome, [&] { Execute(options, call, user_interface, environment, outcome); });
+    Catching(outcome, [&] { Execute(options, operation, user_interface, environment, outcome); });
     outcome.messages = user_interface.messages();
     outcome.unused_answers = user_interface.UnusedAnswers();
   });
   return outcome;
+}
+
+RunOutcome Run(const RunOptions& options, Environment& environment) {
+  RunOutcome outcome;
+  std::optional<Call> call;
+  Catching(outcome,
+           [&] { call.emplace(options.class_name, options.method_name, options.arguments); });
+  if (!call) return outcome;
+  return RunOperation(options, environment, [&](ModelSession& session, RunOutcome& called) {
+    called.result = call->Run(session.services(), session.globals());
+    called.arrays = call->FilledArrays();
+  });
 }
 
 }  // namespace vantora::cli

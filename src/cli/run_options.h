@@ -46,4 +46,13 @@ struct RunOptions {
   bool json = false;
 };
 
+struct MenuOptions {
+  // The model, and for picking an entry everything else but the method.
+  RunOptions run;
+  // Activate the dashboard first.
+  bool dashboard = false;
+  // The entry to run, "Vantora > Year end > Shift history"; empty to show the menus.
+  std::string pick;
+};
+
 }  // namespace vantora::cli

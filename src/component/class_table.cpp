@@ -1,6 +1,7 @@
 #include "component/class_table.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "component/ref_sheet_methods.h"
 #include "core/convert.h"
@@ -11,6 +12,8 @@
 #include "maintenance/planning_spinners.h"
 #include "maintenance/ratios_comp_data_set.h"
 #include "maintenance/year_end.h"
+#include "presentation/dashboard.h"
+#include "presentation/menu_management.h"
 #include "refsheet/ref_sheet.h"
 
 namespace vantora::component {
@@ -89,6 +92,112 @@ PublicClass YearEnd() {
             .help = "Copies the values of column O into the cells of column N that have no fill",
             .call = Run<clsYearEnd, &clsYearEnd::CopyCurrentYear>}},
       .create = Create<clsYearEnd>};
+}
+
+Value SelectConfig(PublicObject& object, std::span<Argument> arguments) {
+  const double number = std::get<Value>(arguments[0]).AsNumber();
+  if (number < INT16_MIN || number > INT16_MAX) {
+    throw HostError(HostError::kOverflow, "Overflow", "Orvanemcro1");
+  }
+  static_cast<clsMenuManagement&>(object).SelectConfig(static_cast<std::int16_t>(number));
+  return {};
+}
+
+PublicClass MenuManagement() {
+  using Menus = clsMenuManagement;
+  return {
+      .name = "clsMenuManagement",
+      .help = "The model's and the dashboard's menus",
+      .methods =
+          {{.name = "CreateVAMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Puts the model's menu on the menu bar, before the Window menu",
+            .call = Run<Menus, &Menus::CreateVAMenuBar>},
+           {.name = "RemoveVAMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Removes the model's menu",
+            .call = Run<Menus, &Menus::RemoveVAMenuBar>},
+           {.name = "CreateDashboardMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Replaces the dashboard's menu by a new one",
+            .call = Run<Menus, &Menus::CreateDashboardMenuBar>},
+           {.name = "RemoveDashboardMenuBar",
+            .parameters = {},
+            .asks = "",
+            .help = "Removes the dashboard's menu",
+            .call = Run<Menus, &Menus::RemoveDashboardMenuBar>},
+           {.name = "SetDashboardMenuPanes",
+            .parameters = {},
+            .asks = "",
+            .help = "Offers one chart selection or two, as the dashboard's window has panes",
+            .call = Run<Menus, &Menus::SetDashboardMenuPanes>},
+           {.name = "ExposeDashMenu",
+            .parameters = {{.name = "visible",
+                            .type = ParameterType::kBoolean,
+                            .help = "whether the menu is shown"}},
+            .asks = "",
+            .help = "Shows or hides the dashboard's menu",
+            .call =
+                [](PublicObject& object, std::span<Argument> arguments) {
+                  static_cast<Menus&>(object).ExposeDashMenu(
+                      std::get<Value>(arguments[0]).AsBoolean());
+                  return Value();
+                }},
+           {.name = "SelectConfig",
+            .parameters = {{.name = "configNumber",
+                            .type = ParameterType::kInteger,
+                            .help = "1 to 9; 0 for all columns; negative to activate the dashboard "
+                                    "as well, as 0 does"}},
+            .asks = "",
+            .help = "Shows the dashboard columns of a configuration and hides the others",
+            .call = SelectConfig}},
+      .create = Create<Menus>};
+}
+
+// A member that takes a column and its flags.
+template <auto member>
+Method ColumnConfig(std::string_view name, std::string_view help, bool is_filled) {
+  return {.name = name,
+          .parameters = {{.name = "column",
+                          .type = ParameterType::kInteger,
+                          .help = "the number of the dashboard's column"},
+                         {.name = "flags",
+                          .type = ParameterType::kNumberedFlags,
+                          .help = "whether configurations 1, 2, ... show the column",
+                          .is_filled = is_filled}},
+          .asks = "",
+          .help = help,
+          .call = [](PublicObject& object, std::span<Argument> arguments) {
+            (static_cast<clsDashboard&>(object).*
+             member)(static_cast<int>(std::get<Value>(arguments[0]).AsNumber()),
+                     std::get<std::vector<bool>>(arguments[1]));
+            return Value();
+          }};
+}
+
+PublicClass Dashboard() {
+  return {.name = "clsDashboard",
+          .help = "The dashboard's chart list and column configurations",
+          .methods = {{.name = "BuildChartList",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Lists the dashboard's charts on the Reference Sheet",
+                       .call = Run<clsDashboard, &clsDashboard::BuildChartList>},
+                      ColumnConfig<&clsDashboard::RetrieveColumnConfig>(
+                          "RetrieveColumnConfig",
+                          "Tells which configurations show a column of the dashboard", true),
+                      ColumnConfig<&clsDashboard::SaveColumnConfig>(
+                          "SaveColumnConfig",
+                          "Sets which configurations show a column of the dashboard", false),
+                      {.name = "DashboardConfigure",
+                       .parameters = {},
+                       .asks = "frmDashConfigure",
+                       .help = "Chooses the columns that each configuration shows, and the names",
+                       .call = Run<clsDashboard, &clsDashboard::DashboardConfigure>}},
+          .create = Create<clsDashboard>};
 }
 
 PublicClass Freeze() {
@@ -170,8 +279,8 @@ const std::vector<PublicClass>& PublicClasses() {
       RatiosCompDataSet(),
       DevelopmentMode(),
       ClearAllData(),
-      Missing("clsMenuManagement", "The model's and the dashboard's menus"),
-      Missing("clsDashboard", "The dashboard's chart list and column configurations"),
+      MenuManagement(),
+      Dashboard(),
       Missing("clsCopyWorksheet", "Copying a worksheet or range into another workbook"),
       Missing("clsHider", "Handling of workbook open and save"),
       Missing("clsChartListControl", "The dashboard's chart list control"),

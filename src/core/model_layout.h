@@ -9,6 +9,9 @@ namespace vantora::model {
 // Flags in cell A1.
 inline constexpr std::string_view kReferenceSheetFlag = "X";
 inline constexpr std::string_view kHistorySheetFlag = "S";
+inline constexpr std::string_view kMenuSheetFlag = "M";
+inline constexpr std::string_view kMenuIconFlag = "I";
+inline constexpr std::string_view kDashboardSheetFlag = "D";
 inline constexpr std::string_view kFreezeSheetFlag = "F";
 inline constexpr std::string_view kClearSheetFlag = "Z";
 inline constexpr std::string_view kKeyListSheetFlag = "L";

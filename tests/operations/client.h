@@ -31,6 +31,8 @@ class Client {
 
   // Calls Init with the application once more.
   void Init();
+  // Gives the session context the menu object of another client (`clsGlobals.Menus`).
+  void SetMenus(Client& menus);
   // Calls a method and gives its result, empty for one without.
   Value Call(std::string_view method, std::vector<Argument> arguments = {});
   // The same for a method that fills arrays: `arguments` holds them afterwards.
@@ -89,6 +91,45 @@ class RefSheetClient : public Client {
   static std::vector<std::string> Numbered(std::vector<std::string> configs) {
     configs.insert(configs.begin(), "");
     return configs;
+  }
+};
+
+class MenuManagementClient : public Client {
+ public:
+  MenuManagementClient(Services& services, host::ApplicationPtr application)
+      : Client("clsMenuManagement", services, std::move(application)) {}
+
+  void CreateVAMenuBar() { Call("CreateVAMenuBar"); }
+  void RemoveVAMenuBar() { Call("RemoveVAMenuBar"); }
+  void CreateDashboardMenuBar() { Call("CreateDashboardMenuBar"); }
+  void RemoveDashboardMenuBar() { Call("RemoveDashboardMenuBar"); }
+  void SetDashboardMenuPanes() { Call("SetDashboardMenuPanes"); }
+  void ExposeDashMenu(bool visible) { Call("ExposeDashMenu", {Value(visible)}); }
+  void SelectConfig(int number) { Call("SelectConfig", {Value(number)}); }
+};
+
+class DashboardClient : public Client {
+ public:
+  DashboardClient(Services& services, host::ApplicationPtr application)
+      : Client("clsDashboard", services, std::move(application)) {}
+
+  void BuildChartList() { Call("BuildChartList"); }
+  void DashboardConfigure() { Call("DashboardConfigure"); }
+  // `flags` holds configuration 1 first.
+  void RetrieveColumnConfig(int column, std::vector<bool>& flags) {
+    std::vector<Argument> arguments = {Value(column), Numbered(flags)};
+    CallByReference("RetrieveColumnConfig", arguments);
+    const auto& filled = std::get<std::vector<bool>>(arguments[1]);
+    flags.assign(filled.begin() + 1, filled.end());
+  }
+  void SaveColumnConfig(int column, const std::vector<bool>& flags) {
+    Call("SaveColumnConfig", {Value(column), Numbered(flags)});
+  }
+
+ private:
+  static std::vector<bool> Numbered(std::vector<bool> flags) {
+    flags.insert(flags.begin(), false);
+    return flags;
   }
 };
 

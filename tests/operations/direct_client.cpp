@@ -1,7 +1,10 @@
 // Clients that use the engine's classes themselves.
+#include <stdexcept>
+
 #include "component/class_table.h"
 #include "core/globals.h"
 #include "operations/client.h"
+#include "presentation/menu_management.h"
 
 namespace vantora::testing {
 
@@ -11,7 +14,7 @@ struct Client::Impl {
 
   const component::PublicClass& public_class;
   clsGlobals globals;
-  std::unique_ptr<PublicObject> object;
+  std::shared_ptr<PublicObject> object;
 };
 
 Client::Client(std::string_view class_name, Services& services, host::ApplicationPtr application)
@@ -24,6 +27,12 @@ Client::Client(std::string_view class_name, Services& services, host::Applicatio
 Client::~Client() = default;
 
 void Client::Init() { dynamic_cast<BoundObject&>(*impl_->object).Init(&impl_->globals); }
+
+void Client::SetMenus(Client& menus) {
+  auto object = std::dynamic_pointer_cast<clsMenuManagement>(menus.impl_->object);
+  if (!object) throw std::invalid_argument("SetMenus takes a client of clsMenuManagement");
+  impl_->globals.SetMenus(std::move(object));
+}
 
 Value Client::Call(std::string_view method, std::vector<Argument> arguments) {
   return CallByReference(method, arguments);

@@ -1,5 +1,7 @@
 #include "operations/test_model.h"
 
+#include <cmath>
+
 #include "package/xml_scanner.h"
 
 namespace vantora::testing {
@@ -16,6 +18,24 @@ Place PlaceOf(const std::string& reference) {
   std::size_t mark = reference.find('!');
   embedded::Area area = embedded::ParseA1(reference.substr(mark + 1)).value();
   return {reference.substr(0, mark), {area.first_row, area.first_column}};
+}
+
+std::string InBracketsWhenHidden(const std::string& text, const embedded::MenuEntry& entry) {
+  return entry.visible ? text : "(" + text + ")";
+}
+
+void DescribeEntries(const std::vector<embedded::MenuEntry>& entries, const std::string& indent,
+                     std::vector<std::string>& lines) {
+  for (const embedded::MenuEntry& entry : entries) {
+    if (entry.begins_group) lines.push_back(indent + "-");
+    std::string text = entry.caption;
+    if (!entry.macro.empty()) text += " = " + entry.macro;
+    if (entry.face_id != 0) text += " #" + std::to_string(entry.face_id);
+    if (!entry.tag.empty()) text += " [" + entry.tag + "]";
+    if (entry.is_popup) text += ":";
+    lines.push_back(indent + InBracketsWhenHidden(text, entry));
+    DescribeEntries(entry.entries, indent + "  ", lines);
+  }
 }
 
 }  // namespace
@@ -94,6 +114,33 @@ std::string TestModel::Formula(const std::string& cell) {
   return id == 0 ? "" : embedded::FormulaText(sheet.formulas[id], place.cell, model());
 }
 
+void TestModel::AddCharts(std::string_view sheet, const std::vector<TestChart>& charts) {
+  constexpr std::string_view kType =
+      "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
+  constexpr double kUnits = 12700;
+  embedded::WorkbookFile& file = session_->file();
+  const std::string drawing = file.package().FreePartName("xl/drawings/drawing", ".xml");
+  file.package().AddRelationship(file.part_of(*model().IdOf(sheet)), std::string(kType) + "drawing",
+                                 drawing);
+  auto units = [](double points) { return std::to_string(std::llround(points * kUnits)); };
+  std::string anchors;
+  for (const TestChart& chart : charts) {
+    const std::string part = file.package().FreePartName("xl/charts/chart", ".xml");
+    const std::string title = chart.title.empty() ? "<autoTitleDeleted val=\"1\"/>"
+                                                  : "<title><tx><rich><p><r><t>" +
+                                                        embedded::EncodeXmlText(chart.title) +
+                                                        "</t></r></p></rich></tx></title>";
+    file.package().Write(part, "<chartSpace><chart>" + title + "<plotArea/></chart></chartSpace>");
+    const std::string id =
+        file.package().AddRelationship(drawing, std::string(kType) + "chart", part);
+    anchors += "<absoluteAnchor><pos x=\"" + units(chart.left) + "\" y=\"" + units(chart.top) +
+               "\"/><ext cx=\"" + units(chart.width) +
+               "\" cy=\"1\"/><graphicFrame><graphic><graphicData><chart id=\"" + id +
+               "\"/></graphicData></graphic></graphicFrame></absoluteAnchor>";
+  }
+  file.package().Write(drawing, "<wsDr>" + anchors + "</wsDr>");
+}
+
 std::string TestModel::PartOf(std::string_view sheet, std::string_view kind) {
   embedded::WorkbookFile& file = session_->file();
   for (const auto& relationship :
@@ -127,6 +174,24 @@ bool TestModel::CommentsAreHidden(std::string_view sheet) {
   std::string drawing = PartOf(sheet, "vmlDrawing");
   return drawing.find("visibility:hidden") != std::string::npos &&
          drawing.find("x:Visible") == std::string::npos;
+}
+
+std::vector<std::string> TestModel::MenuBar() {
+  std::vector<std::string> captions;
+  for (const embedded::MenuEntry& menu : session_->MenuBar()) {
+    captions.push_back(InBracketsWhenHidden(menu.caption, menu));
+  }
+  return captions;
+}
+
+std::vector<std::string> TestModel::Menu(std::string_view tag, std::size_t n) {
+  std::vector<std::string> lines;
+  for (const embedded::MenuEntry& menu : session_->MenuBar()) {
+    if (menu.tag != tag || n-- > 0) continue;
+    DescribeEntries(menu.entries, "", lines);
+    return lines;
+  }
+  return {"no such menu"};
 }
 
 std::vector<std::string> TestModel::Changes() {

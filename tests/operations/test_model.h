@@ -11,6 +11,14 @@
 
 namespace vantora::testing {
 
+// Lengths in points. A chart with an empty title has none.
+struct TestChart {
+  double left = 0;
+  double top = 0;
+  double width = 0;
+  std::string title;
+};
+
 // Cells are named "Data!O3"; sheet names here need no quotes.
 class TestModel {
  public:
@@ -23,6 +31,9 @@ class TestModel {
   void Name(std::string name, std::string refers_to);
   void Hide(std::string_view sheet);
   void Protect(std::string_view sheet);
+  bool IsProtected(std::string_view sheet) { return SheetOf(sheet).is_protected; }
+  // Puts the charts on a sheet that has none.
+  void AddCharts(std::string_view sheet, const std::vector<TestChart>& charts);
   // The workbook has the routines that the Reference Sheet's code module offers.
   void HaveSortButtons() {
     session_->AddSheetRoutine("ResetKeySortButtons");
@@ -50,6 +61,12 @@ class TestModel {
   std::string Comment(const std::string& cell);
   // Whether comments of the sheet are hidden until pointed at.
   bool CommentsAreHidden(std::string_view sheet);
+  // The captions of the menu bar's menus in order, hidden ones in brackets.
+  std::vector<std::string> MenuBar();
+  // What is in the menu bar's n-th menu of that tag (0 is the first): "-" where a group begins,
+  // then "caption = macro #face [tag]" for each entry, as far as it has them. A popup ends with a
+  // colon, its entries follow with two blanks before them; what is hidden stands in brackets.
+  std::vector<std::string> Menu(std::string_view tag, std::size_t n = 0);
   // "Data!R inserted" for each inserted column, then "Data!J3: 1 -> 2" for each changed cell.
   std::vector<std::string> Changes();
 

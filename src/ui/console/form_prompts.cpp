@@ -15,6 +15,33 @@ bool IsUsable(const Control& control) { return control.visible() && control.enab
 // Typed for an empty text, where Enter alone keeps the one that is there.
 constexpr std::string_view kEmptyText = "\"\"";
 
+// A form that asks more is shown as a list.
+constexpr std::size_t kMostQuestionsInARow = 8;
+
+bool SameControls(const std::vector<Question>& a, const std::vector<Question>& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](const Question& x, const Question& y) { return x.controls == y.controls; });
+}
+
+// The entries that a text names, separated by blanks or commas; all or none of them by these words.
+// Nullopt when it names something else.
+std::optional<std::vector<bool>> MatchEntries(const std::vector<std::string>& entries,
+                                              std::string_view typed) {
+  if (EqualsIgnoreCase(typed, "all")) return std::vector<bool>(entries.size(), true);
+  std::vector<bool> matched(entries.size());
+  if (EqualsIgnoreCase(typed, "none")) return matched;
+  while (!typed.empty()) {
+    const std::size_t end = std::min(typed.find_first_of(" ,"), typed.size());
+    const std::string_view word = typed.substr(0, end);
+    typed.remove_prefix(std::min(end + 1, typed.size()));
+    if (word.empty()) continue;
+    const std::optional<int> index = MatchEntry(entries, word);
+    if (!index) return std::nullopt;
+    matched[static_cast<std::size_t>(*index)] = true;
+  }
+  return matched;
+}
+
 void WriteEntries(Terminal& terminal, const std::vector<std::string>& entries) {
   for (std::size_t i = 0; i < entries.size(); ++i) {
     terminal.WriteParagraph("  " + std::to_string(i + 1) + "  " + entries[i]);
@@ -28,18 +55,19 @@ void FormPrompts::Run() {
   terminal_.WriteParagraph(form_.caption());
   terminal_.WriteParagraph(std::string(DisplayWidth(form_.caption()), '-'));
   while (Open()) {
-    ShowTexts();
-    if (AskControls() == Next::kCancel) {
-      Cancel();
-    } else if (Open() && AskButtons() == Next::kCancel) {
-      Cancel();
-    }
+    const std::vector<Question> questions = QuestionsOf(form_);
+    const bool lists = questions.size() > kMostQuestionsInARow;
+    ShowTexts(!lists);
+    Next next = lists ? AskFromList(questions) : AskControls();
+    if (!lists && next == Next::kGoOn && Open()) next = AskButtons();
+    if (next == Next::kCancel) Cancel();
   }
 }
 
-void FormPrompts::ShowTexts() {
+void FormPrompts::ShowTexts(bool with_headings) {
   for (const auto& control : form_.controls()) {
     if (control->kind() != ControlKind::kLabel || !control->visible()) continue;
+    if (!with_headings && IsHeading(form_, static_cast<const Label&>(*control))) continue;
     if (!control->caption().empty())
       terminal_.WriteParagraph(WithoutAccelerators(control->caption()));
   }
@@ -75,6 +103,80 @@ FormPrompts::Next FormPrompts::AskControl(std::size_t position) {
       break;
   }
   return Next::kGoOn;
+}
+
+FormPrompts::Next FormPrompts::AskFromList(const std::vector<Question>& questions) {
+  std::vector<std::string> entries;
+  std::vector<std::string> lines;
+  for (const Question& question : questions) {
+    entries.push_back(question.heading);
+    lines.push_back(question.heading + " [" + AnswerTo(question) + "]");
+  }
+  const std::vector<Button*> buttons = UsableButtons();
+  Button* on_enter = nullptr;
+  for (Button* button : buttons) {
+    entries.push_back(WithoutAccelerators(button->caption()));
+    lines.push_back(entries.back());
+    if (button->is_default()) on_enter = button;
+  }
+  WriteEntries(terminal_, lines);
+  const std::string prompt =
+      "What to change, or button" +
+      (on_enter ? " [" + WithoutAccelerators(on_enter->caption()) + "]" : "") + ": ";
+  while (true) {
+    const Chosen chosen = AskChoice(terminal_, prompt, entries);
+    if (chosen.kind == Chosen::Kind::kCancelled) return Next::kCancel;
+    const auto index = static_cast<std::size_t>(chosen.index);
+    if (chosen.kind == Chosen::Kind::kEntry && index < questions.size()) {
+      const Question& question = questions[index];
+      if (AskQuestion(question) == Next::kCancel) return Next::kCancel;
+      terminal_.WriteParagraph(question.heading + " [" + AnswerTo(question) + "]");
+      // What the answer changed in the form shows in a list of its own.
+      if (!Open() || !SameControls(questions, QuestionsOf(form_))) return Next::kGoOn;
+      continue;
+    }
+    Button* button =
+        chosen.kind == Chosen::Kind::kEntry ? buttons[index - questions.size()] : on_enter;
+    if (button != nullptr) {
+      button->Press();
+      return Next::kGoOn;
+    }
+    terminal_.WriteParagraph("Enter presses none of the buttons: type a number or a caption.");
+  }
+}
+
+FormPrompts::Next FormPrompts::AskQuestion(const Question& question) {
+  if (question.controls.size() > 1 && question.controls.front()->kind() == ControlKind::kCheckBox) {
+    return AskCheckBoxes(question);
+  }
+  const auto& controls = form_.controls();
+  const auto first = std::find_if(controls.begin(), controls.end(), [&](const auto& control) {
+    return control.get() == question.controls.front();
+  });
+  return AskControl(static_cast<std::size_t>(first - controls.begin()));
+}
+
+FormPrompts::Next FormPrompts::AskCheckBoxes(const Question& question) {
+  std::vector<std::string> captions;
+  for (const Control* control : question.controls) {
+    captions.push_back(WithoutAccelerators(control->caption()));
+  }
+  const std::string prompt =
+      "Which of " + captions.front() + " to " + captions.back() + " (or all, none): ";
+  while (true) {
+    const std::optional<std::string> typed = terminal_.Ask(prompt);
+    if (!typed || EqualsIgnoreCase(*typed, "cancel")) return Next::kCancel;
+    if (typed->empty()) return Next::kGoOn;
+    const std::optional<std::vector<bool>> checked = MatchEntries(captions, *typed);
+    if (!checked) {
+      terminal_.WriteParagraph("Type them with blanks or commas between, \"all\" or \"none\".");
+      continue;
+    }
+    for (std::size_t i = 0; i < captions.size(); ++i) {
+      static_cast<CheckBox*>(question.controls[i])->SetChecked((*checked)[i]);
+    }
+    return Next::kGoOn;
+  }
 }
 
 FormPrompts::Next FormPrompts::AskText(TextBox& box) {

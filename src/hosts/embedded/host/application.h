@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/host.h"
+#include "host/menu_control.h"
 #include "host/open_workbook.h"
 
 namespace vantora::embedded {
@@ -27,6 +28,7 @@ struct ApplicationState {
   bool screen_updating = true;
   // Name of the shape that runs the macro.
   std::string caller;
+  std::shared_ptr<MenuControl> menu_bar = StandardMenuBar();
 };
 
 // The application object. Every object made from it keeps `state` alive.

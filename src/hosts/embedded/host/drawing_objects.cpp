@@ -1,12 +1,8 @@
-// Shapes and charts on a sheet of an open workbook.
+// Shapes on a sheet of an open workbook.
 #include "host/objects.h"
 
 namespace vantora::embedded {
 
 host::ShapePtr MakeShape(BookHandle, int, std::string_view) { RefuseMember("Worksheet.Shapes"); }
-
-std::vector<host::ChartObjectPtr> MakeChartObjects(BookHandle, int) {
-  RefuseMember("Worksheet.ChartObjects");
-}
 
 }  // namespace vantora::embedded

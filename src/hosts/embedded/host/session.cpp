@@ -89,6 +89,8 @@ void Session::SetCaller(std::string_view shape) {
                                                       std::string(shape) + "\".");
 }
 
+std::vector<MenuEntry> Session::MenuBar() const { return EntriesOf(*impl_->state->menu_bar); }
+
 void Session::AddSheetRoutine(std::string_view routine) {
   impl_->workbook().AddSheetRoutine(routine);
 }

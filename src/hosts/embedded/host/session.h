@@ -11,6 +11,7 @@
 
 #include "core/host.h"
 #include "formula/calculator.h"
+#include "host/menu_control.h"
 #include "package/workbook_file.h"
 
 namespace vantora::embedded {
@@ -65,6 +66,8 @@ class Session {
   // the sheet has none of that name.
   void SetCaller(std::string_view shape);
 
+  // The menus of the menu bar with all that is in them.
+  std::vector<MenuEntry> MenuBar() const;
   // Says that a workbook without macros has the routine in its sheets' code modules, as one with
   // macros is taken to have those that the model's workbook offers.
   void AddSheetRoutine(std::string_view routine);

@@ -24,6 +24,13 @@ bool HasPassword(OpenWorkbook& book, int sheet) {
          !ProtectionAttribute(book, sheet, "hashValue").empty();
 }
 
+// `what` is the attribute that forbids it, as it does by default.
+bool MayFormat(OpenWorkbook& book, int sheet, std::string_view what) {
+  if (!book.sheet(sheet).is_protected) return true;
+  const std::string forbidden = ProtectionAttribute(book, sheet, what);
+  return !forbidden.empty() && !IsTrue(forbidden);
+}
+
 }  // namespace
 
 void ProtectSheet(OpenWorkbook& book, int sheet_id) {
@@ -51,10 +58,10 @@ void UnprotectSheet(OpenWorkbook& book, int sheet_id) {
   sheet.is_protected = false;
 }
 
-bool MayFormatRows(OpenWorkbook& book, int sheet) {
-  if (!book.sheet(sheet).is_protected) return true;
-  const std::string forbidden = ProtectionAttribute(book, sheet, "formatRows");
-  return !forbidden.empty() && !IsTrue(forbidden);
+bool MayFormatRows(OpenWorkbook& book, int sheet) { return MayFormat(book, sheet, "formatRows"); }
+
+bool MayFormatColumns(OpenWorkbook& book, int sheet) {
+  return MayFormat(book, sheet, "formatColumns");
 }
 
 }  // namespace vantora::embedded

@@ -11,7 +11,8 @@ void ProtectSheet(OpenWorkbook& book, int sheet);
 // Throws HostError 1004 when the sheet is protected with a password.
 void UnprotectSheet(OpenWorkbook& book, int sheet);
 
-// False when the sheet is protected and its protection does not allow formatting rows.
+// False when the sheet is protected and its protection does not allow formatting rows or columns.
 bool MayFormatRows(OpenWorkbook& book, int sheet);
+bool MayFormatColumns(OpenWorkbook& book, int sheet);
 
 }  // namespace vantora::embedded

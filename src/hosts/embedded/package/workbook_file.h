@@ -50,6 +50,8 @@ class WorkbookFile {
   // Applies the insertions added since the last call to one sheet's markup and parts (comments,
   // drawings), as an edit of these must see them.
   void FollowInsertions(int sheet);
+  // The same for the parts that belong to no sheet: charts, pivot caches.
+  void FollowInSharedParts();
 
   // Formulas are left that could not be calculated: Excel is asked to calculate all on opening.
   void RequestCalculationOnOpening() { calculate_on_opening_ = true; }
@@ -87,7 +89,6 @@ class WorkbookFile {
   void RefuseRenamingUsedColumns(const std::vector<std::string>& old_names,
                                  const std::string& table_part) const;
   void FollowInParts(int sheet, std::span<const ColumnInsertion> pending);
-  void FollowInSharedParts();
   bool CellsDiffer(int sheet) const;
   // The sheets whose parts are to be written.
   std::vector<int> ChangedSheets();

@@ -44,8 +44,10 @@ class NewSharedStrings {
   std::unordered_map<TextId, TextId> index_;
 };
 
-// Puts the columns' formats as the model has them in the place of <cols>.
-void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats);
+// Puts the columns' formats as the model has them in the place of <cols>. `max_digit_width` as of
+// Styles.
+void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats,
+                        int max_digit_width);
 // Makes <sheetFormatPr> say how deep the rows' outline is.
 void WriteRowOutline(SheetMarkup& markup, const SheetModel& sheet);
 // Makes <dimension> say `area` (nullopt: an empty sheet).

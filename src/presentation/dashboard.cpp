@@ -1,0 +1,280 @@
+#include "presentation/dashboard.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "core/common.h"
+#include "core/convert.h"
+#include "core/model_layout.h"
+#include "presentation/frm_dash_configure.h"
+#include "refsheet/ref_sheet.h"
+
+namespace vantora {
+namespace {
+
+constexpr int kConfigRow = 1;
+constexpr std::string_view kTokenStart = "H(";
+// What the chart list has room for.
+constexpr std::size_t kMostCharts = 80;
+// And the dialog for one column.
+constexpr std::size_t kMostTitles = 5;
+// A chart may miss its column by this part of a column's width.
+constexpr double kTolerance = 20;
+
+int UpperBound(const std::vector<bool>& flags) { return static_cast<int>(std::ssize(flags)) - 1; }
+
+// The numbers between the brackets, as they stand.
+std::string_view HiddenList(std::string_view text) {
+  const std::optional<std::size_t> token = FindIgnoreCase(text, kTokenStart);
+  if (!token) return {};
+  std::string_view list = text.substr(*token + kTokenStart.size());
+  // A bracket right at the start stays in the list, where it is no number.
+  return list.substr(0, list.find(')', 1));
+}
+
+// Takes the first part of a list off it.
+std::string_view TakePart(std::string_view& list) {
+  const std::size_t comma = list.find(',');
+  const std::string_view part = list.substr(0, comma);
+  list = comma == std::string_view::npos ? std::string_view() : list.substr(comma + 1);
+  return part;
+}
+
+std::string HiddenToken(const std::vector<bool>& flags) {
+  std::string list;
+  for (int number = 1; number <= UpperBound(flags); ++number) {
+    if (flags[static_cast<std::size_t>(number)]) continue;
+    if (!list.empty()) list += ',';
+    list += std::to_string(number);
+  }
+  return list.empty() ? list : std::string(kTokenStart) + list + ")";
+}
+
+// A number as the macro language's integers hold it.
+int ToInteger(int number) {
+  if (number < INT16_MIN || number > INT16_MAX) {
+    throw HostError(HostError::kOverflow, "Overflow", "Orvanemcro1");
+  }
+  return number;
+}
+
+host::WorksheetPtr ActiveWorksheet(host::Application& application) {
+  host::WorksheetPtr sheet = application.ActiveSheet();
+  if (!sheet) {
+    throw HostError(HostError::kTypeMismatch, "Type mismatch: the active sheet is no worksheet.",
+                    "Orvanemcro1");
+  }
+  return sheet;
+}
+
+// Points as the chart list counts them.
+double Whole(double points) { return RoundHalfToEven(points); }
+
+}  // namespace
+
+bool clsDashboard::Bind() {
+  sheet_ = FindFlaggedSheet(*application(), model::kDashboardSheetFlag);
+  if (sheet_) return true;
+  ReportProgrammingError(
+      services().user_interface,
+      {.module = class_name(), .detail = "Could not locate Dashboard Worksheet)"});
+  return false;
+}
+
+std::string clsDashboard::ConfigText(int column) {
+  return std::string(TrimBlanks(ValueToText(sheet_->Cells(kConfigRow, column)->Value())));
+}
+
+void clsDashboard::RetrieveColumnConfig(int column, std::vector<bool>& flags) {
+  if (!initialized()) return;
+  std::fill(flags.begin() + std::min<std::ptrdiff_t>(1, std::ssize(flags)), flags.end(), true);
+  const std::string text = ConfigText(column);
+  std::string_view list = HiddenList(text);
+  while (!list.empty()) {
+    const int number = TextToInteger(TakePart(list)).value_or(0);
+    if (number >= 1 && number <= UpperBound(flags)) {
+      flags[static_cast<std::size_t>(number)] = false;
+    }
+  }
+}
+
+void clsDashboard::SaveColumnConfig(int column, const std::vector<bool>& flags) {
+  if (!initialized()) return;
+  const std::string text = ConfigText(column);
+  std::string_view before = text;
+  std::string_view after;
+  if (const std::optional<std::size_t> token = FindIgnoreCase(text, kTokenStart)) {
+    before = TrimBlanks(before.substr(0, *token));
+    // The old token ends at the first blank, wherever its bracket closes.
+    const std::size_t end = text.find(' ', *token);
+    if (end != std::string::npos) after = TrimBlanks(std::string_view(text).substr(end));
+  }
+  // The blanks stay at the ends too: the model's rule.
+  sheet_->Cells(kConfigRow, column)
+      ->SetValue(std::string(before) + " " + HiddenToken(flags) + " " + std::string(after));
+}
+
+// A chart as the chart list needs it, lengths in whole points.
+struct clsDashboard::PlacedChart {
+  std::string title;
+  double left;
+  double top;
+  double width;
+};
+
+// The rows of the chart list, a column of it each, and the titles to tell the user of.
+struct clsDashboard::ListedCharts {
+  std::vector<std::string> columns;
+  std::vector<std::string> positions;
+  std::vector<std::string> titles;
+  std::string outside;
+  std::string beyond;
+};
+
+void clsDashboard::BuildChartList() {
+  if (!initialized()) return;
+  clsRefSheet reference_sheet(services());
+  InitInner(reference_sheet);
+  if (!reference_sheet.ChartsListIsDefined()) return;
+  reference_sheet.ChartsListClear();
+
+  const ListedCharts charts = CollectCharts();
+  auto warn = [&](std::string_view about, const std::string& titles) {
+    if (titles.empty()) return;
+    services().user_interface.MessageBox(
+        std::string(about) + std::string(kLineBreak) + std::string(kLineBreak) + titles, kOkOnly,
+        "Vantora warning");
+  };
+  warn("Following charts are too far outside of column boundaries:", charts.outside);
+  warn("The chart list holds " + std::to_string(kMostCharts) +
+           " charts. Following charts are not listed:",
+       charts.beyond);
+  if (charts.titles.empty()) return;
+  const int count = static_cast<int>(charts.titles.size());
+  reference_sheet.ChartsListKeysListLoadColsCol(charts.columns, count);
+  reference_sheet.ChartsListLoadPosCol(charts.positions, count);
+  reference_sheet.ChartsListLoadTitlesCol(charts.titles, count);
+  reference_sheet.ChartsListSort();
+}
+
+std::vector<host::ChartObjectPtr> clsDashboard::Charts() {
+  try {
+    return sheet_->ChartObjects();
+  } catch (const HostError&) {
+    // The model's rule: what fails while the charts are looked at ends no list.
+    return {};
+  }
+}
+
+std::optional<clsDashboard::PlacedChart> clsDashboard::Place(host::ChartObject& chart) {
+  try {
+    return PlacedChart{std::string(TrimBlanks(chart.TitleCaption())), Whole(chart.Left()),
+                       Whole(chart.Top()), Whole(chart.Width())};
+  } catch (const HostError&) {
+    // A chart without a title, as a rule.
+    return std::nullopt;
+  }
+}
+
+clsDashboard::ListedCharts clsDashboard::CollectCharts() {
+  const int column_count = sheet_->UsedRange()->ColumnsCount();
+  std::vector<double> edges;
+  for (int column = 1; column <= column_count; ++column) {
+    edges.push_back(Whole(sheet_->Columns(column)->Left()));
+  }
+  const double standard_width =
+      column_count < 2 ? Whole(sheet_->Columns(1)->Width()) : edges[1] - edges[0];
+  const double tolerance = Whole(standard_width / kTolerance);
+
+  ListedCharts charts;
+  for (const host::ChartObjectPtr& chart : Charts()) {
+    const std::optional<PlacedChart> placed = Place(*chart);
+    if (!placed || placed->title.empty() || placed->width < 1) continue;
+    const std::string line = placed->title + std::string(kLineBreak);
+    // Of columns that begin at one place, as hidden ones do, the first.
+    const auto edge = std::find_if(edges.begin(), edges.end(), [&](double left) {
+      return std::abs(left - placed->left) <= tolerance;
+    });
+    if (edge == edges.end()) {
+      charts.outside += line;
+      continue;
+    }
+    if (charts.titles.size() == kMostCharts) {
+      charts.beyond += line;
+      continue;
+    }
+    const auto column = static_cast<unsigned>(edge - edges.begin() + 1);
+    charts.columns.push_back(ZeroPadded(column, 2));
+    charts.positions.push_back(ZeroPadded(static_cast<unsigned>(std::max(placed->top, 0.0)), 4));
+    charts.titles.push_back(placed->title);
+    if (placed->left + placed->width > *edge + standard_width) charts.outside += line;
+  }
+  return charts;
+}
+
+// An entry of the chart list.
+struct clsDashboard::ChartEntry {
+  int column;
+  std::string title;
+};
+
+std::vector<clsDashboard::ChartEntry> clsDashboard::ReadChartList(clsRefSheet& reference_sheet) {
+  std::vector<ChartEntry> entries;
+  reference_sheet.ChartsListIteratorInit();
+  while (reference_sheet.ChartsListIteratorIsMore()) {
+    entries.push_back({ToInteger(reference_sheet.ChartsColumn()), reference_sheet.ChartsTitle()});
+    reference_sheet.ChartsListIteratorNext();
+  }
+  return entries;
+}
+
+void clsDashboard::DashboardConfigure() {
+  if (!initialized()) return;
+  application()->SetScreenUpdating(false);
+  const host::WorksheetPtr remembered_sheet = ActiveWorksheet(*application());
+  clsRefSheet reference_sheet(services());
+  InitInner(reference_sheet);
+  if (!reference_sheet.ChartsListIsDefined())
+    return;  // screen updating stays off: the model's rule
+
+  const std::vector<ChartEntry> charts = ReadChartList(reference_sheet);
+  int largest = 0;
+  for (const ChartEntry& chart : charts) largest = std::max(largest, chart.column);
+
+  frmDashConfigure dialog;
+  dialog.Init(*application(), *this, reference_sheet, menus());
+  dialog.Dashboard(sheet_);
+  dialog.CheckBoxListSize(largest);
+  AddColumns(dialog, charts, largest);
+  services().user_interface.ShowModal(dialog);
+  remembered_sheet->Activate();
+  application()->SetScreenUpdating(true);
+}
+
+void clsDashboard::AddColumns(frmDashConfigure& dialog, const std::vector<ChartEntry>& charts,
+                              int count) {
+  auto next = charts.begin();
+  for (int added = 0; added < count; ++added) {
+    // Columns without charts leave fewer runs than there are columns; the last one's column then
+    // comes again: the model's rule.
+    const int column = next != charts.end() ? next->column : charts.back().column;
+    std::vector<std::string> titles;
+    for (; next != charts.end() && next->column == column; ++next) {
+      if (titles.size() == kMostTitles) {
+        throw HostError(HostError::kSubscriptOutOfRange,
+                        "Subscript out of range: column " + std::to_string(column) +
+                            " of the dashboard has more than " + std::to_string(kMostTitles) +
+                            " charts in the chart list.",
+                        "Orvanemcro1");
+      }
+      titles.push_back(next->title);
+    }
+    if (titles.empty()) titles.emplace_back();
+    dialog.AddColumn(column, titles);
+  }
+}
+
+}  // namespace vantora
