@@ -72,6 +72,9 @@ class WorkbookModel : public SheetDirectory {
   Styles styles;
   std::vector<DefinedName> names;
   bool date_1904 = false;
+  // Formulas keep their values until somebody asks for calculation. The calculator does not look at
+  // this: whoever reads values does.
+  bool manual_calculation = false;
 
   SheetModel& AddSheet(std::string name);
   std::optional<int> IdOf(std::string_view name) const override;
