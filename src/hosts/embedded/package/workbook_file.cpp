@@ -258,9 +258,30 @@ std::set<std::string> WorkbookFile::ChartParts() const {
 
 void WorkbookFile::SetActiveSheet(int sheet) { active_now_ = sheet; }
 
-void WorkbookFile::SetSelection(int sheet, const Area& area, CellAddress active_cell) {
+void WorkbookFile::SetSelection(int sheet, const std::vector<Area>& areas,
+                                CellAddress active_cell) {
   FollowInsertions(sheet);
-  WriteSelection(sheets_[sheet].markup, area, active_cell);
+  WriteSelection(sheets_[sheet].markup, areas, active_cell);
+}
+
+const std::vector<std::string>& WorkbookFile::TableNames() {
+  if (table_names_) return *table_names_;
+  table_names_.emplace();
+  for (const SheetPart& sheet : sheets_) {
+    for (const Relationship& relationship : package_->RelationshipsOf(sheet.part)) {
+      if (!relationship.IsType("table") || !package_->Has(relationship.target)) continue;
+      try {
+        const std::string text = package_->Read(relationship.target);
+        XmlScanner xml(text);
+        while (xml.Next() != XmlScanner::Token::kStart) {
+        }
+        table_names_->push_back(DecodeXml(xml.Attribute("displayName").value_or("")));
+      } catch (const XmlError& error) {
+        ThrowDamaged(relationship.target, error);
+      }
+    }
+  }
+  return *table_names_;
 }
 
 bool WorkbookFile::CellsDiffer(int sheet) const {
@@ -283,11 +304,12 @@ std::vector<int> WorkbookFile::ChangedSheets() {
     const SheetModel& sheet = *model_.sheets[id];
     bool cells_differ = sheet.is_worksheet && CellsDiffer(id);
     if (sheet.column_formats_changed) WriteColumnFormats(part.markup, sheet.column_formats);
+    if (sheet.rows_changed) WriteRowOutline(part.markup, sheet);
     if (cells_differ) {
       std::optional<Area> area = sheet.cells.UsedArea();
       if (area != part.loaded_area) WriteDimension(part.markup, area);
     }
-    changed[id] = cells_differ || part.markup.changed;
+    changed[id] = cells_differ || sheet.rows_changed || part.markup.changed;
   });
   std::vector<int> sheets;
   for (int id = 0; id < static_cast<int>(changed.size()); ++id) {
@@ -404,6 +426,12 @@ void WorkbookFile::WriteWorkbookPart() {
       WriteTabSelected(sheets_[id].markup, id == active_now_);
     }
     active_written_ = active_now_;
+  }
+  // A hidden sheet that stays in a group of selected tabs would take edits unseen.
+  for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
+    if (model_.sheets[id]->visibility != sheets_[id].loaded_visibility) {
+      WriteTabSelected(sheets_[id].markup, id == active_now_);
+    }
   }
   try {
     if (auto text = PatchWorkbook(package_->Read(parts_->workbook), model_, changes)) {

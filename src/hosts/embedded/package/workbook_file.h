@@ -54,11 +54,14 @@ class WorkbookFile {
   // The tab that is active on opening, written when it differs.
   void SetActiveSheet(int sheet);
   // Selection of a sheet, written into its active pane.
-  void SetSelection(int sheet, const Area& area, CellAddress active_cell);
+  void SetSelection(int sheet, const std::vector<Area>& areas, CellAddress active_cell);
 
   // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on
   // failure. May be called again after further edits.
   void Save(const std::filesystem::path& path);
+
+  // The names of the workbook's tables, read once: no operation makes one.
+  const std::vector<std::string>& TableNames();
 
   // Makes tables and their header cells agree (see MatchTableHeaders), as Save does too. Gives the
   // header cells that were written, as sheet and cell: what depends on them is out of date.
@@ -72,6 +75,7 @@ class WorkbookFile {
     // As read: to tell whether cells were erased, and whether the used area changed.
     std::size_t loaded_cells = 0;
     std::optional<Area> loaded_area;
+    Visibility loaded_visibility = Visibility::kVisible;
   };
 
   WorkbookFile();
@@ -109,6 +113,7 @@ class WorkbookFile {
   int active_written_ = 0;
   bool calculate_on_opening_ = false;
   bool records_calculation_mode_ = false;
+  std::optional<std::vector<std::string>> table_names_;
   // What kept a save from bringing the parts up to date. Some of them may have followed insertions
   // and others not, so that no later save can be right.
   std::exception_ptr failed_;
