@@ -245,13 +245,16 @@ void OpenWorkbook::PasteCells(SheetModel& target, const Area& from, const Area& 
     const int last_used = UsedRange(target.id).last_row;
     rows = std::min(rows, std::max(last_used - from.first_row, last_used - to.first_row) + 1);
   }
-  // Overlapping areas: the columns are taken in the order in which none is overwritten unread.
+  // Overlapping areas: columns and rows are taken in the order in which no cell is overwritten
+  // unread.
   bool rightward = to.first_column > from.first_column;
+  bool downward = to.first_row > from.first_row;
   for (int step = 0; step < from.columns(); ++step) {
     int index = rightward ? from.columns() - 1 - step : step;
     int source_column = from.first_column + index;
     int target_column = to.first_column + index;
-    for (int offset = 0; offset < rows; ++offset) {
+    for (int row_step = 0; row_step < rows; ++row_step) {
+      const int offset = downward ? rows - 1 - row_step : row_step;
       CellAddress source{from.first_row + offset, source_column};
       CellAddress destination{to.first_row + offset, target_column};
       PasteCell(target, target.cells.Get(source), source, destination, parts);
