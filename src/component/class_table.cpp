@@ -6,6 +6,7 @@
 #include "core/globals.h"
 #include "maintenance/year_end.h"
 #include "refsheet/ref_sheet.h"
+#include "workbook_tools/copy_worksheet.h"
 
 namespace vantora::component {
 namespace {
@@ -93,6 +94,17 @@ PublicClass YearEnd() {
       .create = Create<clsYearEnd>};
 }
 
+PublicClass CopyWorksheet() {
+  return {.name = "clsCopyWorksheet",
+          .help = "Copying a worksheet or range into another workbook",
+          .methods = {{.name = "CopyWorksheet",
+                       .parameters = {},
+                       .asks = "frmCopyWorksheet (twice: to choose, and to read the outcome)",
+                       .help = "Copies a worksheet, or its selected area, into a new worksheet",
+                       .call = Run<clsCopyWorksheet, &clsCopyWorksheet::CopyWorksheet>}},
+          .create = Create<clsCopyWorksheet>};
+}
+
 // A class that is part of the component's surface but does not exist yet.
 PublicClass Missing(std::string_view name, std::string_view help) {
   return {.name = name, .help = help, .methods = {}, .create = nullptr};
@@ -113,7 +125,7 @@ const std::vector<PublicClass>& PublicClasses() {
       Missing("clsClearAllData", "Clearing all entered data"),
       Missing("clsMenuManagement", "The model's and the dashboard's menus"),
       Missing("clsDashboard", "The dashboard's chart list and column configurations"),
-      Missing("clsCopyWorksheet", "Copying a worksheet or range into another workbook"),
+      CopyWorksheet(),
       Missing("clsHider", "Handling of workbook open and save"),
       Missing("clsChartListControl", "The dashboard's chart list control"),
       Missing("clsNameManagement", "Defining and cleaning up defined names"),
