@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "component/ref_sheet_methods.h"
 #include "core/convert.h"
 #include "core/globals.h"
 #include "maintenance/year_end.h"
@@ -19,7 +20,9 @@ std::unique_ptr<PublicObject> Create(Services& services) {
   return std::make_unique<Class>(services);
 }
 
-const std::string& TextOf(const Argument& argument) { return std::get<Value>(argument).AsText(); }
+[[maybe_unused]] const std::string& TextOf(const Argument& argument) {
+  return std::get<Value>(argument).AsText();
+}
 
 // A method without arguments and result.
 template <typename Class, void (Class::*method)()>
@@ -45,17 +48,7 @@ PublicClass Globals() {
 PublicClass RefSheet() {
   return {.name = "clsRefSheet",
           .help = "The Reference Sheet: the model's metadata",
-          .methods = {{.name = "PutDLLVersion",
-                       .parameters = {{.name = "versionText",
-                                       .type = ParameterType::kText,
-                                       .help = "the text to write"}},
-                       .asks = "",
-                       .help = "Writes the version line into cell C6 of the Reference Sheet",
-                       .call =
-                           [](PublicObject& object, std::span<Argument> arguments) {
-                             static_cast<clsRefSheet&>(object).PutDLLVersion(TextOf(arguments[0]));
-                             return Value();
-                           }}},
+          .methods = RefSheetMethods(),
           .create = Create<clsRefSheet>};
 }
 

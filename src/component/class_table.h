@@ -26,6 +26,8 @@ struct Parameter {
   std::string_view help;
   // May be left out, at the end only.
   bool is_optional = false;
+  // An array that holds a result after the call.
+  bool is_filled = false;
 };
 
 // An argument of its parameter's type: a Value (the empty one for an optional argument that was

@@ -59,6 +59,29 @@ class RefSheetClient : public Client {
       : Client("clsRefSheet", services, std::move(application)) {}
 
   void PutDLLVersion(std::string_view text) { Call("PutDLLVersion", {Value(text)}); }
+
+  void Load(std::string_view method, const std::vector<std::string>& values) {
+    Call(method, {values, Value(static_cast<int>(values.size()))});
+  }
+  bool Is(std::string_view method) { return Call(method).AsBoolean(); }
+  std::string Text(std::string_view method) { return Call(method).AsText(); }
+  int Number(std::string_view method) { return static_cast<int>(Call(method).AsNumber()); }
+  // `configs` holds configuration 1 first.
+  void ConfigsListGet(std::vector<std::string>& configs) {
+    std::vector<Argument> arguments = {Numbered(configs)};
+    CallByReference("ConfigsListGet", arguments);
+    const auto& filled = std::get<std::vector<std::string>>(arguments[0]);
+    configs.assign(filled.begin() + 1, filled.end());
+  }
+  void ConfigsListPut(const std::vector<std::string>& configs) {
+    Call("ConfigsListPut", {Numbered(configs)});
+  }
+
+ private:
+  static std::vector<std::string> Numbered(std::vector<std::string> configs) {
+    configs.insert(configs.begin(), "");
+    return configs;
+  }
 };
 
 }  // namespace vantora::testing

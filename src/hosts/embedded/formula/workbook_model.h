@@ -47,6 +47,8 @@ struct SheetModel {
   // Ascending and disjoint. `column_formats_changed` when they differ from the package's part.
   std::vector<ColumnFormat> column_formats;
   bool column_formats_changed = false;
+  // Counts the changes of `column_formats`: what is made of them is remembered as long as it stands.
+  unsigned column_formats_version = 0;
   // Formats of whole rows that have one of their own.
   std::map<int, StyleId> row_styles;
 

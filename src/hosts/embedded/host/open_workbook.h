@@ -12,6 +12,7 @@
 #include "core/host_error.h"
 #include "core/value.h"
 #include "formula/calculator.h"
+#include "host/column_sizes.h"
 #include "package/comments.h"
 #include "package/workbook_file.h"
 
@@ -50,6 +51,15 @@ class OpenWorkbook {
   // Both areas lie on `sheet`; `to` is of the same size as `from`.
   void Paste(int sheet, const Area& from, const Area& to, unsigned parts);
 
+  // Valid until the sheet's columns change.
+  const ColumnSizes& Columns(int sheet);
+  // All of the columns first..last are hidden.
+  bool ColumnsHidden(int sheet, int first, int last);
+  void SetColumnsHidden(int sheet, int first, int last, bool hidden);
+  // In characters of the default font; 0 for a hidden column.
+  double ColumnWidth(int sheet, int column);
+  void SetColumnsWidth(int sheet, int first, int last, double characters);
+
   void AddComment(int sheet, CellAddress cell);
   void SetCommentText(int sheet, CellAddress cell, std::string_view text);
   void SetCommentVisible(int sheet, CellAddress cell, bool visible);
@@ -83,6 +93,8 @@ class OpenWorkbook {
   // Refuses an edit that would change some but not all cells of an array formula.
   void RefusePartOfArray(int sheet, const Area& area);
   void RefusePartOfMerge(int sheet, const Area& area);
+  double DefaultWidth(int sheet);
+  void RefuseFormattingColumns(int sheet, const char* property);
   SheetComments Comments(int sheet);
   void PutText(int sheet, CellAddress cell, const std::string& text);
   void Clear(int sheet, CellAddress cell);
@@ -95,6 +107,7 @@ class OpenWorkbook {
   Calculator calculator_;
   int active_sheet_ = 0;
   std::map<int, Area> selections_;
+  std::map<int, ColumnSizes> column_sizes_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;
 };

@@ -1,5 +1,6 @@
 // Range and what belongs to it over an open workbook.
 #include "host/objects.h"
+#include "package/column_width.h"
 
 namespace vantora::embedded {
 namespace {
@@ -197,21 +198,38 @@ bool EmbeddedRange::RowsHidden() { RefuseMember("Range.Rows.Hidden"); }
 
 void EmbeddedRange::SetRowsHidden(bool) { RefuseMember("Range.Rows.Hidden (put)"); }
 
-bool EmbeddedRange::ColumnsHidden() { RefuseMember("Range.Columns.Hidden"); }
+bool EmbeddedRange::ColumnsHidden() {
+  return book_->ColumnsHidden(sheet_, area_.first_column, area_.last_column);
+}
 
-void EmbeddedRange::SetColumnsHidden(bool) { RefuseMember("Range.Columns.Hidden (put)"); }
+void EmbeddedRange::SetColumnsHidden(bool hidden) {
+  EndCopy();
+  book_->SetColumnsHidden(sheet_, area_.first_column, area_.last_column, hidden);
+}
 
-double EmbeddedRange::Left() { RefuseMember("Range.Left"); }
+double EmbeddedRange::Left() {
+  return static_cast<double>(book_->Columns(sheet_).Left(area_.first_column)) * kPointsPerPixel;
+}
 
-double EmbeddedRange::Width() { RefuseMember("Range.Width"); }
+double EmbeddedRange::Width() {
+  const ColumnSizes& columns = book_->Columns(sheet_);
+  return static_cast<double>(columns.Left(area_.last_column + 1) -
+                             columns.Left(area_.first_column)) *
+         kPointsPerPixel;
+}
 
 double EmbeddedRange::RowHeight() { RefuseMember("Range.RowHeight"); }
 
 void EmbeddedRange::SetRowHeight(double) { RefuseMember("Range.RowHeight (put)"); }
 
-double EmbeddedRange::ColumnWidth() { RefuseMember("Range.ColumnWidth"); }
+double EmbeddedRange::ColumnWidth() {
+  return book_->ColumnWidth(sheet_, area_.first_column);
+}
 
-void EmbeddedRange::SetColumnWidth(double) { RefuseMember("Range.ColumnWidth (put)"); }
+void EmbeddedRange::SetColumnWidth(double characters) {
+  EndCopy();
+  book_->SetColumnsWidth(sheet_, area_.first_column, area_.last_column, characters);
+}
 
 int EmbeddedRange::OutlineLevel() { RefuseMember("Range.OutlineLevel"); }
 

@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 
+#include "package/column_width.h"
 #include "package/sheet_reader.h"
 #include "package/xml_tree.h"
 
@@ -141,6 +142,7 @@ class StylesReader {
       format.locked = !locked || IsTrue(locked.value());
     });
     if (styles_.formats.empty()) styles_.formats.emplace_back();
+    styles_.max_digit_width = MaxDigitWidth(sheet);
     return std::move(styles_);
   }
 

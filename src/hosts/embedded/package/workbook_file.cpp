@@ -282,7 +282,9 @@ std::vector<int> WorkbookFile::ChangedSheets() {
     SheetPart& part = sheets_[id];
     const SheetModel& sheet = *model_.sheets[id];
     bool cells_differ = sheet.is_worksheet && CellsDiffer(id);
-    if (sheet.column_formats_changed) WriteColumnFormats(part.markup, sheet.column_formats);
+    if (sheet.column_formats_changed) {
+      WriteColumnFormats(part.markup, sheet.column_formats, model_.styles.max_digit_width);
+    }
     if (cells_differ) {
       std::optional<Area> area = sheet.cells.UsedArea();
       if (area != part.loaded_area) WriteDimension(part.markup, area);

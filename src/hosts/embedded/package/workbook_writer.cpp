@@ -5,7 +5,9 @@
 
 #include "core/convert.h"
 #include "package/cell_patch.h"
+#include "package/column_width.h"
 #include "package/sheet_reader.h"
+#include "package/sheet_writer.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {
@@ -322,14 +324,18 @@ std::string NewSharedStrings::AppendTo(std::string_view original, std::size_t co
   return patch.Apply();
 }
 
-void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats) {
+void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats,
+                        int max_digit_width) {
   const std::string& prefix = markup.prefix;
+  const std::string default_width = NumberText(DefaultColumnWidth(markup, max_digit_width));
   std::string text;
   for (const ColumnFormat& format : formats) {
     text += "<" + prefix + "col min=\"" + std::to_string(format.first) + "\" max=\"" +
             std::to_string(format.last) + "\"";
-    // A width is required; Excel's own is that of the standard format.
-    if (format.attributes.find(" width=") == std::string::npos) text += " width=\"9.140625\"";
+    // Excel shows a run without a width as no wider than nothing.
+    if (format.attributes.find(" width=") == std::string::npos) {
+      text += " width=\"" + default_width + "\"";
+    }
     if (format.style != 0) text += " style=\"" + std::to_string(format.style) + "\"";
     text += format.attributes + "/>";
   }

@@ -44,8 +44,10 @@ class NewSharedStrings {
   std::unordered_map<TextId, TextId> index_;
 };
 
-// Puts the columns' formats as the model has them in the place of <cols>.
-void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats);
+// Puts the columns' formats as the model has them in the place of <cols>. `max_digit_width` as of
+// Styles.
+void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats,
+                        int max_digit_width);
 // Makes <dimension> say `area` (nullopt: an empty sheet).
 void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area);
 // Selection in the active pane of the first view.
