@@ -34,6 +34,22 @@ std::vector<Element> Numbered(std::vector<Element> elements) {
   return elements;
 }
 
+FilledArray Filled(const component::Parameter& parameter, const component::Argument& argument) {
+  FilledArray filled{.parameter = std::string(parameter.name), .elements = {}};
+  if (const auto* flags = std::get_if<std::vector<bool>>(&argument)) {
+    filled.elements = *flags;
+  } else {
+    filled.elements = std::get<std::vector<std::string>>(argument);
+  }
+  if (parameter.type == component::ParameterType::kTexts) return filled;
+  std::visit(
+      [](auto& elements) {
+        if (!elements.empty()) elements.erase(elements.begin());
+      },
+      filled.elements);
+  return filled;
+}
+
 // Throws UsageError when the text is no value of the parameter's type.
 component::Argument ParseArgument(const std::string& text, const component::Parameter& parameter) {
   switch (parameter.type) {
@@ -137,6 +153,15 @@ Value Call::Run(Services& services, clsGlobals& globals) {
   auto* bound = dynamic_cast<BoundObject*>(object.get());
   if (bound != nullptr) bound->Init(&globals);
   return method_->call(*object, arguments_);
+}
+
+std::vector<FilledArray> Call::FilledArrays() const {
+  std::vector<FilledArray> arrays;
+  for (std::size_t i = 0; i < arguments_.size(); ++i) {
+    const component::Parameter& parameter = method_->parameters[i];
+    if (parameter.is_filled) arrays.push_back(Filled(parameter, arguments_[i]));
+  }
+  return arrays;
 }
 
 }  // namespace vantora::cli

@@ -2,12 +2,20 @@
 #pragma once
 
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "component/class_table.h"
 #include "core/globals.h"
 
 namespace vantora::cli {
+
+// An array that a method has filled, its elements without the one at 0 of a numbered one: as it is
+// given on the command line.
+struct FilledArray {
+  std::string parameter;
+  std::variant<std::vector<std::string>, std::vector<bool>> elements;
+};
 
 class Call {
  public:
@@ -20,6 +28,9 @@ class Call {
   // called when the object refuses the context, which it has reported then. Throws what the method
   // throws.
   Value Run(Services& services, clsGlobals& globals);
+
+  // After Run: the arrays that hold results.
+  std::vector<FilledArray> FilledArrays() const;
 
  private:
   const component::PublicClass* public_class_;

@@ -154,6 +154,25 @@ Json ResultJson(const Value& value) {
   return ValueToText(value);
 }
 
+Json ListJson(const FilledArray& array) {
+  return std::visit([](const auto& elements) { return Json(elements); }, array.elements);
+}
+
+Json ArraysJson(const std::vector<FilledArray>& arrays) {
+  Json json = Json::object();
+  for (const FilledArray& array : arrays) json[array.parameter] = ListJson(array);
+  return json;
+}
+
+// As a list that can be given to a method again.
+void WriteArrays(const std::vector<FilledArray>& arrays, std::ostream& out) {
+  for (const FilledArray& array : arrays) {
+    out << array.parameter << ": "
+        << ui::Printable(ListJson(array).dump(-1, ' ', false, Json::error_handler_t::replace))
+        << '\n';
+  }
+}
+
 Json ChangesJson(const embedded::ChangeList& changes) {
   Json inserted = Json::array();
   for (const auto& columns : changes.inserted) {
@@ -194,6 +213,7 @@ Json OutcomeJson(const RunOutcome& outcome) {
           {"exit_code", static_cast<int>(outcome.exit_code)},
           {"error", outcome.error ? ErrorJson(*outcome.error) : Json(nullptr)},
           {"result", ResultJson(outcome.result)},
+          {"arrays", ArraysJson(outcome.arrays)},
           {"messages", messages},
           {"unused_answers", outcome.unused_answers},
           {"changes", ChangesJson(outcome.changes)},
@@ -228,8 +248,9 @@ void Report(const RunOutcome& outcome, const RunOptions& options, std::ostream& 
   if (options.json) {
     // Text that is no UTF-8 (a file name) is replaced rather than refused.
     out << OutcomeJson(outcome).dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
-  } else if (done && !outcome.result.IsEmpty()) {
-    out << ui::Printable(ValueToText(outcome.result)) << '\n';
+  } else if (done) {
+    if (!outcome.result.IsEmpty()) out << ui::Printable(ValueToText(outcome.result)) << '\n';
+    WriteArrays(outcome.arrays, out);
   }
   if (done && options.changes) WriteChanges(outcome.changes, words);
   if (outcome.error) WriteError(*outcome.error, err);

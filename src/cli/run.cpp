@@ -95,6 +95,7 @@ void Execute(const RunOptions& options, Call& call, RunUserInterface& user_inter
   if (options.changes || options.json) session->RecordChanges();
   Prepare(*session, options);
   outcome.result = CallMethod(call, *session, user_interface, environment);
+  outcome.arrays = call.FilledArrays();
   if (user_interface.reported_error()) {
     outcome.exit_code = ExitCode::kError;
     outcome.error = {
@@ -112,6 +113,7 @@ void Execute(const RunOptions& options, Call& call, RunUserInterface& user_inter
 void Fail(RunOutcome& outcome, ExitCode exit_code, ReportedError error) {
   outcome.exit_code = exit_code;
   outcome.error = std::move(error);
+  outcome.arrays.clear();
   outcome.changes = {};
   outcome.uncalculated.clear();
 }

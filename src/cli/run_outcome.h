@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/call.h"
 #include "core/value.h"
 #include "host/session.h"
 
@@ -48,6 +49,8 @@ struct RunOutcome {
   std::optional<ReportedError> error;
   // What the method returned; empty for a method without a result.
   Value result;
+  // Arrays that the method filled.
+  std::vector<FilledArray> arrays;
   std::vector<ShownMessage> messages;
   // Filled for a run that was done, when the options ask for them.
   embedded::ChangeList changes;

@@ -5,6 +5,10 @@
 #include "component/ref_sheet_methods.h"
 #include "core/convert.h"
 #include "core/globals.h"
+#include "maintenance/clear_all_data.h"
+#include "maintenance/freeze.h"
+#include "maintenance/planning_spinners.h"
+#include "maintenance/ratios_comp_data_set.h"
 #include "maintenance/year_end.h"
 #include "refsheet/ref_sheet.h"
 #include "workbook_tools/copy_worksheet.h"
@@ -98,6 +102,55 @@ PublicClass CopyWorksheet() {
           .create = Create<clsCopyWorksheet>};
 }
 
+PublicClass Freeze() {
+  return {.name = "clsFreeze",
+          .help = "Freezing the current results as the base case",
+          .methods = {{.name = "FreezeCurrentResults",
+                       .parameters = {},
+                       .asks = kAsksToConfirm,
+                       .help = "Copies the values of each live row into its base row",
+                       .call = Run<clsFreeze, &clsFreeze::FreezeCurrentResults>},
+                      {.name = "SetSpinnerstoBase",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Sets the entered cells of rows with spinner inputs to the base case",
+                       .call = Run<clsFreeze, &clsFreeze::SetSpinnerstoBase>}},
+          .create = Create<clsFreeze>};
+}
+
+PublicClass PlanningSpinners() {
+  return {.name = "clsPlanningSpinners",
+          .help = "The spin buttons of the planning sheets",
+          .methods = {{.name = "SpinnerChange",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Moves the projects of the spin button that called by whole years",
+                       .call = Run<clsPlanningSpinners, &clsPlanningSpinners::SpinnerChange>}},
+          .create = Create<clsPlanningSpinners>};
+}
+
+PublicClass RatiosCompDataSet() {
+  return {.name = "clsRatiosCompDataSet",
+          .help = "The ratio comparison data set",
+          .methods = {{.name = "RatiosCompDataSet",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Copies the comparison data to the rows of their ratios",
+                       .call = Run<clsRatiosCompDataSet, &clsRatiosCompDataSet::RatiosCompDataSet>}},
+          .create = Create<clsRatiosCompDataSet>};
+}
+
+PublicClass ClearAllData() {
+  return {.name = "clsClearAllData",
+          .help = "Clearing all entered data",
+          .methods = {{.name = "ClearAllData",
+                       .parameters = {},
+                       .asks = "confirmation (OK/Cancel), last chance (OK/Cancel)",
+                       .help = "Empties the cells of columns J to Y that have no fill",
+                       .call = Run<clsClearAllData, &clsClearAllData::ClearAllData>}},
+          .create = Create<clsClearAllData>};
+}
+
 // A class that is part of the component's surface but does not exist yet.
 PublicClass Missing(std::string_view name, std::string_view help) {
   return {.name = name, .help = help, .methods = {}, .create = nullptr};
@@ -110,12 +163,12 @@ const std::vector<PublicClass>& PublicClasses() {
       Globals(),
       RefSheet(),
       YearEnd(),
-      Missing("clsFreeze", "Freezing the current results"),
-      Missing("clsPlanningSpinners", "The spin buttons of the planning sheets"),
+      Freeze(),
+      PlanningSpinners(),
       Missing("clsDisplayModes", "Window arrangements beside the dashboard"),
-      Missing("clsRatiosCompDataSet", "The ratio comparison data set"),
+      RatiosCompDataSet(),
       Missing("clsDevelopmentMode", "Switching between normal and development mode"),
-      Missing("clsClearAllData", "Clearing all entered data"),
+      ClearAllData(),
       Missing("clsMenuManagement", "The model's and the dashboard's menus"),
       Missing("clsDashboard", "The dashboard's chart list and column configurations"),
       CopyWorksheet(),

@@ -9,11 +9,17 @@ namespace vantora::model {
 // Flags in cell A1.
 inline constexpr std::string_view kReferenceSheetFlag = "X";
 inline constexpr std::string_view kHistorySheetFlag = "S";
+inline constexpr std::string_view kFreezeSheetFlag = "F";
+inline constexpr std::string_view kClearSheetFlag = "Z";
+inline constexpr std::string_view kKeyListSheetFlag = "L";
+inline constexpr std::string_view kRatioSheetFlag = "G";
 
 // The yearly columns.
 inline constexpr int kFirstHistoryColumn = 10;  // J, the oldest year
 inline constexpr int kLastYearColumn = 14;      // N, the last history year, "Last Year"
 inline constexpr int kCurrentYearColumn = 15;   // O, "Current Year"
+inline constexpr int kFirstPlanningColumn = 16;  // P
+inline constexpr int kLastPlanningColumn = 25;   // Y
 inline constexpr int kHistoryYears = kLastYearColumn - kFirstHistoryColumn + 1;
 
 // Row 1 of a history sheet holds its column flags, row 2 the comments of saved columns.

@@ -8,6 +8,7 @@
 #include "core/progress_dialog.h"
 #include "dialogs/frm_save_comments.h"
 #include "dialogs/frm_save_history_prompt.h"
+#include "maintenance/flagged_sheets.h"
 
 namespace vantora {
 namespace {
@@ -33,7 +34,8 @@ char HistoryColumnLetter(int column) {
 
 void clsYearEnd::SaveHistoryYear() {
   if (!initialized()) return;
-  host::RangePtr labels = ActiveWorkbook()->Names()->Item(model::kFiscalYearName)->RefersToRange();
+  host::RangePtr labels =
+      ActiveWorkbookOf(*application())->Names()->Item(model::kFiscalYearName)->RefersToRange();
   struct Entry {
     int column;
     std::string caption;
@@ -217,20 +219,15 @@ void clsYearEnd::Start() {
 
 template <typename Work>
 void clsYearEnd::RunOnHistorySheets(frmProgressBar& progress, Work&& work) {
-  for (const host::WorksheetPtr& sheet : ActiveWorkbook()->Worksheets()) {
-    current_sheet_ = sheet;
-    if (SheetHasFlag(sheet, model::kHistorySheetFlag)) work();
-  }
+  ForEachFlaggedSheet(*application(), model::kHistorySheetFlag,
+                      [&](const host::WorksheetPtr& sheet) {
+                        current_sheet_ = sheet;
+                        work();
+                      });
   progress.Unload();
   application()->SetScreenUpdating(true);
   // Null when a chart sheet was active.
   if (remembered_sheet_) remembered_sheet_->Select();
-}
-
-host::WorkbookPtr clsYearEnd::ActiveWorkbook() {
-  host::WorkbookPtr workbook = application()->ActiveWorkbook();
-  if (!workbook) throw ObjectNotSet("No workbook is open.");
-  return workbook;
 }
 
 }  // namespace vantora

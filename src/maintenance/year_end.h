@@ -48,7 +48,6 @@ class clsYearEnd : public BoundObject {
   // dialog, switches screen updating on and selects the remembered sheet.
   template <typename Work>
   void RunOnHistorySheets(frmProgressBar& progress, Work&& work);
-  host::WorkbookPtr ActiveWorkbook();
 
   host::WorksheetPtr remembered_sheet_;
   host::WorksheetPtr current_sheet_;

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include <csignal>
 #include <fstream>
 
@@ -56,7 +58,8 @@ INSTANTIATE_TEST_SUITE_P(
                "\"Perhaps\" is no button"},
         Ending{"UnknownSheet", {"clsGlobals.Version", "--sheet", "Nowhere"}, 2, "\"Nowhere\""},
         Ending{"SetWithoutACell", {"clsGlobals.Version", "--set", "1+1=2"}, 2, "\"1+1\""},
-        Ending{"UnknownCaller", {"clsGlobals.Version", "--caller", "Spinner 9"}, 2, "\"Spinner 9\""},
+        Ending{
+            "UnknownCaller", {"clsGlobals.Version", "--caller", "Spinner 9"}, 2, "\"Spinner 9\""},
         Ending{"SelectNothing", {"clsGlobals.Version", "--select", "A0"}, 2, "\"A0\""},
         Ending{"MessageBoxCancelled",
                {"clsYearEnd.ShiftHistory", "--answer", "Cancel"},
@@ -106,6 +109,46 @@ TEST(Run, FailingHostCallIsReportedWithNumberTextAndSource) {
   EXPECT_THAT(failed.err, HasSubstr("vantora: Microsoft Excel reports error 1004: injected\n"
                                     "Nothing was written.\n"));
   EXPECT_TRUE(model.Untouched());
+}
+
+TEST(Run, ArraysThatTheMethodFilledAreItsResult) {
+  SmallModel model;
+  std::vector<std::string> arguments = {"clsRefSheet.ConfigsListGet",
+                                        R"(["old","",""])",
+                                        "--dry-run",
+                                        "--set",
+                                        "'Data 01'!A1=X14",
+                                        "--set",
+                                        "'Data 01'!B1=n",
+                                        "--set",
+                                        "'Data 01'!C1=k",
+                                        "--set",
+                                        "'Data 01'!D1=c",
+                                        "--set",
+                                        "'Data 01'!E1=s",
+                                        "--set",
+                                        "'Data 01'!F1=h",
+                                        "--set",
+                                        "'Data 01'!F14=2",
+                                        "--set",
+                                        "'Data 01'!G14=Board"};
+  const CommandResult words = model.Run(arguments);
+  EXPECT_EQ(words.exit_code, 0) << words.err;
+  EXPECT_EQ(words.out, "configs: [\"\",\"Board\",\"\"]\n");
+
+  arguments.push_back("--json");
+  const auto json = nlohmann::json::parse(model.Run(arguments).out);
+  EXPECT_EQ(json["arrays"], nlohmann::json::parse(R"({"configs": ["", "Board", ""]})"));
+
+  // An array that a method only reads is no result.
+  arguments = {"clsRefSheet.ConfigsListPut",
+               R"(["Board"])",
+               "--dry-run",
+               "--set",
+               "'Data 01'!A1=X",
+               "--answer",
+               "OK"};
+  EXPECT_EQ(model.Run(arguments).out, "");
 }
 
 TEST(Run, FileThatCannotBeReadOrWrittenIsAnError) {

@@ -301,7 +301,7 @@ TEST_F(WorkbookSaveTest, EachInsertionIsFollowedOnce) {
   file->FollowInsertions(0);
   EXPECT_THAT(file->markup(0).Find("mergeCells")->text, HasSubstr("ref=\"C1:D1\""));
   InsertColumns(*file, 1, 1);
-  file->SetSelection(0, {7, 7, 7, 7}, {7, 7});
+  file->SetSelection(0, {{7, 7, 7, 7}}, {7, 7});
   std::string saved = Saved(*file, kSheetPart);
   EXPECT_THAT(saved, HasSubstr("ref=\"D1:E1\""));
   EXPECT_THAT(saved, HasSubstr("sqref=\"G7\"")) << "selected where things stand now";
@@ -496,13 +496,13 @@ TEST_F(WorkbookSaveTest, SelectionsGoIntoTheActivePane) {
                 "</sheetViews>"},
        }) {
     auto file = OpenParts(OneSheet(std::string(c.before) + "<sheetData/>"));
-    file->SetSelection(0, {2, 2, 3, 3}, {2, 2});
+    file->SetSelection(0, {{2, 2, 3, 3}}, {2, 2});
     std::string saved = Saved(*file, kSheetPart);
     EXPECT_THAT(saved, HasSubstr(std::string(c.after) + "<sheetData/>"));
     EXPECT_EQ(OneSheet(std::string(c.after) + "<sheetData/>")[kSheetPart], saved);
   }
   auto file = OpenParts(OneSheet("<sheetData/>"));
-  file->SetSelection(0, {1, 1, 1, 1}, {1, 1});
+  file->SetSelection(0, {{1, 1, 1, 1}}, {1, 1});
   EXPECT_EQ(Saved(*file, kSheetPart), OneSheet("<sheetData/>")[kSheetPart]) << "as it is anyway";
 }
 

@@ -31,7 +31,9 @@ class Calculator::Impl {
     invalidation_.Propagate();
   }
 
-  void NamesChanged();
+  void NamesChanged() { names_changed_ = true; }
+  // Marks the formulas that use names when some changed, once for however many did.
+  void ApplyNameChanges();
   void InsertColumns(const ColumnInsertion& insertion);
 
   bool EnsureCalculated(int sheet, CellAddress cell) {
@@ -109,6 +111,7 @@ class Calculator::Impl {
   FormulaIndex index_;
   Invalidation invalidation_;
   bool is_built_ = false;
+  bool names_changed_ = false;
   std::size_t evaluations_ = 0;
   std::vector<Pending> stack_;
   // Places of the formulas on the stack that are not dropped.
@@ -131,7 +134,9 @@ bool Calculator::Impl::Prepare() {
   return builds;
 }
 
-void Calculator::Impl::NamesChanged() {
+void Calculator::Impl::ApplyNameChanges() {
+  if (!names_changed_) return;
+  names_changed_ = false;
   model_.ForgetNames();
   if (!Prepare()) index_.Rebuild();
   for (const auto& sheet : model_.sheets) {
@@ -356,23 +361,32 @@ std::string Calculator::Impl::ReasonFor(int sheet, CellAddress cell) const {
 Calculator::Calculator(WorkbookModel& model) : impl_(std::make_unique<Impl>(model)) {}
 Calculator::~Calculator() = default;
 
-void Calculator::Changed(int sheet, const Area& area) { impl_->Changed(sheet, area); }
+void Calculator::Changed(int sheet, const Area& area) {
+  impl_->ApplyNameChanges();
+  impl_->Changed(sheet, area);
+}
 
 void Calculator::NamesChanged() { impl_->NamesChanged(); }
 
 void Calculator::InsertColumns(const ColumnInsertion& insertion) {
+  impl_->ApplyNameChanges();
   impl_->InsertColumns(insertion);
 }
 
 bool Calculator::EnsureCalculated(int sheet, CellAddress cell) {
+  impl_->ApplyNameChanges();
   return impl_->EnsureCalculated(sheet, cell);
 }
 
 bool Calculator::EnsureCalculated(int sheet, const Area& area) {
+  impl_->ApplyNameChanges();
   return impl_->EnsureCalculated(sheet, area);
 }
 
-void Calculator::CalculateAll() { impl_->CalculateAll(); }
+void Calculator::CalculateAll() {
+  impl_->ApplyNameChanges();
+  impl_->CalculateAll();
+}
 
 std::vector<Uncalculated> Calculator::Uncalculable() const { return impl_->Uncalculable(); }
 

@@ -40,7 +40,7 @@ class Calculator {
   void InsertColumns(const ColumnInsertion& insertion);
 
   // model.names changed otherwise than by InsertColumns, or sheets came or moved: the formulas that
-  // use names or span sheets are marked.
+  // use names or span sheets are marked, at the next call of another member.
   void NamesChanged();
 
   // Brings the cell's value up to date; false when it can't be (the cell is then flagged kStale).

@@ -6,7 +6,15 @@
 namespace vantora::embedded {
 namespace {
 
-// "R", "C", "RC", "R1", "C1", "R1C1".
+void AppendDoublingQuotes(std::string& out, std::string_view name) {
+  for (char c : name) {
+    out.push_back(c);
+    if (c == '\'') out.push_back(c);
+  }
+}
+
+}  // namespace
+
 bool LooksLikeR1C1(std::string_view name) {
   std::size_t position = 0;
   for (char part : {'R', 'C'}) {
@@ -33,15 +41,6 @@ bool NeedsQuotes(std::string_view name) {
   if (LooksLikeR1C1(name)) return true;
   return IsDigit(name.back()) && ParseA1(name).has_value();
 }
-
-void AppendDoublingQuotes(std::string& out, std::string_view name) {
-  for (char c : name) {
-    out.push_back(c);
-    if (c == '\'') out.push_back(c);
-  }
-}
-
-}  // namespace
 
 std::string WithoutDoubledQuotes(std::string_view quoted) {
   std::string name;

@@ -21,6 +21,12 @@ std::string WithoutDoubledQuotes(std::string_view quoted);
 // The sheets of "Plan" or "First:Last" (without quotes); nullopt when one does not exist.
 std::optional<SheetSpan> FindSheets(std::string_view names, const SheetDirectory& sheets);
 
+// Whether a formula can name the sheet only in quotes.
+bool NeedsQuotes(std::string_view name);
+
+// "R", "C", "RC", "R1", "C1", "R1C1".
+bool LooksLikeR1C1(std::string_view name);
+
 // Appends "Plan!" or "'First:Last'!", in quotes where the names need them.
 void AppendSheetPrefix(std::string& out, int first, int last, const SheetDirectory& sheets);
 

@@ -52,6 +52,29 @@ const DefinedName* WorkbookModel::FindName(std::string_view name, int from_sheet
   return found;
 }
 
+std::optional<std::size_t> WorkbookModel::PlaceOfName(std::string_view name, int scope) const {
+  if (indexed_names_ != names.size()) IndexNames();
+  auto places = places_of_names_.find(CaseFolded(name));
+  if (places == places_of_names_.end()) return std::nullopt;
+  for (std::size_t place : places->second) {
+    if (names[place].scope == scope) return place;
+  }
+  return std::nullopt;
+}
+
+void WorkbookModel::RemoveName(std::size_t place) {
+  if (indexed_names_ != names.size()) IndexNames();
+  const std::size_t last = names.size() - 1;
+  std::erase(places_of_names_.at(CaseFolded(names[place].name)), place);
+  if (place != last) {
+    auto& places = places_of_names_.at(CaseFolded(names[last].name));
+    std::replace(places.begin(), places.end(), last, place);
+    names[place] = std::move(names[last]);
+  }
+  names.pop_back();
+  indexed_names_ = last;
+}
+
 void WorkbookModel::IndexNames() const {
   if (indexed_names_ > names.size()) {
     places_of_names_.clear();

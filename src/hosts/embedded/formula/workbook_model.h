@@ -4,12 +4,14 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "cells/cell_store.h"
+#include "cells/row_table.h"
 #include "cells/string_pool.h"
 #include "cells/styles.h"
 #include "formula/formula.h"
@@ -51,6 +53,11 @@ struct SheetModel {
   unsigned column_formats_version = 0;
   // Formats of whole rows that have one of their own.
   std::map<int, StyleId> row_styles;
+  RowTable rows;
+  // `rows` or `row_styles` differ from the package's part. Whoever edits them sets it.
+  bool rows_changed = false;
+  // In points.
+  double standard_row_height = 15;
 
   // The format of a cell, whether or not it exists: its own, its row's, its column's.
   StyleId StyleOf(CellAddress cell) const;
@@ -74,6 +81,8 @@ class WorkbookModel : public SheetDirectory {
   Styles styles;
   std::vector<DefinedName> names;
   bool date_1904 = false;
+  // The workbook's structure is protected: sheets are neither hidden nor shown.
+  bool structure_is_protected = false;
 
   SheetModel& AddSheet(std::string name);
   std::optional<int> IdOf(std::string_view name) const override;
@@ -82,6 +91,10 @@ class WorkbookModel : public SheetDirectory {
   // The name as seen from a sheet: the sheet's own before the workbook's; case-insensitive. Null
   // when there is none. Not for several threads at once.
   const DefinedName* FindName(std::string_view name, int from_sheet) const;
+  // Place in `names` of the name with exactly that scope (-1 for the workbook's own).
+  std::optional<std::size_t> PlaceOfName(std::string_view name, int scope) const;
+  // Removes names[place]; the last name takes its place.
+  void RemoveName(std::size_t place);
   // `names` were removed, renamed or put in another order (what they refer to does not matter, and
   // names that come at the end are found): FindName looks at all of them anew.
   void ForgetNames() { indexed_names_ = kNamesUnknown; }

@@ -57,7 +57,7 @@ host::RangePtr EmbeddedApplication::Selection() {
   BookHandle book = Book();
   int sheet = book->active_sheet();
   if (!book->sheet(sheet).is_worksheet) return nullptr;
-  return MakeRange(book, sheet, book->Selection(sheet));
+  return MakeRange(book, sheet, book->SelectedAreas(sheet));
 }
 
 void EmbeddedApplication::Goto(std::string_view reference) {
@@ -94,8 +94,9 @@ bool EmbeddedApplication::DisplayFullScreen() { RefuseMember("Application.Displa
 
 std::string EmbeddedApplication::Version() { RefuseMember("Application.Version"); }
 
-host::RangePtr EmbeddedApplication::Union(const host::RangePtr&, const host::RangePtr&) {
-  RefuseMember("Application.Union");
+host::RangePtr EmbeddedApplication::Union(const host::RangePtr& first,
+                                          const host::RangePtr& second) {
+  return UnionOf(first, second);
 }
 
 host::RangePtr EmbeddedApplication::InputRange(std::string_view, std::string_view) {

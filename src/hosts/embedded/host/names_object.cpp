@@ -6,58 +6,73 @@ namespace {
 
 class EmbeddedName : public host::Name {
  public:
-  EmbeddedName(BookHandle book, std::string name)
-      : book_(std::move(book)), name_(std::move(name)) {}
+  EmbeddedName(BookHandle book, NameKey key) : book_(std::move(book)), key_(std::move(key)) {}
 
-  std::string OwnName() override { return name_; }
-
+  std::string OwnName() override { return book_->names().DisplayName(key_); }
   host::RangePtr RefersToRange() override;
-
   void Delete() override;
 
  private:
+  // The name that this one stands for; refuses one that was deleted.
+  const DefinedName& Defined();
+
   BookHandle book_;
-  std::string name_;
+  NameKey key_;
 };
 
+const DefinedName& EmbeddedName::Defined() {
+  const DefinedName* name = book_->names().Get(key_);
+  if (!name) {
+    Refuse("Application-defined or object-defined error: the name \"" + key_.name +
+           "\" was deleted.");
+  }
+  return *name;
+}
+
 host::RangePtr EmbeddedName::RefersToRange() {
-  const DefinedName* name = book_->model().FindName(name_, book_->active_sheet());
-  auto place = name ? book_->PlaceOf(*name) : std::nullopt;
+  auto place = book_->PlaceOf(Defined());
   if (!place) {
-    Refuse("Application-defined or object-defined error: the name \"" + name_ +
+    Refuse("Application-defined or object-defined error: the name \"" + key_.name +
            "\" does not refer to a range.");
   }
   return MakeRange(book_, place->sheet, place->area);
 }
 
-void EmbeddedName::Delete() { RefuseMember("Name.Delete"); }
+void EmbeddedName::Delete() {
+  Defined();
+  book_->names().Delete(key_);
+}
 
 class EmbeddedNames : public host::Names {
  public:
   explicit EmbeddedNames(BookHandle book) : book_(std::move(book)) {}
 
   host::NamePtr Item(std::string_view name) override;
-
-  bool Add(std::string_view name, std::string_view refers_to_r1c1) override;
+  bool Add(std::string_view name, std::string_view refers_to_r1c1) override {
+    return book_->DefineName(name, refers_to_r1c1);
+  }
 
  private:
   BookHandle book_;
 };
 
 host::NamePtr EmbeddedNames::Item(std::string_view name) {
-  if (!book_->model().FindName(name, book_->active_sheet())) {
+  std::optional<NameKey> key = book_->names().Find(name, book_->active_sheet());
+  if (!key) {
     Refuse("Application-defined or object-defined error: the workbook has no name \"" +
            std::string(name) + "\".");
   }
-  return std::make_shared<EmbeddedName>(book_, std::string(name));
+  return MakeName(book_, std::move(*key));
 }
-
-bool EmbeddedNames::Add(std::string_view, std::string_view) { RefuseMember("Names.Add"); }
 
 }  // namespace
 
 host::NamesPtr MakeNames(BookHandle book) {
   return std::make_shared<EmbeddedNames>(std::move(book));
+}
+
+host::NamePtr MakeName(BookHandle book, NameKey key) {
+  return std::make_shared<EmbeddedName>(std::move(book), std::move(key));
 }
 
 }  // namespace vantora::embedded

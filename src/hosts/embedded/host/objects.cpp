@@ -31,11 +31,16 @@ void PasteCopied(const BookHandle& book, int sheet, const Area& target, unsigned
     to.last_row = to.first_row + from.rows() - 1;
     to.last_column = to.first_column + from.columns() - 1;
   }
-  if (to.rows() != from.rows() || to.columns() != from.columns() || to.last_row > kMaxRow ||
+  if (to.rows() % from.rows() != 0 || to.columns() % from.columns() != 0 || to.last_row > kMaxRow ||
       to.last_column > kMaxColumn) {
     Refuse("You can't paste this here because the Copy area and paste area aren't the same size.");
   }
-  book->Paste(sheet, from, to, parts);
+  for (int row = to.first_row; row <= to.last_row; row += from.rows()) {
+    for (int column = to.first_column; column <= to.last_column; column += from.columns()) {
+      book->Paste(sheet, from,
+                  {row, column, row + from.rows() - 1, column + from.columns() - 1}, parts);
+    }
+  }
 }
 
 }  // namespace vantora::embedded

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "core/host.h"
 #include "host/application.h"
@@ -24,7 +25,12 @@ host::WorkbookPtr MakeWorkbook(BookHandle book);
 host::SheetsPtr MakeSheets(BookHandle book);
 host::WorksheetPtr MakeWorksheet(BookHandle book, int sheet);
 host::RangePtr MakeRange(BookHandle book, int sheet, const Area& area);
+// A range of several areas; there is at least one.
+host::RangePtr MakeRange(BookHandle book, int sheet, std::vector<Area> areas);
+// The areas of both ranges, of this host and on one sheet.
+host::RangePtr UnionOf(const host::RangePtr& first, const host::RangePtr& second);
 host::NamesPtr MakeNames(BookHandle book);
+host::NamePtr MakeName(BookHandle book, NameKey key);
 host::ShapePtr MakeShape(BookHandle book, int sheet, std::string_view name);
 std::vector<host::ChartObjectPtr> MakeChartObjects(BookHandle book, int sheet);
 std::vector<host::WindowPtr> MakeWindows(BookHandle book);
@@ -39,7 +45,7 @@ host::CommandBarPtr MakeMenuBar(std::shared_ptr<ApplicationState> application);
 Area OneCell(std::int64_t row, std::int64_t column);
 
 // Pastes what was copied at `target` of `sheet`; a single target cell stands for an area of the
-// copied size. `method` names the call in what is refused.
+// copied size, and an area of a multiple of that size is filled with copies. `method` names the call in what is refused.
 void PasteCopied(const BookHandle& book, int sheet, const Area& target, unsigned parts,
                  const std::string& method);
 

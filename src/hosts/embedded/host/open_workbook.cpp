@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/convert.h"
 #include "core/host.h"
 #include "formula/evaluate.h"
 #include "formula/sheet_prefix.h"
@@ -21,6 +22,8 @@ constexpr const char* kNoRoomForColumns =
     "Microsoft Excel can't insert new cells because it would push non-empty cells off the end of the "
     "worksheet.";
 
+std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+
 // A cell that comes into being takes its row's or column's format along.
 void KeepFormatOf(SheetModel& sheet, CellAddress cell) {
   if (!sheet.cells.Exists(cell)) sheet.cells.SetStyle(cell, sheet.StyleOf(cell));
@@ -38,7 +41,10 @@ Area Clip(const Area& area, int last_row, int last_column) {
 }  // namespace
 
 OpenWorkbook::OpenWorkbook(std::unique_ptr<WorkbookFile> file)
-    : file_(std::move(file)), calculator_(file_->model()), active_sheet_(file_->active_sheet()) {}
+    : file_(std::move(file)),
+      calculator_(file_->model()),
+      names_(file_->model(), calculator_),
+      active_sheet_(file_->active_sheet()) {}
 
 void OpenWorkbook::Refuse(const std::string& text) {
   throw HostError(HostError::kApplicationDefined, text);
@@ -84,7 +90,8 @@ void OpenWorkbook::RefusePartOfMerge(int sheet_id, const Area& area) {
 Value OpenWorkbook::Read(int sheet_id, CellAddress cell) {
   SheetModel& target = sheet(sheet_id);
   Cell stored = target.cells.Get(cell);
-  if (stored.flags & (kNeedsCalculation | kStale)) {
+  // A formula may wait for changed names without being marked yet.
+  if (stored.formula != 0 || (stored.flags & (kNeedsCalculation | kStale))) {
     if (!calculator_.EnsureCalculated(sheet_id, cell)) {
       Refuse("The value of " + Describe(sheet_id, {cell.row, cell.column, cell.row, cell.column}) +
              " is out of date: " + calculator_.ReasonFor(sheet_id, cell) +
@@ -185,6 +192,7 @@ void OpenWorkbook::InsertColumns(int sheet_id, int column, int count) {
   }
   ColumnInsertion insertion{sheet_id, column, count};
   calculator_.InsertColumns(insertion);
+  names_.Forget();
   file_->AddInsertion(insertion);
   insertions_.push_back(insertion);
 }
@@ -304,25 +312,47 @@ void OpenWorkbook::Activate(int sheet_id) {
   active_sheet_ = sheet_id;
 }
 
-Area OpenWorkbook::Selection(int sheet_id) {
+std::vector<Area> OpenWorkbook::SelectedAreas(int sheet_id) {
   if (auto selected = selections_.find(sheet_id); selected != selections_.end()) {
     return selected->second;
   }
   return SelectionInMarkup(file_->markup(sheet_id));
 }
 
-void OpenWorkbook::Select(int sheet_id, const Area& area) { selections_[sheet_id] = area; }
+void OpenWorkbook::SetVisibility(int sheet_id, Visibility visibility) {
+  static constexpr const char* kRefused =
+      "Unable to set the Visible property of the Worksheet class: ";
+  SheetModel& target = sheet(sheet_id);
+  if (target.visibility == visibility) return;
+  if (model().structure_is_protected) {
+    Refuse(std::string(kRefused) + "the structure of the workbook is protected.");
+  }
+  if (visibility != Visibility::kVisible && target.visibility == Visibility::kVisible) {
+    const std::optional<int> neighbour = VisibleNeighbour(sheet_id);
+    if (!neighbour) {
+      Refuse(kRefused + Quoted(target.name) + " is the last visible sheet, and one must stay.");
+    }
+    if (active_sheet_ == sheet_id) active_sheet_ = *neighbour;
+  }
+  target.visibility = visibility;
+}
 
-std::optional<OpenWorkbook::Place> OpenWorkbook::PlaceOf(const DefinedName& name) {
-  Formula formula = ParseFormula(name.refers_to, {1, 1}, model());
-  if (formula.text != "\x01" || formula.references.size() != 1) return std::nullopt;
-  const Reference& reference = formula.references.front();
-  auto area = reference.At({1, 1});
-  if (!area || reference.first_sheet != reference.last_sheet) return std::nullopt;
-  int sheet_id = reference.first_sheet != Reference::kOwnSheet ? reference.first_sheet
-                 : name.scope >= 0                            ? name.scope
-                                                              : active_sheet_;
-  return Place{sheet_id, *area};
+std::optional<int> OpenWorkbook::VisibleNeighbour(int sheet_id) {
+  const std::vector<int>& tabs = model().tab_order;
+  auto is_visible = [&](int id) { return sheet(id).visibility == Visibility::kVisible; };
+  const auto own = std::find(tabs.begin(), tabs.end(), sheet_id);
+  if (auto right = std::find_if(own + 1, tabs.end(), is_visible); right != tabs.end()) {
+    return *right;
+  }
+  const auto left = std::find_if(std::make_reverse_iterator(own), tabs.rend(), is_visible);
+  return left == tabs.rend() ? std::nullopt : std::optional(*left);
+}
+
+bool OpenWorkbook::DefineName(std::string_view name, std::string_view refers_to_r1c1) {
+  for (const std::string& table : file_->TableNames()) {
+    if (EqualsIgnoreCase(table, name)) return false;
+  }
+  return names_.Define(name, refers_to_r1c1, active_sheet_);
 }
 
 std::vector<Uncalculated> OpenWorkbook::Calculate() {
@@ -336,8 +366,8 @@ std::vector<Uncalculated> OpenWorkbook::Calculate() {
 void OpenWorkbook::Save(const std::filesystem::path& path) {
   if (!Calculate().empty()) file_->RequestCalculationOnOpening();
   file_->SetActiveSheet(active_sheet_);
-  for (const auto& [sheet_id, area] : selections_) {
-    file_->SetSelection(sheet_id, area, {area.first_row, area.first_column});
+  for (const auto& [sheet_id, areas] : selections_) {
+    file_->SetSelection(sheet_id, areas, {areas.front().first_row, areas.front().first_column});
   }
   file_->Save(path);
 }

@@ -13,6 +13,7 @@
 #include "core/value.h"
 #include "formula/calculator.h"
 #include "host/column_sizes.h"
+#include "host/name_list.h"
 #include "package/comments.h"
 #include "package/workbook_file.h"
 
@@ -67,16 +68,24 @@ class OpenWorkbook {
   int active_sheet() const { return active_sheet_; }
   // Throws HostError for a hidden sheet.
   void Activate(int sheet);
-  // What is selected on a sheet: what the file says until something else is selected.
-  Area Selection(int sheet);
-  void Select(int sheet, const Area& area);
+  // What is selected on a sheet: what the file says until something else is selected. Never empty;
+  // Selection gives the first area.
+  std::vector<Area> SelectedAreas(int sheet);
+  Area Selection(int sheet) { return SelectedAreas(sheet).front(); }
+  void Select(int sheet, const Area& area) { SelectAreas(sheet, {area}); }
+  void SelectAreas(int sheet, std::vector<Area> areas) { selections_[sheet] = std::move(areas); }
 
+  // Shows or hides a sheet. Throws HostError where no sheet would stay visible. When the active
+  // sheet is hidden, the next visible one is activated.
+  void SetVisibility(int sheet, Visibility visibility);
+
+  NameList& names() { return names_; }
+  // NameList::Define, which refuses the names of tables too.
+  bool DefineName(std::string_view name, std::string_view refers_to_r1c1);
   // The cells that the name refers to and their sheet; nullopt when it refers to something else.
-  struct Place {
-    int sheet;
-    Area area;
-  };
-  std::optional<Place> PlaceOf(const DefinedName& name);
+  std::optional<Place> PlaceOf(const DefinedName& name) {
+    return names_.PlaceOf(name, active_sheet_);
+  }
 
   // Insertions made and comments added since the workbook was opened, for the list of changes.
   const std::vector<ColumnInsertion>& insertions() const { return insertions_; }
@@ -95,6 +104,9 @@ class OpenWorkbook {
   void RefusePartOfMerge(int sheet, const Area& area);
   double DefaultWidth(int sheet);
   void RefuseFormattingColumns(int sheet, const char* property);
+  // The visible sheet that comes forward when a sheet is hidden: the next one to the right, else to
+  // the left; nullopt when there is none.
+  std::optional<int> VisibleNeighbour(int sheet);
   SheetComments Comments(int sheet);
   void PutText(int sheet, CellAddress cell, const std::string& text);
   void Clear(int sheet, CellAddress cell);
@@ -105,8 +117,9 @@ class OpenWorkbook {
 
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;
+  NameList names_;
   int active_sheet_ = 0;
-  std::map<int, Area> selections_;
+  std::map<int, std::vector<Area>> selections_;
   std::map<int, ColumnSizes> column_sizes_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;

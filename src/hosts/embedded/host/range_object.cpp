@@ -1,6 +1,9 @@
 // Range and what belongs to it over an open workbook.
+#include <algorithm>
+
 #include "host/objects.h"
 #include "package/column_width.h"
+#include "host/row_edits.h"
 
 namespace vantora::embedded {
 namespace {
@@ -48,8 +51,11 @@ class EmbeddedComment : public host::Comment {
 
 class EmbeddedRange : public host::Range {
  public:
-  EmbeddedRange(BookHandle book, int sheet, const Area& area)
-      : book_(std::move(book)), sheet_(sheet), area_(area) {}
+  EmbeddedRange(BookHandle book, int sheet, std::vector<Area> areas)
+      : book_(std::move(book)), sheet_(sheet), area_(areas.front()), areas_(std::move(areas)) {}
+
+  // The range of both ranges' cells; areas that both have count once.
+  static host::RangePtr Union(const EmbeddedRange& first, const EmbeddedRange& second);
 
   vantora::Value Value() override { return book_->Read(sheet_, TopLeft(area_)); }
   void SetValue(const vantora::Value& value) override;
@@ -126,9 +132,7 @@ class EmbeddedRange : public host::Range {
 
   void ClearFormats() override;
 
-  void Copy() override {
-    book_.application->copied = ApplicationState::CopySource{book_.workbook, sheet_, area_};
-  }
+  void Copy() override;
   void Insert(XlInsertShiftDirection shift) override;
   void PasteSpecial(XlPasteType paste, XlPasteSpecialOperation operation, bool skip_blanks,
                     bool transpose) override;
@@ -144,8 +148,21 @@ class EmbeddedRange : public host::Range {
 
   BookHandle book_;
   int sheet_;
+  // The first one.
   Area area_;
+  std::vector<Area> areas_;
 };
+
+host::RangePtr EmbeddedRange::Union(const EmbeddedRange& first, const EmbeddedRange& second) {
+  if (!(first.book_ == second.book_) || first.sheet_ != second.sheet_) {
+    Refuse("Method 'Union' of object '_Application' failed: the ranges are on different sheets.");
+  }
+  std::vector<Area> areas = first.areas_;
+  for (const Area& area : second.areas_) {
+    if (std::find(areas.begin(), areas.end(), area) == areas.end()) areas.push_back(area);
+  }
+  return MakeRange(first.book_, first.sheet_, std::move(areas));
+}
 
 unsigned PartsOf(XlPasteType paste) {
   switch (paste) {
@@ -180,7 +197,11 @@ void EmbeddedRange::SetFormula(std::string_view) { RefuseMember("Range.Formula (
 
 bool EmbeddedRange::HasFormula() { RefuseMember("Range.HasFormula"); }
 
-std::vector<host::RangePtr> EmbeddedRange::Areas() { return {MakeRange(book_, sheet_, area_)}; }
+std::vector<host::RangePtr> EmbeddedRange::Areas() {
+  std::vector<host::RangePtr> areas;
+  for (const Area& area : areas_) areas.push_back(MakeRange(book_, sheet_, area));
+  return areas;
+}
 
 host::FontPtr EmbeddedRange::Font() { RefuseMember("Range.Font"); }
 
@@ -194,9 +215,12 @@ void EmbeddedRange::SetHorizontalAlignment(host::XlHAlign) {
 
 void EmbeddedRange::SetWrapText(bool) { RefuseMember("Range.WrapText (put)"); }
 
-bool EmbeddedRange::RowsHidden() { RefuseMember("Range.Rows.Hidden"); }
+bool EmbeddedRange::RowsHidden() { return embedded::RowsHidden(*book_, sheet_, area_); }
 
-void EmbeddedRange::SetRowsHidden(bool) { RefuseMember("Range.Rows.Hidden (put)"); }
+void EmbeddedRange::SetRowsHidden(bool hidden) {
+  EndCopy();
+  embedded::SetRowsHidden(*book_, sheet_, area_, hidden);
+}
 
 bool EmbeddedRange::ColumnsHidden() {
   return book_->ColumnsHidden(sheet_, area_.first_column, area_.last_column);
@@ -218,9 +242,12 @@ double EmbeddedRange::Width() {
          kPointsPerPixel;
 }
 
-double EmbeddedRange::RowHeight() { RefuseMember("Range.RowHeight"); }
+double EmbeddedRange::RowHeight() { return embedded::RowHeight(*book_, sheet_, area_.first_row); }
 
-void EmbeddedRange::SetRowHeight(double) { RefuseMember("Range.RowHeight (put)"); }
+void EmbeddedRange::SetRowHeight(double points) {
+  EndCopy();
+  embedded::SetRowHeight(*book_, sheet_, area_, points);
+}
 
 double EmbeddedRange::ColumnWidth() {
   return book_->ColumnWidth(sheet_, area_.first_column);
@@ -231,18 +258,25 @@ void EmbeddedRange::SetColumnWidth(double characters) {
   book_->SetColumnsWidth(sheet_, area_.first_column, area_.last_column, characters);
 }
 
-int EmbeddedRange::OutlineLevel() { RefuseMember("Range.OutlineLevel"); }
+int EmbeddedRange::OutlineLevel() { return RowOutlineLevel(*book_, sheet_, area_.first_row); }
 
-void EmbeddedRange::SetOutlineLevel(int) { RefuseMember("Range.OutlineLevel (put)"); }
+void EmbeddedRange::SetOutlineLevel(int level) {
+  EndCopy();
+  SetRowOutlineLevel(*book_, sheet_, area_, level);
+}
 
-host::NamePtr EmbeddedRange::Name() { RefuseMember("Range.Name"); }
+host::NamePtr EmbeddedRange::Name() {
+  if (areas_.size() > 1) return nullptr;
+  std::optional<NameKey> name = book_->names().NameOf({sheet_, area_});
+  return name ? MakeName(book_, std::move(*name)) : nullptr;
+}
 
 void EmbeddedRange::Select() {
   if (book_->active_sheet() != sheet_) {
     Refuse("Select method of Range class failed: the sheet \"" + book_->sheet(sheet_).name +
            "\" is not the active sheet.");
   }
-  book_->Select(sheet_, area_);
+  book_->SelectAreas(sheet_, areas_);
 }
 
 void EmbeddedRange::Activate() { RefuseMember("Range.Activate"); }
@@ -254,6 +288,13 @@ void EmbeddedRange::ClearContents() { RefuseMember("Range.ClearContents"); }
 void EmbeddedRange::ClearFormats() {
   EndCopy();
   book_->ClearFormats(sheet_, area_);
+}
+
+void EmbeddedRange::Copy() {
+  if (areas_.size() > 1) {
+    Refuse("Copy method of Range class failed: the embedded host copies one area at a time.");
+  }
+  book_.application->copied = ApplicationState::CopySource{book_.workbook, sheet_, area_};
 }
 
 void EmbeddedRange::Insert(XlInsertShiftDirection shift) {
@@ -275,7 +316,7 @@ void EmbeddedRange::PasteSpecial(XlPasteType paste, XlPasteSpecialOperation, boo
     Refuse(std::string(kMethod) +
            " failed: the embedded host neither skips blanks nor transposes.");
   }
-  PasteCopied(book_, sheet_, area_, PartsOf(paste), kMethod);
+  for (const Area& area : areas_) PasteCopied(book_, sheet_, area, PartsOf(paste), kMethod);
 }
 
 host::CommentPtr EmbeddedRange::AddComment() {
@@ -293,7 +334,18 @@ void EmbeddedRange::Sort(const host::RangePtr&, const host::RangePtr&) {
 }  // namespace
 
 host::RangePtr MakeRange(BookHandle book, int sheet, const Area& area) {
-  return std::make_shared<EmbeddedRange>(std::move(book), sheet, area);
+  return MakeRange(std::move(book), sheet, std::vector<Area>{area});
+}
+
+host::RangePtr MakeRange(BookHandle book, int sheet, std::vector<Area> areas) {
+  return std::make_shared<EmbeddedRange>(std::move(book), sheet, std::move(areas));
+}
+
+host::RangePtr UnionOf(const host::RangePtr& first, const host::RangePtr& second) {
+  const auto* one = dynamic_cast<const EmbeddedRange*>(first.get());
+  const auto* other = dynamic_cast<const EmbeddedRange*>(second.get());
+  if (!one || !other) Refuse("Method 'Union' of object '_Application' failed: a range is missing.");
+  return EmbeddedRange::Union(*one, *other);
 }
 
 }  // namespace vantora::embedded

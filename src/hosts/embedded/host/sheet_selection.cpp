@@ -1,12 +1,13 @@
 #include "host/sheet_selection.h"
 
+#include "package/area_list.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {
 
-Area SelectionInMarkup(const SheetMarkup& markup) {
+std::vector<Area> SelectionInMarkup(const SheetMarkup& markup) {
   const MarkupElement* views = markup.Find("sheetViews");
-  if (!views) return {};
+  if (!views) return {Area{}};
   XmlScanner scanner(views->text);
   std::string_view active_pane = "topLeft";
   while (scanner.Next() != XmlScanner::Token::kDone) {
@@ -15,11 +16,12 @@ Area SelectionInMarkup(const SheetMarkup& markup) {
       active_pane = scanner.Attribute("activePane").value_or("topLeft");
     } else if (scanner.local_name() == "selection" &&
                scanner.Attribute("pane").value_or("topLeft") == active_pane) {
-      std::string_view areas = scanner.Attribute("sqref").value_or("A1");
-      return ParseA1(areas.substr(0, areas.find(' '))).value_or(Area{});
+      std::vector<Area> areas = ParseAreas(scanner.Attribute("sqref").value_or("A1"));
+      if (areas.empty()) areas.emplace_back();
+      return areas;
     }
   }
-  return {};
+  return {Area{}};
 }
 
 }  // namespace vantora::embedded

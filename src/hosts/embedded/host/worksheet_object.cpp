@@ -2,6 +2,8 @@
 #include <algorithm>
 
 #include "host/objects.h"
+#include "host/row_edits.h"
+#include "host/sheet_protection.h"
 
 namespace vantora::embedded {
 namespace {
@@ -75,17 +77,30 @@ void EmbeddedWorksheet::Paste() {
 
 void EmbeddedWorksheet::SetName(std::string_view) { RefuseMember("Worksheet.Name (put)"); }
 
-host::XlSheetVisibility EmbeddedWorksheet::Visible() { RefuseMember("Worksheet.Visible"); }
+host::XlSheetVisibility EmbeddedWorksheet::Visible() {
+  switch (book_->sheet(sheet_).visibility) {
+    case Visibility::kVisible: return host::XlSheetVisibility::kVisible;
+    case Visibility::kHidden: return host::XlSheetVisibility::kHidden;
+    case Visibility::kVeryHidden: return host::XlSheetVisibility::kVeryHidden;
+  }
+  return host::XlSheetVisibility::kVisible;
+}
 
-void EmbeddedWorksheet::SetVisible(host::XlSheetVisibility) { RefuseMember("Worksheet.Visible"); }
+void EmbeddedWorksheet::SetVisible(host::XlSheetVisibility visible) {
+  book_->SetVisibility(sheet_, visible == host::XlSheetVisibility::kVisible  ? Visibility::kVisible
+                               : visible == host::XlSheetVisibility::kHidden ? Visibility::kHidden
+                                                                             : Visibility::kVeryHidden);
+}
 
-bool EmbeddedWorksheet::ProtectContents() { RefuseMember("Worksheet.ProtectContents"); }
+bool EmbeddedWorksheet::ProtectContents() { return book_->sheet(sheet_).is_protected; }
 
-void EmbeddedWorksheet::Unprotect() { RefuseMember("Worksheet.Unprotect"); }
+void EmbeddedWorksheet::Unprotect() { UnprotectSheet(*book_, sheet_); }
 
-void EmbeddedWorksheet::Protect() { RefuseMember("Worksheet.Protect"); }
+void EmbeddedWorksheet::Protect() { ProtectSheet(*book_, sheet_); }
 
-void EmbeddedWorksheet::OutlineShowLevels(int) { RefuseMember("Outline.ShowLevels"); }
+void EmbeddedWorksheet::OutlineShowLevels(int row_levels) {
+  ShowRowLevels(*book_, sheet_, row_levels);
+}
 
 void EmbeddedWorksheet::CallRoutine(std::string_view) { RefuseMember("sheet routine"); }
 

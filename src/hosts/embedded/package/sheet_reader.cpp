@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "package/row_tag.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {
@@ -174,6 +175,7 @@ class SheetReader {
     if (name == "sheetProtection") {
       sheet_.is_protected = IsTrue(xml_.Attribute("sheet").value_or(""));
     }
+    if (name == "sheetFormatPr") ReadRowDefaults();
     if (name == "cols") {
       ReadColumns();
     } else {
@@ -210,6 +212,15 @@ class SheetReader {
     }
   }
 
+  void ReadRowDefaults() {
+    RowFormat standard;
+    // Rows that the part does not mention are hidden.
+    standard.hidden = IsTrue(xml_.Attribute("zeroHeight").value_or(""));
+    sheet_.rows.SetStandard(standard);
+    auto height = xml_.Attribute("defaultRowHeight");
+    sheet_.standard_row_height = ParseNumber<double>(height.value_or("")).value_or(15);
+  }
+
   void ReadRows() {
     while (xml_.Next() != Token::kEnd) {
       if (xml_.token() != Token::kStart) continue;
@@ -222,24 +233,16 @@ class SheetReader {
   }
 
   void ReadRow() {
-    int row = row_ + 1;
-    bool has_format = false;
-    StyleId style = 0;
-    for (const XmlAttribute& attribute : xml_.attributes()) {
-      if (attribute.name == "r") {
-        row = Number<int>(attribute.value);
-      } else if (attribute.name == "s") {
-        style = Number<StyleId>(attribute.value);
-      } else if (attribute.name == "customFormat") {
-        has_format = IsTrue(attribute.value);
-      }
-    }
+    const RowTag tag = ReadRowTag(xml_);
+    const int row = tag.number.data() ? Number<int>(tag.number) : row_ + 1;
     if (row <= row_ || row > kMaxRow) {
       Fail("the row " + std::to_string(row) + " is out of order");
     }
     row_ = row;
     column_ = 0;
-    if (has_format) sheet_.row_styles[row] = style;
+    if (auto style = tag.Style())
+      sheet_.row_styles.emplace_hint(sheet_.row_styles.end(), row, *style);
+    sheet_.rows.Load(row, tag.Format());
     if (xml_.is_empty()) return;
     while (xml_.Next() != Token::kEnd) {
       if (xml_.token() != Token::kStart) continue;

@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "package/cell_patch.h"
+#include "package/row_tag.h"
 #include "package/sheet_reader.h"
 #include "package/xml_scanner.h"
 
@@ -126,7 +127,8 @@ class SheetDataWriter {
         written_(written),
         out_(written.text),
         columns_(sheet.cells),
-        changed_(sheet.cells) {
+        changed_(sheet.cells),
+        next_style_(sheet.row_styles.begin()) {
     for (const ArrayFormula& array : sheet.arrays) {
       arrays_.emplace(CellAddress{array.area.first_row, array.area.first_column}, array.area);
     }
@@ -199,43 +201,68 @@ class SheetDataWriter {
     out_ += original_.substr(begin, xml_->end() - begin);
   }
 
+  // Rows that the part does not have.
   void WriteNewRowsBefore(int row) {
-    for (; next_row_ < row; ++next_row_) {
+    while (next_row_ < row) {
       if (!changed_.AnyInBand(next_row_)) {
-        // On to the last row of the band.
-        next_row_ =
-            std::min(row - 1, (next_row_ - 1) / CellStore::kBlockRows * CellStore::kBlockRows +
-                                  CellStore::kBlockRows);
-        continue;
+        // On to the row behind the band, or to one in it that has something of its own.
+        const int band_end =
+            (next_row_ - 1) / CellStore::kBlockRows * CellStore::kBlockRows + CellStore::kBlockRows;
+        next_row_ = std::min({row, band_end + 1, NextRowOfItsOwn()});
+        if (next_row_ == row || next_row_ > band_end) continue;
       }
-      const std::vector<int>& columns = changed_.InRow(next_row_);
-      bool any = std::any_of(columns.begin(), columns.end(), [&](int column) {
-        return IsWritten({next_row_, column}, sheet_.cells.Get({next_row_, column}));
-      });
-      if (!any) continue;
-      out_ += "<" + prefix_ + "row r=\"" + std::to_string(next_row_) + "\">";
-      for (int column : columns) WriteNewCell({next_row_, column});
-      out_ += "</" + prefix_ + "row>";
+      WriteNewRow();
+      ++next_row_;
     }
+  }
+
+  // The next row, from `next_row_` on, with a format, a height or the like.
+  int NextRowOfItsOwn() {
+    const auto& entries = sheet_.rows.entries();
+    while (next_entry_ < entries.size() && entries[next_entry_].row < next_row_) ++next_entry_;
+    while (next_style_ != sheet_.row_styles.end() && next_style_->first < next_row_) ++next_style_;
+    return std::min(next_entry_ < entries.size() ? entries[next_entry_].row : kMaxRow + 1,
+                    next_style_ != sheet_.row_styles.end() ? next_style_->first : kMaxRow + 1);
+  }
+
+  std::optional<StyleId> StyleOfRow(int row) const {
+    auto style = sheet_.row_styles.find(row);
+    if (style == sheet_.row_styles.end()) return std::nullopt;
+    return style->second;
+  }
+
+  void WriteNewRow() {
+    const std::vector<int>& columns = changed_.InRow(next_row_);
+    const bool has_cells = std::any_of(columns.begin(), columns.end(), [&](int column) {
+      return IsWritten({next_row_, column}, sheet_.cells.Get({next_row_, column}));
+    });
+    if (!has_cells && NextRowOfItsOwn() != next_row_) return;
+    out_ += "<" + prefix_ + "row r=\"" + std::to_string(next_row_) + "\"";
+    AppendRowAttributes(out_, sheet_.rows.Of(next_row_), StyleOfRow(next_row_));
+    if (!has_cells) {
+      out_ += "/>";
+      return;
+    }
+    out_ += ">";
+    for (int column : columns) WriteNewCell({next_row_, column});
+    out_ += "</" + prefix_ + "row>";
   }
 
   // The scanner stands at the row's start tag.
   void MergeRow() {
     XmlScanner& xml = *xml_;
-    std::string_view number, spans;
-    for (const XmlAttribute& attribute : xml.attributes()) {
-      if (attribute.name == "r") number = attribute.value;
-      if (attribute.name == "spans") spans = attribute.value;
-    }
+    const RowTag tag = ReadRowTag(xml);
     int row = next_in_part_;
-    if (number.data()) std::from_chars(number.data(), number.data() + number.size(), row);
+    if (tag.number.data()) {
+      std::from_chars(tag.number.data(), tag.number.data() + tag.number.size(), row);
+    }
     next_in_part_ = row + 1;
     WriteNewRowsBefore(row);
     next_row_ = row + 1;
     const std::vector<int>& changed = changed_.InRow(row);
     const std::string name(xml.name());
     const bool is_empty = xml.is_empty();
-    AppendRowTag(row, number, spans, changed);
+    AppendRowTag(row, tag, changed);
     column_in_part_ = 1;
     auto next_changed = changed.begin();
     std::size_t inside = out_.size();
@@ -257,17 +284,18 @@ class SheetDataWriter {
     }
   }
 
-  void AppendRowTag(int row, std::string_view number, std::string_view spans,
-                    const std::vector<int>& changed) {
+  void AppendRowTag(int row, const RowTag& tag, const std::vector<int>& changed) {
     patch_.Reset(original_);
-    if (!number.data()) {
+    if (!tag.number.data()) {
       std::size_t after_name = xml_->begin() + 1 + xml_->name().size();
       patch_.Replace(after_name, after_name, " r=\"" + std::to_string(row) + "\"");
     }
     // The spans only help to read faster; where they may no longer hold they go.
-    if (spans.data() && (columns_.moved() || !Covers(spans, changed))) {
-      patch_.RemoveAttribute(spans);
+    if (tag.spans.data() && (columns_.moved() || !Covers(tag.spans, changed))) {
+      patch_.RemoveAttribute(tag.spans);
     }
+    PatchRowTag(tag, xml_->end() - (xml_->is_empty() ? 2 : 1), sheet_.rows.Of(row), StyleOfRow(row),
+                patch_);
     patch_.AppendTo(out_, xml_->begin(), xml_->end());
   }
 
@@ -538,6 +566,9 @@ class SheetDataWriter {
   int next_row_ = 1;
   int next_in_part_ = 1;
   int column_in_part_ = 1;
+  // The next rows that have something of their own.
+  std::size_t next_entry_ = 0;
+  std::map<int, StyleId>::const_iterator next_style_;
   OriginalCell cell_;
   ElementPatch patch_;
   // What an empty cell is to hold.

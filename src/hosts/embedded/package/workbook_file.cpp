@@ -26,14 +26,6 @@ constexpr std::string_view kXmlDeclaration =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n";
 constexpr std::string_view kSharedStringsType =
     "application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml";
-constexpr std::string_view kStyles =
-    "<fonts count=\"1\"><font><sz val=\"11\"/><name val=\"Calibri\"/><family val=\"2\"/></font>"
-    "</fonts><fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill><fill>"
-    "<patternFill patternType=\"gray125\"/></fill></fills><borders count=\"1\"><border><left/>"
-    "<right/><top/><bottom/><diagonal/></border></borders><cellStyleXfs count=\"1\"><xf "
-    "numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/></cellStyleXfs><cellXfs count=\"1\">"
-    "<xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"/></cellXfs>"
-    "<cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/></cellStyles>";
 constexpr std::string_view kEmptySheet = "<dimension ref=\"A1\"/><sheetData/>";
 
 std::string SpreadsheetType(std::string_view kind) {
@@ -78,7 +70,7 @@ std::unique_ptr<OpcPackage> CreatePackage(const std::vector<std::string>& sheet_
   package->Write(parts.workbook,
                  Document("workbook",
                           "<bookViews><workbookView/></bookViews><sheets>" + sheets + "</sheets>"));
-  package->Write(parts.styles, Document("styleSheet", kStyles));
+  package->Write(parts.styles, NewStylesPart());
   package->SetContentType(parts.styles, SpreadsheetType("styles"));
   package->AddRelationship(parts.workbook, RelationshipType("styles"), parts.styles);
   return package;
@@ -241,6 +233,25 @@ std::vector<std::pair<int, CellAddress>> WorkbookFile::MatchTables() {
   return written;
 }
 
+StyleEditor& WorkbookFile::style_editor() {
+  if (!style_editor_) {
+    style_editor_ =
+        std::make_unique<StyleEditor>(*package_, parts_->styles, parts_->theme, model_.styles);
+  }
+  return *style_editor_;
+}
+
+void WorkbookFile::WriteStyles() {
+  if (!style_editor_ || !style_editor_->changed()) return;
+  std::string& part = parts_->styles;
+  if (part.empty()) {
+    part = package_->FreePartName("xl/styles", ".xml");
+    package_->SetContentType(part, SpreadsheetType("styles"));
+    package_->AddRelationship(parts_->workbook, RelationshipType("styles"), part);
+  }
+  package_->Write(part, style_editor_->Text());
+}
+
 std::set<std::string> WorkbookFile::ChartParts() const {
   std::set<std::string> charts;
   for (const SheetPart& sheet : sheets_) {
@@ -258,9 +269,30 @@ std::set<std::string> WorkbookFile::ChartParts() const {
 
 void WorkbookFile::SetActiveSheet(int sheet) { active_now_ = sheet; }
 
-void WorkbookFile::SetSelection(int sheet, const Area& area, CellAddress active_cell) {
+void WorkbookFile::SetSelection(int sheet, const std::vector<Area>& areas,
+                                CellAddress active_cell) {
   FollowInsertions(sheet);
-  WriteSelection(sheets_[sheet].markup, area, active_cell);
+  WriteSelection(sheets_[sheet].markup, areas, active_cell);
+}
+
+const std::vector<std::string>& WorkbookFile::TableNames() {
+  if (table_names_) return *table_names_;
+  table_names_.emplace();
+  for (const SheetPart& sheet : sheets_) {
+    for (const Relationship& relationship : package_->RelationshipsOf(sheet.part)) {
+      if (!relationship.IsType("table") || !package_->Has(relationship.target)) continue;
+      try {
+        const std::string text = package_->Read(relationship.target);
+        XmlScanner xml(text);
+        while (xml.Next() != XmlScanner::Token::kStart) {
+        }
+        table_names_->push_back(DecodeXml(xml.Attribute("displayName").value_or("")));
+      } catch (const XmlError& error) {
+        ThrowDamaged(relationship.target, error);
+      }
+    }
+  }
+  return *table_names_;
 }
 
 bool WorkbookFile::CellsDiffer(int sheet) const {
@@ -285,11 +317,12 @@ std::vector<int> WorkbookFile::ChangedSheets() {
     if (sheet.column_formats_changed) {
       WriteColumnFormats(part.markup, sheet.column_formats, model_.styles.max_digit_width);
     }
+    if (sheet.rows_changed) WriteRowOutline(part.markup, sheet);
     if (cells_differ) {
       std::optional<Area> area = sheet.cells.UsedArea();
       if (area != part.loaded_area) WriteDimension(part.markup, area);
     }
-    changed[id] = cells_differ || part.markup.changed;
+    changed[id] = cells_differ || sheet.rows_changed || part.markup.changed;
   });
   std::vector<int> sheets;
   for (int id = 0; id < static_cast<int>(changed.size()); ++id) {
@@ -406,6 +439,12 @@ void WorkbookFile::WriteWorkbookPart() {
     }
     active_written_ = active_now_;
   }
+  // A hidden sheet that stays in a group of selected tabs would take edits unseen.
+  for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
+    if (model_.sheets[id]->visibility != sheets_[id].loaded_visibility) {
+      WriteTabSelected(sheets_[id].markup, id == active_now_);
+    }
+  }
   try {
     if (auto text = PatchWorkbook(package_->Read(parts_->workbook), model_, changes)) {
       package_->Write(parts_->workbook, std::move(*text));
@@ -431,6 +470,7 @@ void WorkbookFile::WriteParts() {
   FollowInSharedParts();
   MatchTables();
   WriteWorkbookPart();
+  WriteStyles();
   std::vector<int> sheets = ChangedSheets();
   if (!sheets.empty()) {
     NewSharedStrings added = CollectSharedStrings(sheets);

@@ -14,6 +14,7 @@
 #include "formula/workbook_model.h"
 #include "package/opc_package.h"
 #include "package/sheet_markup.h"
+#include "package/style_editor.h"
 
 namespace vantora::embedded {
 
@@ -37,6 +38,9 @@ class WorkbookFile {
   const std::string& name() const { return name_; }
   bool has_macros() const;
 
+  // Changes to the workbook's cell formats.
+  StyleEditor& style_editor();
+
   // Id of the active sheet when the workbook was opened.
   int active_sheet() const { return active_sheet_; }
 
@@ -52,11 +56,14 @@ class WorkbookFile {
   // The tab that is active on opening, written when it differs.
   void SetActiveSheet(int sheet);
   // Selection of a sheet, written into its active pane.
-  void SetSelection(int sheet, const Area& area, CellAddress active_cell);
+  void SetSelection(int sheet, const std::vector<Area>& areas, CellAddress active_cell);
 
   // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on
   // failure. May be called again after further edits.
   void Save(const std::filesystem::path& path);
+
+  // The names of the workbook's tables, read once: no operation makes one.
+  const std::vector<std::string>& TableNames();
 
   // Makes tables and their header cells agree (see MatchTableHeaders), as Save does too. Gives the
   // header cells that were written, as sheet and cell: what depends on them is out of date.
@@ -70,6 +77,7 @@ class WorkbookFile {
     // As read: to tell whether cells were erased, and whether the used area changed.
     std::size_t loaded_cells = 0;
     std::optional<Area> loaded_area;
+    Visibility loaded_visibility = Visibility::kVisible;
   };
 
   WorkbookFile();
@@ -87,6 +95,7 @@ class WorkbookFile {
   void WriteSharedStrings(const NewSharedStrings& added);
   void WriteSheets(const std::vector<int>& sheets, const NewSharedStrings& added);
   void WriteWorkbookPart();
+  void WriteStyles();
   // Brings the package's parts up to date.
   void WriteParts();
   void RemoveCalculationChain();
@@ -97,6 +106,8 @@ class WorkbookFile {
   std::unique_ptr<OpcPackage> package_;
   std::unique_ptr<WorkbookParts> parts_;
   std::vector<SheetPart> sheets_;
+  // Made when it is first needed.
+  std::unique_ptr<StyleEditor> style_editor_;
   std::vector<ColumnInsertion> insertions_;
   // Of the parts that belong to no sheet: charts, pivot caches.
   std::size_t insertions_followed_ = 0;
@@ -106,6 +117,7 @@ class WorkbookFile {
   // The active sheet as the parts say.
   int active_written_ = 0;
   bool calculate_on_opening_ = false;
+  std::optional<std::vector<std::string>> table_names_;
   // What kept a save from bringing the parts up to date. Some of them may have followed insertions
   // and others not, so that no later save can be right.
   std::exception_ptr failed_;

@@ -31,6 +31,7 @@ void WorkbookFile::ReadParts() {
   for (std::size_t id = 0; id < sheets_.size(); ++id) {
     sheets_[id].loaded_cells = model_.sheets[id]->cells.size();
     sheets_[id].loaded_area = model_.sheets[id]->cells.UsedArea();
+    sheets_[id].loaded_visibility = model_.sheets[id]->visibility;
   }
 }
 

@@ -37,12 +37,6 @@ std::string TargetOf(const OpcPackage& package, std::string_view part, std::stri
                   "The workbook is damaged: " + what + ". Open it in Excel to repair it.");
 }
 
-Visibility VisibilityOf(std::string_view state) {
-  if (state == "hidden") return Visibility::kHidden;
-  if (state == "veryHidden") return Visibility::kVeryHidden;
-  return Visibility::kVisible;
-}
-
 void ReadSheetList(const OpcPackage& package, pugi::xml_node workbook, WorkbookParts& parts,
                    WorkbookModel& model) {
   const auto& relationships = package.RelationshipsOf(parts.workbook);
@@ -110,6 +104,12 @@ void ReadSharedString(XmlScanner& xml, StringPool& strings, std::string& joined)
 
 }  // namespace
 
+Visibility VisibilityOf(std::string_view state) {
+  if (state == "hidden") return Visibility::kHidden;
+  if (state == "veryHidden") return Visibility::kVeryHidden;
+  return Visibility::kVisible;
+}
+
 std::string FindWorkbookPart(const OpcPackage& package, const std::string& file_name) {
   std::string part = TargetOf(package, "", "officeDocument");
   std::string type = part.empty() ? "" : package.ContentTypeOf(part);
@@ -145,6 +145,8 @@ WorkbookParts ReadWorkbook(const OpcPackage& package, const std::string& workboo
   pugi::xml_node workbook = Child(document, "workbook");
   if (!workbook) FailWorkbook("its main part holds no workbook");
   model.date_1904 = IsTrue(Child(workbook, "workbookPr").attribute("date1904").value());
+  model.structure_is_protected =
+      IsTrue(Child(workbook, "workbookProtection").attribute("lockStructure").value());
   ReadSheetList(package, workbook, parts, model);
   ReadNames(workbook, model);
   pugi::xml_node view = Child(Child(workbook, "bookViews"), "workbookView");

@@ -21,6 +21,9 @@ struct WorkbookParts {
   std::vector<std::string> sheets;
 };
 
+// What a sheet's `state` says.
+Visibility VisibilityOf(std::string_view state);
+
 // Finds the workbook's part. Throws FileError when the package is of another kind, `file_name` in
 // its text.
 std::string FindWorkbookPart(const OpcPackage& package, const std::string& file_name);

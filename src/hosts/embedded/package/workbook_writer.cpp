@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
+#include <utility>
 
 #include "core/convert.h"
+#include "package/area_list.h"
 #include "package/cell_patch.h"
 #include "package/column_width.h"
 #include "package/sheet_reader.h"
@@ -76,7 +79,7 @@ class WorkbookPatcher {
       PatchViews();
     } else if (name == "sheets") {
       if (changes_.active_tab && !has_views_) InsertViews();
-      xml_.SkipElement();
+      PatchSheets();
     } else {
       xml_.SkipElement();
     }
@@ -115,6 +118,24 @@ class WorkbookPatcher {
     }
   }
 
+  void PatchSheets() {
+    if (xml_.is_empty()) return;
+    while (xml_.Next() != Token::kEnd) {
+      if (xml_.token() != Token::kStart) continue;
+      const std::optional<int> id = model_.IdOf(DecodeXml(xml_.Attribute("name").value_or("")));
+      if (id) PatchState(model_.sheets[*id]->visibility);
+      xml_.SkipElement();
+    }
+  }
+
+  void PatchState(Visibility visibility) {
+    const std::string_view was = xml_.Attribute("state").value_or("visible");
+    if (VisibilityOf(was) == visibility) return;
+    SetAttribute("state", visibility == Visibility::kVisible  ? "visible"
+                          : visibility == Visibility::kHidden ? "hidden"
+                                                              : "veryHidden");
+  }
+
   void PatchNames() {
     const std::size_t begin = xml_.begin();
     if (!xml_.is_empty()) {
@@ -130,7 +151,9 @@ class WorkbookPatcher {
 
   void PatchName() {
     const std::size_t begin = xml_.begin();
-    std::string name = DecodeXml(xml_.Attribute("name").value_or(""));
+    const std::string_view raw_name = xml_.Attribute("name").value_or("");
+    std::string name = DecodeXml(raw_name);
+    names_there_.emplace_back(CaseFolded(name), begin);
     int scope = -1;
     if (auto local = xml_.Attribute("localSheetId")) {
       std::from_chars(local->data(), local->data() + local->size(), scope);
@@ -145,6 +168,9 @@ class WorkbookPatcher {
       return;
     }
     written_[*index] = true;
+    if (model_.names[*index].name != name) {
+      patch_.Replace(raw_name, EncodeXmlAttribute(model_.names[*index].name));
+    }
     const std::string& text = model_.names[*index].refers_to;
     if (text == DecodeXml(raw)) return;
     if (is_empty) {
@@ -172,21 +198,39 @@ class WorkbookPatcher {
   }
 
   void AddMissing() {
-    std::string names;
-    for (std::size_t i = 0; i < model_.names.size(); ++i) {
-      if (!written_[i]) names += NameElement(model_.names[i]);
-    }
-    const std::string open = "<" + places_.prefix + "definedNames>";
-    const std::string close = "</" + places_.prefix + "definedNames>";
-    if (!names.empty() && names_end_ > 0) {
-      patch_.Insert(names_end_, names);
-    } else if (!names.empty()) {
-      patch_.Insert(places_.names_after, open + names + close);
-    }
+    AddMissingNames();
     if (changes_.calculate_on_opening && !has_calculation_) {
       patch_.Insert(places_.calculation_after,
                     "<" + places_.prefix + "calcPr fullCalcOnLoad=\"1\"/>");
     }
+  }
+
+  // By alphabet, each in front of the first name there that comes after it.
+  void AddMissingNames() {
+    std::map<std::pair<std::u32string, int>, const DefinedName*> missing;
+    for (std::size_t i = 0; i < model_.names.size(); ++i) {
+      const DefinedName& name = model_.names[i];
+      if (!written_[i]) missing[{CaseFolded(name.name), name.scope}] = &name;
+    }
+    if (missing.empty()) return;
+    std::string rest;
+    auto there = names_there_.begin();
+    for (const auto& [key, name] : missing) {
+      while (there != names_there_.end() && there->first <= key.first) ++there;
+      if (there != names_there_.end()) {
+        patch_.Insert(there->second, NameElement(*name));
+      } else {
+        rest += NameElement(*name);
+      }
+    }
+    if (rest.empty()) return;
+    if (names_end_ > 0) {
+      patch_.Insert(names_end_, rest);
+      return;
+    }
+    const std::string open = "<" + places_.prefix + "definedNames>";
+    const std::string close = "</" + places_.prefix + "definedNames>";
+    patch_.Insert(places_.names_after, open + rest + close);
   }
 
   std::string NameElement(const DefinedName& name) const {
@@ -206,6 +250,8 @@ class WorkbookPatcher {
   mutable std::size_t next_ = 0;
   std::vector<std::pair<std::size_t, std::size_t>> removed_;
   std::size_t names_end_ = 0;
+  // The names there in their order, case-folded, with the place where each begins.
+  std::vector<std::pair<std::u32string, std::size_t>> names_there_;
   bool has_views_ = false;
   bool has_calculation_ = false;
 };
@@ -350,6 +396,34 @@ void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& fo
   markup.FindOrInsert("cols").text = std::move(text);
 }
 
+void WriteRowOutline(SheetMarkup& markup, const SheetModel& sheet) {
+  int level = 0;
+  for (const RowTable::Entry& entry : sheet.rows.entries()) {
+    level = std::max<int>(level, entry.format.outline_level);
+  }
+  const MarkupElement* existing = markup.Find("sheetFormatPr");
+  if (!existing && level == 0) return;
+  std::string& text = markup.FindOrInsert("sheetFormatPr").text;
+  if (text.empty()) {
+    text = "<" + markup.prefix + "sheetFormatPr defaultRowHeight=\"" +
+           NumberText(sheet.standard_row_height) + "\"/>";
+  }
+  XmlScanner xml(text);
+  while (xml.Next() != Token::kStart) {
+  }
+  const auto old = xml.Attribute("outlineLevelRow");
+  if (old.value_or("0") == std::to_string(level)) return;
+  TextPatch patch(text);
+  if (old) {
+    patch.Replace(*old, std::to_string(level));
+  } else {
+    patch.Insert(xml.end() - (xml.is_empty() ? 2 : 1),
+                 " outlineLevelRow=\"" + std::to_string(level) + "\"");
+  }
+  text = patch.Apply();
+  markup.changed = true;
+}
+
 void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area) {
   MarkupElement* element = markup.Find("dimension");
   if (!element) return;
@@ -365,9 +439,9 @@ void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area) {
   markup.changed = true;
 }
 
-void WriteSelection(SheetMarkup& markup, const Area& area, CellAddress active_cell) {
+void WriteSelection(SheetMarkup& markup, const std::vector<Area>& areas, CellAddress active_cell) {
   std::string cell = ToA1(active_cell);
-  std::string cells = ToA1(area);
+  std::string cells = ToSqref(areas);
   const MarkupElement* existing = markup.Find("sheetViews");
   std::optional<ViewPlaces> places = existing ? FindView(existing->text) : std::nullopt;
   // What is selected where nothing says so.

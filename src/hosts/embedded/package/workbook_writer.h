@@ -48,10 +48,12 @@ class NewSharedStrings {
 // Styles.
 void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats,
                         int max_digit_width);
+// Makes <sheetFormatPr> say how deep the rows' outline is.
+void WriteRowOutline(SheetMarkup& markup, const SheetModel& sheet);
 // Makes <dimension> say `area` (nullopt: an empty sheet).
 void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area);
 // Selection in the active pane of the first view.
-void WriteSelection(SheetMarkup& markup, const Area& area, CellAddress active_cell);
+void WriteSelection(SheetMarkup& markup, const std::vector<Area>& areas, CellAddress active_cell);
 // Whether the sheet's tab is among the selected ones.
 void WriteTabSelected(SheetMarkup& markup, bool selected);
 
