@@ -88,6 +88,8 @@ class WorkbookModel : public SheetDirectory {
   bool structure_is_protected = false;
 
   SheetModel& AddSheet(std::string name);
+  // The name is free. Formulas follow by themselves: they know sheets by their ids.
+  void RenameSheet(int id, std::string name);
   std::optional<int> IdOf(std::string_view name) const override;
   const std::string& NameOf(int id) const override { return sheets[id]->name; }
   int PositionOf(int id) const override;

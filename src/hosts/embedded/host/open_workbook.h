@@ -51,6 +51,10 @@ class OpenWorkbook {
   void ClearFormats(int sheet, const Area& area);
   // Both areas lie on `sheet`; `to` is of the same size as `from`.
   void Paste(int sheet, const Area& from, const Area& to, unsigned parts);
+  // The same from another sheet, of this workbook or of another one. Throws HostError for formulas
+  // that would refer to another workbook.
+  void PasteFrom(OpenWorkbook& source, int source_sheet, int sheet, const Area& from,
+                 const Area& to, unsigned parts);
 
   // Valid until the sheet's columns change.
   const ColumnSizes& Columns(int sheet);
@@ -64,6 +68,16 @@ class OpenWorkbook {
   void AddComment(int sheet, CellAddress cell);
   void SetCommentText(int sheet, CellAddress cell, std::string_view text);
   void SetCommentVisible(int sheet, CellAddress cell, bool visible);
+
+  // Adds an empty worksheet behind the sheet `after`, with the next free default name; it becomes
+  // the active one.
+  int AddSheet(int after);
+  // Throws HostError for a name that no sheet may have or another one has, and for a sheet that was
+  // there when the workbook was opened.
+  void RenameSheet(int sheet, const std::string& name);
+
+  // Cells with colours of the palette change their look.
+  void SetPalette(const Palette& palette);
 
   int active_sheet() const { return active_sheet_; }
   // Throws HostError for a hidden sheet.
@@ -114,6 +128,10 @@ class OpenWorkbook {
   void PasteCell(SheetModel& sheet, const Cell& source, CellAddress from, CellAddress to,
                  unsigned parts);
   void PasteColumnFormats(SheetModel& sheet, const Area& from, const Area& to);
+  class CellTransfer;
+  void RefuseLinks(OpenWorkbook& source, int source_sheet, const Area& from);
+  void PasteFeaturesFrom(OpenWorkbook& source, int source_sheet, int sheet, const Area& from,
+                         const Area& to, unsigned parts);
 
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;

@@ -64,6 +64,7 @@ std::unique_ptr<OpcPackage> CreatePackage(const std::vector<std::string>& sheet_
     package->Write(part, Document("worksheet", kEmptySheet));
     package->SetContentType(part, SpreadsheetType("worksheet"));
     std::string id = package->AddRelationship(parts.workbook, RelationshipType("worksheet"), part);
+    parts.sheet_relationships.push_back(id);
     sheets += "<sheet name=\"" + EncodeXmlAttribute(sheet_names[i]) + "\" sheetId=\"" + number +
               "\" r:id=\"" + id + "\"/>";
   }
@@ -97,6 +98,7 @@ std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string
     part.part = file->parts_->sheets[sheet.id];
     ReadSheet(text, file->model_, sheet, part.markup);
   }
+  file->first_added_sheet_ = static_cast<int>(sheet_names.size());
   return file;
 }
 
@@ -433,6 +435,8 @@ void WorkbookFile::WriteWorkbookPart() {
   WorkbookChanges changes;
   changes.calculate_on_opening = calculate_on_opening_;
   if (records_calculation_mode_) changes.manual_calculation = model_.manual_calculation;
+  changes.sheet_relationships = parts_->sheet_relationships;
+  changes.first_added_sheet = first_added_sheet_;
   if (active_now_ != active_written_) {
     changes.active_tab = model_.PositionOf(active_now_);
     for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {

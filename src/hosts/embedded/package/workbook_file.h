@@ -44,6 +44,12 @@ class WorkbookFile {
   // Id of the active sheet when the workbook was opened.
   int active_sheet() const { return active_sheet_; }
 
+  // Adds an empty worksheet at that 0-based place among the tabs and returns its id. The name is one
+  // that a sheet may have, and free.
+  int AddSheet(const std::string& name, int position);
+  // The sheet came since the workbook was opened: nothing in the package's other parts names it.
+  bool IsAdded(int sheet) const { return sheet >= first_added_sheet_; }
+
   // Makes everything around the cells follow an insertion: applied at the next call of
   // FollowInsertions or Save, in one pass over each part however many insertions came.
   void AddInsertion(const ColumnInsertion& insertion) { insertions_.push_back(insertion); }
@@ -115,6 +121,8 @@ class WorkbookFile {
   std::size_t insertions_followed_ = 0;
   std::string name_;
   int active_sheet_ = 0;
+  // Ids from here on are sheets that were added.
+  int first_added_sheet_ = 0;
   int active_now_ = 0;
   // The active sheet as the parts say.
   int active_written_ = 0;
