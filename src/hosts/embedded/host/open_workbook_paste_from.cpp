@@ -3,32 +3,12 @@
 #include <map>
 #include <optional>
 
+#include "formula/unknown_sheets.h"
 #include "host/column_formats.h"
 #include "host/open_workbook.h"
 #include "package/feature_transfer.h"
 
 namespace vantora::embedded {
-namespace {
-
-// Outside of texts in quotes, the "!" of a sheet that the formula's workbook does not have.
-bool NamesUnknownSheet(const Formula& formula) {
-  constexpr std::string_view kLost = "#REF!";
-  bool in_quotes = false;
-  std::string_view text = formula.text;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (text[at] == '"') in_quotes = !in_quotes;
-    if (in_quotes) continue;
-    if (text.substr(at).starts_with(kLost)) {
-      at += kLost.size() - 1;
-    } else if (text[at] == '!') {
-      return true;
-    }
-  }
-  return false;
-}
-
-}  // namespace
-
 // The cells of one paste on their way from sheet to sheet.
 class OpenWorkbook::CellTransfer {
  public:
@@ -133,7 +113,7 @@ void OpenWorkbook::RefuseLinks(OpenWorkbook& source, int source_sheet, const Are
                                           [](const Reference& reference) {
                                             return reference.first_sheet == Reference::kOwnSheet;
                                           });
-          if (is_own && formula.names.empty() && !NamesUnknownSheet(formula)) return;
+          if (is_own && formula.names.empty() && !UnknownSheetIn(formula, source.model())) return;
           Refuse(
               "The formula in " + source.Describe(source_sheet, {row, column, row, column}) +
               " of \"" + source.file().name() +
@@ -167,6 +147,7 @@ void OpenWorkbook::PasteFrom(OpenWorkbook& source, int source_sheet, int sheet_i
   }
   source.file_->FollowInsertions(source_sheet);
   file_->FollowInsertions(sheet_id);
+  if (parts & (kPasteFormulas | kPasteValues)) ForgetArrays(sheet_id, to);
   CellTransfer cells(source, source_sheet, *this, sheet_id, parts);
   cells.Run(from, to);
   if ((parts & kPasteFormats) && from.IsWholeColumns()) {
@@ -183,7 +164,7 @@ void OpenWorkbook::PasteFrom(OpenWorkbook& source, int source_sheet, int sheet_i
     SheetComments origin_comments = source.Comments(source_sheet);
     Comments(sheet_id).PasteFrom(origin_comments, from, to);
   }
-  if (parts & (kPasteFormulas | kPasteValues)) calculator_.Changed(sheet_id, to);
+  if (parts & (kPasteFormulas | kPasteValues)) ContentsChanged(sheet_id, to);
 }
 
 void OpenWorkbook::PasteFeaturesFrom(OpenWorkbook& source, int source_sheet, int sheet_id,
@@ -203,7 +184,8 @@ void OpenWorkbook::PasteFeaturesFrom(OpenWorkbook& source, int source_sheet, int
           },
       .fits =
           [&](const std::string& formula) {
-            return same_workbook || !NamesUnknownSheet(ParseFormula(formula, {1, 1}, model()));
+            return same_workbook ||
+                   !UnknownSheetIn(ParseFormula(formula, {1, 1}, model()), model());
           },
       .relationship =
           [&](const std::string& id) {

@@ -43,6 +43,7 @@ void OpenWorkbook::RenameSheet(int sheet_id, const std::string& name) {
   for (auto& [defined, formula] : concerned) {
     defined->refers_to = FormulaText(formula, {1, 1}, model());
   }
+  names_.Forget();
   notes_.push_back("worksheet \"" + before + "\" renamed to \"" + name + "\"");
 }
 

@@ -86,14 +86,15 @@ bool IsChart(const Relationship& relationship) {
 WorkbookFile::WorkbookFile() = default;
 WorkbookFile::~WorkbookFile() = default;
 
-std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string>& sheet_names) {
+std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string>& sheet_names,
+                                                   const std::string& name) {
   std::unique_ptr<WorkbookFile> file(new WorkbookFile());
-  file->name_ = "Book1";
+  file->name_ = name;
   file->parts_ = std::make_unique<WorkbookParts>();
   file->package_ = CreatePackage(sheet_names, *file->parts_);
   const std::string text = Document("worksheet", kEmptySheet);
-  for (const std::string& name : sheet_names) {
-    SheetModel& sheet = file->model_.AddSheet(name);
+  for (const std::string& sheet_name : sheet_names) {
+    SheetModel& sheet = file->model_.AddSheet(sheet_name);
     SheetPart& part = file->sheets_.emplace_back();
     part.part = file->parts_->sheets[sheet.id];
     ReadSheet(text, file->model_, sheet, part.markup);

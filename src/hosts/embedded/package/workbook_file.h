@@ -27,14 +27,15 @@ class WorkbookFile {
   static std::unique_ptr<WorkbookFile> Open(const std::filesystem::path& path);
   // A new workbook with empty worksheets of these names (different, none of them empty), which can
   // be saved as well.
-  static std::unique_ptr<WorkbookFile> Create(const std::vector<std::string>& sheet_names);
+  static std::unique_ptr<WorkbookFile> Create(const std::vector<std::string>& sheet_names,
+                                              const std::string& name = "Book1");
   ~WorkbookFile();
 
   WorkbookModel& model() { return model_; }
   OpcPackage& package() { return *package_; }
   SheetMarkup& markup(int sheet) { return sheets_[sheet].markup; }
   const std::string& part_of(int sheet) const { return sheets_[sheet].part; }
-  // File name without its folder ("Model.xlsm"; "Book1" for a new one).
+  // File name without its folder ("Model.xlsm").
   const std::string& name() const { return name_; }
   bool has_macros() const;
 
