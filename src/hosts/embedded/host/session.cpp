@@ -4,6 +4,7 @@
 #include "host/application.h"
 #include "host/change_recorder.h"
 #include "host/objects.h"
+#include "host/references.h"
 #include "host/shapes.h"
 
 namespace vantora::embedded {
@@ -59,22 +60,20 @@ host::WorksheetPtr Session::Worksheet(std::string_view name) {
 }
 
 host::RangePtr Session::Range(std::string_view reference) {
-  // A formula that is this one reference says what it means, sheet names in quotes included.
-  Formula formula = ParseFormula(reference, {1, 1}, impl_->workbook().model());
-  std::optional<Area> area;
-  if (formula.text == "\x01" && formula.references.size() == 1)
-    area = formula.references.front().At({1, 1});
-  if (!area) {
-    throw HostError(
-        HostError::kApplicationDefined,
-        "\"" + std::string(reference) +
-            "\" is no reference to cells of this workbook. Write it as 'Sheet name'!A1 or "
-            "A1:B2.");
-  }
-  int sheet = formula.references.front().first_sheet;
-  return MakeRange(impl_->book(),
-                   sheet == Reference::kOwnSheet ? impl_->workbook().active_sheet() : sheet, *area);
+  return ReferencedRange(impl_->book(), reference);
 }
+
+void Session::SetVersion(std::string version) { impl_->state->version = std::move(version); }
+
+void Session::SetPrompts(Prompts& prompts) { impl_->state->prompts = &prompts; }
+
+void Session::DirectSaves(SaveDirector director) {
+  impl_->state->saves.SetDirector(std::move(director));
+}
+
+const PendingSaves& Session::saves() const { return impl_->state->saves; }
+
+std::vector<std::filesystem::path> Session::CommitSaves() { return impl_->state->saves.Commit(); }
 
 void Session::SetCaller(std::string_view shape) {
   OpenWorkbook& workbook = impl_->workbook();
