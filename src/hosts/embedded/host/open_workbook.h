@@ -122,7 +122,9 @@ class OpenWorkbook {
 
   // Calculates everything and writes the file.
   std::vector<Uncalculated> Calculate();
-  void Save(const std::filesystem::path& path);
+  void Save(const std::filesystem::path& path) { WriteBeside(path)->Commit(); }
+  // The same without giving the file its name, which its Commit does.
+  std::unique_ptr<ReplacementFile> WriteBeside(const std::filesystem::path& path);
 
  private:
   std::string Describe(int sheet, const Area& area);

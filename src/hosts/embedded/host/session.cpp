@@ -6,6 +6,7 @@
 #include "host/application.h"
 #include "host/change_recorder.h"
 #include "host/objects.h"
+#include "host/references.h"
 #include "host/shapes.h"
 
 namespace vantora::embedded {
@@ -88,22 +89,20 @@ host::WorksheetPtr Session::Worksheet(std::string_view name, int workbook) {
 }
 
 host::RangePtr Session::Range(std::string_view reference, int workbook) {
-  // A formula that is this one reference says what it means, sheet names in quotes included.
-  Formula formula = ParseFormula(reference, {1, 1}, impl_->workbook(workbook).model());
-  std::optional<Area> area;
-  if (formula.text == "\x01" && formula.references.size() == 1)
-    area = formula.references.front().At({1, 1});
-  if (!area) {
-    throw HostError(
-        HostError::kApplicationDefined,
-        "\"" + std::string(reference) +
-            "\" is no reference to cells of this workbook. Write it as 'Sheet name'!A1 or "
-            "A1:B2.");
-  }
-  int sheet = formula.references.front().first_sheet;
-  if (sheet == Reference::kOwnSheet) sheet = impl_->workbook(workbook).active_sheet();
-  return MakeRange(impl_->book(workbook), sheet, *area);
+  return ReferencedRange(impl_->book(workbook), reference);
 }
+
+void Session::SetVersion(std::string version) { impl_->state->version = std::move(version); }
+
+void Session::SetPrompts(Prompts& prompts) { impl_->state->prompts = &prompts; }
+
+void Session::DirectSaves(SaveDirector director) {
+  impl_->state->saves.SetDirector(std::move(director));
+}
+
+const PendingSaves& Session::saves() const { return impl_->state->saves; }
+
+std::vector<std::filesystem::path> Session::CommitSaves() { return impl_->state->saves.Commit(); }
 
 void Session::SetCaller(std::string_view shape) {
   OpenWorkbook& workbook = impl_->workbook();
@@ -119,6 +118,11 @@ void Session::SetCaller(std::string_view shape) {
 
 std::vector<Uncalculated> Session::Calculate(int workbook) {
   return impl_->workbook(workbook).Calculate();
+}
+
+std::unique_ptr<ReplacementFile> Session::WriteBeside(const std::filesystem::path& path,
+                                                      int workbook) {
+  return impl_->workbook(workbook).WriteBeside(path);
 }
 
 void Session::Save(const std::filesystem::path& path, int workbook) {

@@ -100,10 +100,10 @@ std::vector<host::WorksheetPtr> EmbeddedWorkbook::Worksheets() {
   return worksheets;
 }
 
-void EmbeddedWorkbook::Save() { RefuseMember("Workbook.Save"); }
+void EmbeddedWorkbook::Save() { book_.application->saves.Save(*book_); }
 
-void EmbeddedWorkbook::SaveAs(std::string_view, host::XlFileFormat) {
-  RefuseMember("Workbook.SaveAs");
+void EmbeddedWorkbook::SaveAs(std::string_view filename, host::XlFileFormat format) {
+  book_.application->saves.SaveAs(*book_, std::string(filename), format);
 }
 
 // Red and blue change places: files write them the other way round.

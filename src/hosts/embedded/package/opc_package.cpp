@@ -486,8 +486,8 @@ std::string OpcPackage::FreePartName(std::string_view stem, std::string_view ext
   }
 }
 
-void OpcPackage::Save(const std::filesystem::path& path) {
-  ReplacementFile file(path);
+std::unique_ptr<ReplacementFile> OpcPackage::WriteBeside(const std::filesystem::path& path) {
+  auto file = std::make_unique<ReplacementFile>(path);
   std::vector<ZipOutput> outputs;
   std::deque<PackedBytes> packed;
   for (const Item& item : items_) {
@@ -498,8 +498,8 @@ void OpcPackage::Save(const std::filesystem::path& path) {
     if (!item.changed) continue;
     output.packed = item.packed ? item.packed.get() : &packed.emplace_back(Pack(item.bytes));
   }
-  WriteZip(file, archive_.get(), outputs);
-  file.Commit();
+  WriteZip(*file, archive_.get(), outputs);
+  return file;
 }
 
 }  // namespace vantora::embedded

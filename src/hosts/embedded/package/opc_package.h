@@ -92,7 +92,10 @@ class OpcPackage {
   // Writes the package to `path`: a temporary file beside it, flushed, then renamed. Unchanged
   // parts are copied as they are compressed. On failure throws FileError and leaves `path` as it
   // was.
-  void Save(const std::filesystem::path& path);
+  void Save(const std::filesystem::path& path) { WriteBeside(path)->Commit(); }
+  // The first half of Save: the file beside `path`, whose Commit gives it its name. Without, it
+  // disappears with the object.
+  std::unique_ptr<ReplacementFile> WriteBeside(const std::filesystem::path& path);
 
  private:
   // `target` is written as it is; returns the id.

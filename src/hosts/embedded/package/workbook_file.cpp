@@ -26,6 +26,8 @@ constexpr std::string_view kXmlDeclaration =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n";
 constexpr std::string_view kSharedStringsType =
     "application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml";
+constexpr std::string_view kMacroEnabledType =
+    "application/vnd.ms-excel.sheet.macroEnabled.main+xml";
 constexpr std::string_view kEmptySheet = "<dimension ref=\"A1\"/><sheetData/>";
 
 std::string SpreadsheetType(std::string_view kind) {
@@ -107,6 +109,24 @@ bool WorkbookFile::has_macros() const {
   const auto& relationships = package_->RelationshipsOf(parts_->workbook);
   return std::any_of(relationships.begin(), relationships.end(),
                      [](const Relationship& r) { return r.IsType("vbaProject"); });
+}
+
+std::string WorkbookFile::main_content_type() const {
+  return package_->ContentTypeOf(parts_->workbook);
+}
+
+void WorkbookFile::SetMainContentType(const std::string& content_type) {
+  if (content_type != main_content_type()) {
+    package_->SetContentType(parts_->workbook, content_type);
+  }
+}
+
+bool WorkbookFile::is_macro_enabled() const {
+  return main_content_type().find(".macroEnabled.") != std::string::npos;
+}
+
+void WorkbookFile::MakeMacroEnabled() {
+  if (!is_macro_enabled()) SetMainContentType(std::string(kMacroEnabledType));
 }
 
 std::span<const ColumnInsertion> WorkbookFile::Pending(std::size_t& followed) {
@@ -460,7 +480,7 @@ void WorkbookFile::WriteWorkbookPart() {
   }
 }
 
-void WorkbookFile::Save(const std::filesystem::path& path) {
+std::unique_ptr<ReplacementFile> WorkbookFile::WriteBeside(const std::filesystem::path& path) {
   if (failed_) std::rethrow_exception(failed_);
   try {
     WriteParts();
@@ -468,7 +488,7 @@ void WorkbookFile::Save(const std::filesystem::path& path) {
     failed_ = std::current_exception();
     throw;
   }
-  package_->Save(path);
+  return package_->WriteBeside(path);
 }
 
 void WorkbookFile::WriteParts() {

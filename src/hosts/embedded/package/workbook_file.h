@@ -37,7 +37,13 @@ class WorkbookFile {
   const std::string& part_of(int sheet) const { return sheets_[sheet].part; }
   // File name without its folder ("Model.xlsm").
   const std::string& name() const { return name_; }
+  void SetName(std::string name) { name_ = std::move(name); }
   bool has_macros() const;
+  // Of the main part, which tells a macro-enabled workbook (.xlsm) from one without macros.
+  std::string main_content_type() const;
+  void SetMainContentType(const std::string& content_type);
+  bool is_macro_enabled() const;
+  void MakeMacroEnabled();
 
   // Changes to the workbook's cell formats.
   StyleEditor& style_editor();
@@ -69,7 +75,10 @@ class WorkbookFile {
 
   // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on
   // failure. May be called again after further edits.
-  void Save(const std::filesystem::path& path);
+  void Save(const std::filesystem::path& path) { WriteBeside(path)->Commit(); }
+  // The first half of Save: the workbook as it is now in a file beside `path`, whose Commit gives it
+  // its name.
+  std::unique_ptr<ReplacementFile> WriteBeside(const std::filesystem::path& path);
 
   // The names of the workbook's tables, read once: no operation makes one.
   const std::vector<std::string>& TableNames();
