@@ -84,4 +84,12 @@ class RefSheetClient : public Client {
   }
 };
 
+class CopyWorksheetClient : public Client {
+ public:
+  CopyWorksheetClient(Services& services, host::ApplicationPtr application)
+      : Client("clsCopyWorksheet", services, std::move(application)) {}
+
+  void CopyWorksheet() { Call("CopyWorksheet"); }
+};
+
 }  // namespace vantora::testing

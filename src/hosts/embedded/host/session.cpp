@@ -63,6 +63,10 @@ int Session::CreateFurther(const std::string& name, const std::vector<std::strin
 
 int Session::workbook_count() const { return static_cast<int>(impl_->state->workbooks.size()); }
 
+void Session::ActivateWorkbook(int workbook) {
+  impl_->state->active_workbook = &impl_->workbook(workbook);
+}
+
 host::ApplicationPtr Session::application() { return MakeApplication(impl_->state); }
 
 WorkbookFile& Session::file(int workbook) { return impl_->workbook(workbook).file(); }

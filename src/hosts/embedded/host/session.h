@@ -56,6 +56,7 @@ class Session {
   // The same with a workbook in memory.
   int CreateFurther(const std::string& name, const std::vector<std::string>& sheet_names);
   int workbook_count() const;
+  void ActivateWorkbook(int workbook);
 
   // The host application with the workbooks open.
   host::ApplicationPtr application();
