@@ -7,6 +7,7 @@
 #include "operations/client.h"
 #include "operations/test_model.h"
 #include "support/fake_services.h"
+#include "support/faulty_host.h"
 
 namespace vantora {
 namespace {
@@ -47,6 +48,13 @@ class CopyReader : public ui::ScriptedUserInterface {
     if (fraction == cancel_at) dynamic_cast<Button&>(*form.Find("butCancel")).Press();
   }
 
+  // Reports are told apart from the dialog's showings, and need no answer.
+  MessageBoxResult MessageBox(std::string_view text, int, std::string_view title) override {
+    reports.push_back(std::string(title) + "|" + std::string(text));
+    return MessageBoxResult::kOk;
+  }
+
+  Names reports;
   std::vector<std::string> shown;
   std::vector<bool> copy_enabled;
   Names sources;
@@ -80,12 +88,10 @@ class CopyWorksheet : public ::testing::Test {
   }
   // The one report of an error that was shown.
   std::string Reported() {
-    const auto& boxes = reader->message_boxes();
-    if (boxes.size() != 1) return std::to_string(boxes.size()) + " message boxes";
-    EXPECT_EQ(boxes[0].title, "Vantora");
-    EXPECT_THAT(boxes[0].text, HasSubstr("A programming error has been encountered."));
-    EXPECT_THAT(boxes[0].text, HasSubstr("Module: clsCopyWorksheet\n\n"));
-    return boxes[0].text;
+    if (reader->reports.size() != 1) return std::to_string(reader->reports.size()) + " reports";
+    EXPECT_THAT(reader->reports[0], HasSubstr("Vantora|A programming error has been encountered."));
+    EXPECT_THAT(reader->reports[0], HasSubstr("Module: clsCopyWorksheet\n\n"));
+    return reader->reports[0];
   }
   Names SheetNames(int workbook) {
     model.Use(workbook);
@@ -147,7 +153,7 @@ TEST_F(CopyWorksheet, ReferencesInTheCopyMeanTheTargetsSheets) {
   EXPECT_EQ(model.Get("'Copy of Plan'!C2"), Value(0));
   EXPECT_TRUE(model.IsFilled("'Copy of Plan'!B1"));
   EXPECT_EQ(shown.shown[1],
-            "There were explicit references to the following other worksheets: Budget, Rates\n\n"
+            "There were explicit references to the following other worksheets: Rates, Budget\n\n"
             "Added dummy worksheet placeholder for Rates.\n\n" +
                 std::string(kComplete));
   EXPECT_EQ(SheetNames(0).size(), 3u);
@@ -167,7 +173,7 @@ TEST_F(CopyWorksheet, AnotherSpellingOfTheNameIsRefusedByTheHost) {
   model.Use(other);
   model.Sheet("Copy of Plan")->SetName("COPY OF PLAN");
   model.ActivateWorkbook(0);
-  Copy({kCopyToOther, "OK"});
+  Copy({kCopyToOther});
   EXPECT_THAT(Reported(), HasSubstr("error message #: 1004"));
 }
 
@@ -277,7 +283,7 @@ TEST_F(CopyWorksheet, CancelledInTheMiddleTheRowsCopiedSoFarStay) {
 
 TEST_F(CopyWorksheet, ReportsNamesThatNoSheetCanHave) {
   model.Put("Plan!E2", {"='Budget'!A1+'My Rates'!A1"});
-  Copy({kCopy, "OK"});
+  Copy({kCopy});
   EXPECT_THAT(Reported(), HasSubstr("'My Rates'"));
   EXPECT_THAT(Reported(), HasSubstr("error message #: 1004"));
   // What was added by then stays.
@@ -289,7 +295,7 @@ TEST_F(CopyWorksheet, ReportsMoreThanFiftyReferencedSheets) {
   for (int i = 1; i <= 51; ++i) {
     model.Sheet("Plan")->Cells(i, 6)->SetFormula("text Sheet" + std::to_string(i) + "!");
   }
-  Copy({kCopy, "OK"});
+  Copy({kCopy});
   EXPECT_THAT(Reported(), HasSubstr("error message #: 9\n"));
 }
 
@@ -297,10 +303,10 @@ TEST_F(CopyWorksheet, ReportsSheetsThatReachBelowTheLastRowOfTheModel) {
   model.Put("Plan!B32767", {"last"});
   model.Select("A1:B1");
   Copy({kCopySelection, kDone});
-  EXPECT_EQ(reader->message_boxes().size(), 0u);
+  EXPECT_THAT(reader->reports, IsEmpty());
   model.Activate("Plan");
   model.Put("Plan!B32768", {"too far"});
-  Copy({kCopy, "OK"});
+  Copy({kCopy});
   EXPECT_THAT(Reported(), HasSubstr("error message #: 6\n"));
   EXPECT_EQ(model.SheetNames().size(), 4u);
 }
@@ -310,8 +316,39 @@ TEST_F(CopyWorksheet, ReportsANameTooLongForASheet) {
   Copy({kCopy, kDone});
   model.Sheet("Copy of Plan")->SetName("A name of twenty-four ch");
   model.Activate("A name of twenty-four ch");
-  Copy({kCopy, "OK"});
+  Copy({kCopy});
   EXPECT_THAT(Reported(), HasSubstr("Copy of A name of twenty-four ch"));
+}
+
+// Whatever call the host refuses: one report, nothing thrown, screen updating on again.
+TEST_F(CopyWorksheet, ReportsWhateverTheHostRefuses) {
+  using testing::FaultPlan;
+  auto plan = std::make_shared<FaultPlan>();
+  const auto run = [&](int failing_call) {
+    TestModel fresh({"Plan"});
+    fresh.Put("Plan!A1", {1, "=A1+Rates"});
+    fresh.Put("Plan!A2", {"=\"x\"&Gone!A1"});
+    fresh.AddWorkbook("Other.xlsx", {"Start"});
+    reader = std::make_unique<CopyReader>(std::vector<std::string>{
+        "frmCopyWorksheet:cboTargetWorkbook=Other.xlsx;chkCopyColors=1;butCopy", kDone});
+    auto application = std::make_shared<testing::FaultyApplication>(fresh.application(), plan);
+    Services faulty{*reader, clock, versions};
+    CopyWorksheetClient client(faulty, application);
+    plan->calls = 0;
+    plan->failing_call = failing_call;
+    client.CopyWorksheet();
+    return fresh.application()->ScreenUpdating();
+  };
+  EXPECT_TRUE(run(0));
+  EXPECT_THAT(reader->reports, IsEmpty());
+  const int calls = plan->calls;
+  ASSERT_GE(calls, 60);
+  for (int failing = 1; failing <= calls; ++failing) {
+    SCOPED_TRACE("call " + std::to_string(failing) + " of " + std::to_string(calls));
+    // The first call switches screen updating off.
+    EXPECT_TRUE(run(failing));
+    EXPECT_THAT(Reported(), HasSubstr(FaultPlan::kText));
+  }
 }
 
 }  // namespace
