@@ -11,6 +11,7 @@
 #include "maintenance/ratios_comp_data_set.h"
 #include "maintenance/year_end.h"
 #include "refsheet/ref_sheet.h"
+#include "workbook_tools/copy_worksheet.h"
 
 namespace vantora::component {
 namespace {
@@ -90,6 +91,17 @@ PublicClass YearEnd() {
       .create = Create<clsYearEnd>};
 }
 
+PublicClass CopyWorksheet() {
+  return {.name = "clsCopyWorksheet",
+          .help = "Copying a worksheet or range into another workbook",
+          .methods = {{.name = "CopyWorksheet",
+                       .parameters = {},
+                       .asks = "frmCopyWorksheet (twice: to choose, and to read the outcome)",
+                       .help = "Copies a worksheet, or its selected area, into a new worksheet",
+                       .call = Run<clsCopyWorksheet, &clsCopyWorksheet::CopyWorksheet>}},
+          .create = Create<clsCopyWorksheet>};
+}
+
 PublicClass Freeze() {
   return {.name = "clsFreeze",
           .help = "Freezing the current results as the base case",
@@ -159,7 +171,7 @@ const std::vector<PublicClass>& PublicClasses() {
       ClearAllData(),
       Missing("clsMenuManagement", "The model's and the dashboard's menus"),
       Missing("clsDashboard", "The dashboard's chart list and column configurations"),
-      Missing("clsCopyWorksheet", "Copying a worksheet or range into another workbook"),
+      CopyWorksheet(),
       Missing("clsHider", "Handling of workbook open and save"),
       Missing("clsChartListControl", "The dashboard's chart list control"),
       Missing("clsNameManagement", "Defining and cleaning up defined names"),

@@ -117,4 +117,12 @@ class RatiosCompDataSetClient : public Client {
   void RatiosCompDataSet() { Call("RatiosCompDataSet"); }
 };
 
+class CopyWorksheetClient : public Client {
+ public:
+  CopyWorksheetClient(Services& services, host::ApplicationPtr application)
+      : Client("clsCopyWorksheet", services, std::move(application)) {}
+
+  void CopyWorksheet() { Call("CopyWorksheet"); }
+};
+
 }  // namespace vantora::testing

@@ -5,7 +5,6 @@
 namespace vantora::testing {
 namespace {
 
-constexpr embedded::StyleId kFilled = 1;
 constexpr int kFillColor = 36;
 
 struct Place {
@@ -16,25 +15,24 @@ struct Place {
 Place PlaceOf(const std::string& reference) {
   std::size_t mark = reference.find('!');
   embedded::Area area = embedded::ParseA1(reference.substr(mark + 1)).value();
-  return {reference.substr(0, mark), {area.first_row, area.first_column}};
+  std::string sheet = reference.substr(0, mark);
+  if (sheet.starts_with('\'')) sheet = sheet.substr(1, sheet.size() - 2);
+  return {sheet, {area.first_row, area.first_column}};
 }
 
 }  // namespace
 
 TestModel::TestModel(const std::vector<std::string>& sheet_names)
-    : session_(embedded::Session::Create(sheet_names)) {
-  model().styles.formats.resize(kFilled + 1);
-  model().styles.formats[kFilled].fill_color_index = kFillColor;
-}
+    : session_(embedded::Session::Create(sheet_names)) {}
 
 void TestModel::Put(const std::string& cell, const std::vector<Value>& values) {
-  host::RangePtr first = session_->Range(cell);
+  host::RangePtr first = session_->Range(cell, workbook_);
   int column = 1;
   for (const Value& value : values) first->Cells(1, column++)->SetValue(value);
 }
 
 std::vector<Value> TestModel::Get(const std::string& first_cell, int count) {
-  host::RangePtr first = session_->Range(first_cell);
+  host::RangePtr first = session_->Range(first_cell, workbook_);
   std::vector<Value> values;
   for (int column = 1; column <= count; ++column) {
     values.push_back(first->Cells(1, column)->Value());
@@ -44,11 +42,21 @@ std::vector<Value> TestModel::Get(const std::string& first_cell, int count) {
 
 void TestModel::Fill(const std::string& cell) {
   Place place = PlaceOf(cell);
-  SheetOf(place.sheet).cells.SetStyle(place.cell, kFilled);
+  embedded::SheetModel& sheet = SheetOf(place.sheet);
+  embedded::FormatChange change;
+  change.fill_color_index = kFillColor;
+  sheet.cells.SetStyle(place.cell, session_->file(workbook_).style_editor().Changed(
+                                       sheet.StyleOf(place.cell), change));
 }
 
 bool TestModel::IsFilled(const std::string& cell) {
-  return session_->Range(cell)->Interior()->ColorIndex() == kFillColor;
+  return session_->Range(cell, workbook_)->Interior()->ColorIndex() == kFillColor;
+}
+
+std::vector<std::string> TestModel::SheetNames() {
+  std::vector<std::string> names;
+  for (int sheet : model().tab_order) names.push_back(model().NameOf(sheet));
+  return names;
 }
 
 void TestModel::Name(std::string name, std::string refers_to) {
@@ -87,7 +95,7 @@ std::string TestModel::Formula(const std::string& cell) {
 }
 
 std::string TestModel::PartOf(std::string_view sheet, std::string_view kind) {
-  embedded::WorkbookFile& file = session_->file();
+  embedded::WorkbookFile& file = session_->file(workbook_);
   for (const auto& relationship :
        file.package().RelationshipsOf(file.part_of(*model().IdOf(sheet)))) {
     if (relationship.IsType(kind)) return file.package().Read(relationship.target);
@@ -122,7 +130,7 @@ bool TestModel::CommentsAreHidden(std::string_view sheet) {
 }
 
 std::vector<std::string> TestModel::Changes() {
-  embedded::ChangeList changes = session_->Changes();
+  embedded::ChangeList changes = session_->Changes(workbook_);
   std::vector<std::string> lines;
   for (const auto& columns : changes.inserted) {
     lines.push_back(columns.sheet + "!" + embedded::ColumnLetters(columns.column) + " inserted");

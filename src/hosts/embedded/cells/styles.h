@@ -31,6 +31,8 @@ struct Styles {
   Palette palette = DefaultPalette();
   // Indexed by StyleId; at least one entry.
   std::vector<CellFormat> formats{CellFormat{}};
+  // Pixels of the default font's widest digit: what widths of columns are counted in.
+  int max_digit_width = 7;
 
   const CellFormat& operator[](StyleId id) const {
     return formats[id < formats.size() ? id : 0];

@@ -178,6 +178,7 @@ void FollowColumnsOfSheet(SheetModel& sheet, const ColumnInsertion& insertion) {
                                    followed[i].last != sheet.column_formats[i].last;
   }
   sheet.column_formats = std::move(followed);
+  ++sheet.column_formats_version;
 }
 
 std::vector<bool> FollowNames(WorkbookModel& model, PrecedentFinder& precedents,

@@ -49,6 +49,8 @@ struct SheetModel {
   // Ascending and disjoint. `column_formats_changed` when they differ from the package's part.
   std::vector<ColumnFormat> column_formats;
   bool column_formats_changed = false;
+  // Counts the changes of `column_formats`: what is made of them is remembered as long as it stands.
+  unsigned column_formats_version = 0;
   // Formats of whole rows that have one of their own.
   std::map<int, StyleId> row_styles;
   RowTable rows;
@@ -86,6 +88,8 @@ class WorkbookModel : public SheetDirectory {
   bool structure_is_protected = false;
 
   SheetModel& AddSheet(std::string name);
+  // The name is free. Formulas follow by themselves: they know sheets by their ids.
+  void RenameSheet(int id, std::string name);
   std::optional<int> IdOf(std::string_view name) const override;
   const std::string& NameOf(int id) const override { return sheets[id]->name; }
   int PositionOf(int id) const override;

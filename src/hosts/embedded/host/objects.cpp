@@ -36,17 +36,19 @@ void PasteCopied(const BookHandle& book, int sheet, const Area& target, unsigned
   const auto& copied = book.application->copied;
   if (!copied) Refuse(method + " failed: nothing has been copied.");
   const Area& from = copied->area;
-  if (copied->workbook != book.workbook || copied->sheet != sheet) {
-    Refuse(method + " failed: a copy can be pasted on its own sheet only.");
-  }
   const Area to = FilledByPaste(from, target);
   if (to.last_row > kMaxRow || to.last_column > kMaxColumn) {
     Refuse("You can't paste this here because the Copy area and paste area aren't the same size.");
   }
+  const bool same_sheet = copied->workbook == book.workbook && copied->sheet == sheet;
   for (int row = to.first_row; row <= to.last_row; row += from.rows()) {
     for (int column = to.first_column; column <= to.last_column; column += from.columns()) {
-      book->Paste(sheet, from,
-                  {row, column, row + from.rows() - 1, column + from.columns() - 1}, parts);
+      const Area piece{row, column, row + from.rows() - 1, column + from.columns() - 1};
+      if (same_sheet) {
+        book->Paste(sheet, from, piece, parts);
+      } else {
+        book->PasteFrom(*copied->workbook, copied->sheet, sheet, from, piece, parts);
+      }
     }
   }
 }

@@ -388,13 +388,13 @@ std::vector<Uncalculated> OpenWorkbook::Calculate() {
   return calculator_.Uncalculable();
 }
 
-void OpenWorkbook::Save(const std::filesystem::path& path) {
+std::unique_ptr<ReplacementFile> OpenWorkbook::WriteBeside(const std::filesystem::path& path) {
   if (!Calculate().empty()) file_->RequestCalculationOnOpening();
   file_->SetActiveSheet(active_sheet_);
   for (const auto& [sheet_id, areas] : selections_) {
     file_->SetSelection(sheet_id, areas, {areas.front().first_row, areas.front().first_column});
   }
-  file_->Save(path);
+  return file_->WriteBeside(path);
 }
 
 }  // namespace vantora::embedded

@@ -13,6 +13,7 @@
 #include "core/host_error.h"
 #include "core/value.h"
 #include "formula/calculator.h"
+#include "host/column_sizes.h"
 #include "host/name_list.h"
 #include "host/feature_areas.h"
 #include "package/comments.h"
@@ -65,10 +66,33 @@ class OpenWorkbook {
   void ClearFormats(int sheet, const Area& area);
   // Both areas lie on `sheet`; `to` is of the same size as `from`.
   void Paste(int sheet, const Area& from, const Area& to, unsigned parts);
+  // The same from another sheet, of this workbook or of another one. Throws HostError for formulas
+  // that would refer to another workbook.
+  void PasteFrom(OpenWorkbook& source, int source_sheet, int sheet, const Area& from,
+                 const Area& to, unsigned parts);
+
+  // Valid until the sheet's columns change.
+  const ColumnSizes& Columns(int sheet);
+  // All of the columns first..last are hidden.
+  bool ColumnsHidden(int sheet, int first, int last);
+  void SetColumnsHidden(int sheet, int first, int last, bool hidden);
+  // In characters of the default font; 0 for a hidden column.
+  double ColumnWidth(int sheet, int column);
+  void SetColumnsWidth(int sheet, int first, int last, double characters);
 
   void AddComment(int sheet, CellAddress cell);
   void SetCommentText(int sheet, CellAddress cell, std::string_view text);
   void SetCommentVisible(int sheet, CellAddress cell, bool visible);
+
+  // Adds an empty worksheet behind the sheet `after`, with the next free default name; it becomes
+  // the active one.
+  int AddSheet(int after);
+  // Throws HostError for a name that no sheet may have or another one has, and for a sheet that was
+  // there when the workbook was opened.
+  void RenameSheet(int sheet, const std::string& name);
+
+  // Cells with colours of the palette change their look.
+  void SetPalette(const Palette& palette);
 
   int active_sheet() const { return active_sheet_; }
   // Throws HostError for a hidden sheet.
@@ -98,7 +122,9 @@ class OpenWorkbook {
 
   // Calculates everything and writes the file.
   std::vector<Uncalculated> Calculate();
-  void Save(const std::filesystem::path& path);
+  void Save(const std::filesystem::path& path) { WriteBeside(path)->Commit(); }
+  // The same without giving the file its name, which its Commit does.
+  std::unique_ptr<ReplacementFile> WriteBeside(const std::filesystem::path& path);
 
  private:
   std::string Describe(int sheet, const Area& area);
@@ -107,6 +133,8 @@ class OpenWorkbook {
   // Refuses an edit that would change some but not all cells of an array formula.
   void RefusePartOfArray(int sheet, const Area& area);
   void RefusePartOfMerge(int sheet, const Area& area);
+  double DefaultWidth(int sheet);
+  void RefuseFormattingColumns(int sheet, const char* property);
   // Before contents of the area are overwritten: refuses what can't be, and array formulas go.
   void PrepareContents(int sheet, const Area& area);
   void ForgetArrays(int sheet, const Area& area);
@@ -124,6 +152,10 @@ class OpenWorkbook {
   void PasteCell(SheetModel& sheet, const Cell& source, CellAddress from, CellAddress to,
                  unsigned parts);
   void PasteColumnFormats(SheetModel& sheet, const Area& from, const Area& to);
+  class CellTransfer;
+  void RefuseLinks(OpenWorkbook& source, int source_sheet, const Area& from);
+  void PasteFeaturesFrom(OpenWorkbook& source, int source_sheet, int sheet, const Area& from,
+                         const Area& to, unsigned parts);
 
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;
@@ -133,6 +165,7 @@ class OpenWorkbook {
   std::map<int, std::vector<CellAddress>> commented_cells_;
   int active_sheet_ = 0;
   std::map<int, std::vector<Area>> selections_;
+  std::map<int, ColumnSizes> column_sizes_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "formula/number_text.h"
+#include "formula/unknown_sheets.h"
 #include "host/change_recorder.h"
 #include "host/open_workbook.h"
 
@@ -59,9 +60,14 @@ void OpenWorkbook::PutFormula(int sheet_id, const Area& area, std::string_view f
     Put(sheet_id, area, Value(formula));
     return;
   }
+  Formula parsed = ParseFormula(formula.substr(1), first, model());
+  if (auto unknown = UnknownSheetIn(parsed, model())) {
+    Refuse("Application-defined or object-defined error: the formula \"" + std::string(formula) +
+           "\" refers to the sheet \"" + *unknown + "\", which the workbook does not have.");
+  }
   PrepareContents(sheet_id, area);
   // Relative references are distances, so that one formula serves all cells.
-  const FormulaId id = target.formulas.Intern(ParseFormula(formula.substr(1), first, model()));
+  const FormulaId id = target.formulas.Intern(std::move(parsed));
   for (int row = area.first_row; row <= area.last_row; ++row) {
     for (int column = area.first_column; column <= area.last_column; ++column) {
       PutValue(sheet_id, {row, column}, Value(0));  // makes the cell, with its format

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "host/objects.h"
+#include "package/column_width.h"
 #include "host/row_edits.h"
 
 namespace vantora::embedded {
@@ -224,13 +225,25 @@ void EmbeddedRange::SetRowsHidden(bool hidden) {
   embedded::SetRowsHidden(*book_, sheet_, area_, hidden);
 }
 
-bool EmbeddedRange::ColumnsHidden() { RefuseMember("Range.Columns.Hidden"); }
+bool EmbeddedRange::ColumnsHidden() {
+  return book_->ColumnsHidden(sheet_, area_.first_column, area_.last_column);
+}
 
-void EmbeddedRange::SetColumnsHidden(bool) { RefuseMember("Range.Columns.Hidden (put)"); }
+void EmbeddedRange::SetColumnsHidden(bool hidden) {
+  EndCopy();
+  book_->SetColumnsHidden(sheet_, area_.first_column, area_.last_column, hidden);
+}
 
-double EmbeddedRange::Left() { RefuseMember("Range.Left"); }
+double EmbeddedRange::Left() {
+  return static_cast<double>(book_->Columns(sheet_).Left(area_.first_column)) * kPointsPerPixel;
+}
 
-double EmbeddedRange::Width() { RefuseMember("Range.Width"); }
+double EmbeddedRange::Width() {
+  const ColumnSizes& columns = book_->Columns(sheet_);
+  return static_cast<double>(columns.Left(area_.last_column + 1) -
+                             columns.Left(area_.first_column)) *
+         kPointsPerPixel;
+}
 
 double EmbeddedRange::RowHeight() { return embedded::RowHeight(*book_, sheet_, area_.first_row); }
 
@@ -239,9 +252,14 @@ void EmbeddedRange::SetRowHeight(double points) {
   embedded::SetRowHeight(*book_, sheet_, area_, points);
 }
 
-double EmbeddedRange::ColumnWidth() { RefuseMember("Range.ColumnWidth"); }
+double EmbeddedRange::ColumnWidth() {
+  return book_->ColumnWidth(sheet_, area_.first_column);
+}
 
-void EmbeddedRange::SetColumnWidth(double) { RefuseMember("Range.ColumnWidth (put)"); }
+void EmbeddedRange::SetColumnWidth(double characters) {
+  EndCopy();
+  book_->SetColumnsWidth(sheet_, area_.first_column, area_.last_column, characters);
+}
 
 int EmbeddedRange::OutlineLevel() { return RowOutlineLevel(*book_, sheet_, area_.first_row); }
 

@@ -35,9 +35,15 @@ class SheetComments {
   // As a paste of `from` at `to` (the same size) does: texts, formats and sizes come along, and
   // what stood at `to` goes. A conversation is pasted as a plain comment.
   void Paste(const Area& from, const Area& to);
+  // The same from another sheet, of this workbook or another one.
+  void PasteFrom(SheetComments& source, const Area& from, const Area& to);
 
  private:
   class Edit;
+
+  // Puts copies of the comments of `from` into the parts that `to_edit` has open; both may be the
+  // same.
+  static void CopyComments(Edit& from_edit, Edit& to_edit, const Area& from, const Area& to);
 
   OpcPackage& package_;
   SheetMarkup& markup_;

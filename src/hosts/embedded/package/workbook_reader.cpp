@@ -60,6 +60,7 @@ void ReadSheetList(const OpcPackage& package, pugi::xml_node workbook, WorkbookP
     sheet.visibility = VisibilityOf(node.attribute("state").value());
     sheet.is_worksheet = found->IsType("worksheet");
     parts.sheets.push_back(found->target);
+    parts.sheet_relationships.push_back(found->id);
   });
   if (parts.sheets.empty()) FailWorkbook("it has no sheets");
 }

@@ -21,6 +21,10 @@ struct WorkbookChanges {
   bool calculate_on_opening = false;
   // Whether the workbook is calculated manually; nullopt leaves what it says.
   std::optional<bool> manual_calculation = std::nullopt;
+  // The relationships of the sheets' parts, by sheet id, and the id of the first sheet that was not
+  // there when the workbook was opened.
+  std::vector<std::string> sheet_relationships;
+  int first_added_sheet = 0;
 };
 
 // The main part's text with the changes and the model's names; nullopt when it stays. Throws
@@ -46,8 +50,10 @@ class NewSharedStrings {
   std::unordered_map<TextId, TextId> index_;
 };
 
-// Puts the columns' formats as the model has them in the place of <cols>.
-void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats);
+// Puts the columns' formats as the model has them in the place of <cols>. `max_digit_width` as of
+// Styles.
+void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& formats,
+                        int max_digit_width);
 // Makes <sheetFormatPr> say how deep the rows' outline is.
 void WriteRowOutline(SheetMarkup& markup, const SheetModel& sheet);
 // Makes <dimension> say `area` (nullopt: an empty sheet).
