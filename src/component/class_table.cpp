@@ -15,6 +15,7 @@
 #include "presentation/dashboard.h"
 #include "presentation/menu_management.h"
 #include "refsheet/ref_sheet.h"
+#include "workbook_tools/copy_worksheet.h"
 
 namespace vantora::component {
 namespace {
@@ -200,6 +201,17 @@ PublicClass Dashboard() {
           .create = Create<clsDashboard>};
 }
 
+PublicClass CopyWorksheet() {
+  return {.name = "clsCopyWorksheet",
+          .help = "Copying a worksheet or range into another workbook",
+          .methods = {{.name = "CopyWorksheet",
+                       .parameters = {},
+                       .asks = "frmCopyWorksheet (twice: to choose, and to read the outcome)",
+                       .help = "Copies a worksheet, or its selected area, into a new worksheet",
+                       .call = Run<clsCopyWorksheet, &clsCopyWorksheet::CopyWorksheet>}},
+          .create = Create<clsCopyWorksheet>};
+}
+
 PublicClass Freeze() {
   return {.name = "clsFreeze",
           .help = "Freezing the current results as the base case",
@@ -281,7 +293,7 @@ const std::vector<PublicClass>& PublicClasses() {
       ClearAllData(),
       MenuManagement(),
       Dashboard(),
-      Missing("clsCopyWorksheet", "Copying a worksheet or range into another workbook"),
+      CopyWorksheet(),
       Missing("clsHider", "Handling of workbook open and save"),
       Missing("clsChartListControl", "The dashboard's chart list control"),
       Missing("clsNameManagement", "Defining and cleaning up defined names"),

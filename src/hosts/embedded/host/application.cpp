@@ -1,6 +1,7 @@
 #include "host/application.h"
 
 #include "host/objects.h"
+#include "host/references.h"
 
 namespace vantora::embedded {
 namespace {
@@ -29,7 +30,7 @@ class EmbeddedApplication : public host::Application {
   double UsableWidth() override;
   bool DisplayFullScreen() override;
 
-  std::string Version() override;
+  std::string Version() override { return state_->version; }
 
   host::RangePtr Union(const host::RangePtr& first, const host::RangePtr& second) override;
 
@@ -42,6 +43,8 @@ class EmbeddedApplication : public host::Application {
   host::CommandBarPtr ActiveMenuBar() override { return MakeMenuBar(state_); }
 
  private:
+  // Refuses where nobody answers.
+  Prompts& Asking();
   BookHandle Book() const { return {state_, state_->active_workbook}; }
 
   std::shared_ptr<ApplicationState> state_;
@@ -82,8 +85,11 @@ std::vector<host::WorkbookPtr> EmbeddedApplication::Workbooks() {
 
 host::WindowPtr EmbeddedApplication::ActiveWindow() { RefuseMember("Application.ActiveWindow"); }
 
-void EmbeddedApplication::SetCalculation(host::XlCalculation) {
-  RefuseMember("Application.Calculation");
+// The mode is the application's: it holds for all its workbooks.
+void EmbeddedApplication::SetCalculation(host::XlCalculation calculation) {
+  for (const auto& workbook : state_->workbooks) {
+    workbook->SetManualCalculation(calculation == host::XlCalculation::kManual);
+  }
 }
 
 double EmbeddedApplication::UsableHeight() { RefuseMember("Application.UsableHeight"); }
@@ -92,21 +98,33 @@ double EmbeddedApplication::UsableWidth() { RefuseMember("Application.UsableWidt
 
 bool EmbeddedApplication::DisplayFullScreen() { RefuseMember("Application.DisplayFullScreen"); }
 
-std::string EmbeddedApplication::Version() { RefuseMember("Application.Version"); }
-
 host::RangePtr EmbeddedApplication::Union(const host::RangePtr& first,
                                           const host::RangePtr& second) {
   return UnionOf(first, second);
 }
 
-host::RangePtr EmbeddedApplication::InputRange(std::string_view, std::string_view) {
-  RefuseMember("Application.InputBox");
+Prompts& EmbeddedApplication::Asking() {
+  if (!state_->prompts) Refuse("There is nobody to answer what the operation asks.");
+  return *state_->prompts;
 }
 
-std::optional<std::string> EmbeddedApplication::GetSaveAsFilename(std::string_view,
-                                                                  std::string_view,
-                                                                  std::string_view) {
-  RefuseMember("Application.GetSaveAsFilename");
+host::RangePtr EmbeddedApplication::InputRange(std::string_view prompt, std::string_view title) {
+  std::string refusal;
+  while (true) {
+    const std::optional<std::string> reference = Asking().InputRange(prompt, title, refusal);
+    if (!reference) return nullptr;
+    try {
+      return ReferencedRange(Book(), *reference);
+    } catch (const HostError& error) {
+      refusal = error.description();
+    }
+  }
+}
+
+std::optional<std::string> EmbeddedApplication::GetSaveAsFilename(std::string_view initial_filename,
+                                                                  std::string_view file_filter,
+                                                                  std::string_view title) {
+  return Asking().GetSaveAsFilename(initial_filename, file_filter, title);
 }
 
 }  // namespace

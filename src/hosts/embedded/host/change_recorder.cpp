@@ -87,7 +87,9 @@ std::string ChangeRecorder::Display(int sheet, const Cell& cell, CellAddress at)
 
 void ChangeRecorder::AddSheetChanges(int sheet, ChangeList& list, std::size_t& new_results) const {
   const SheetModel& model = workbook_.sheet(sheet);
-  const CellStore& then = then_[sheet];
+  // A sheet that has come since had no cells.
+  static const CellStore kNoCells;
+  const CellStore& then = sheet < static_cast<int>(then_.size()) ? then_[sheet] : kNoCells;
   std::vector<CellChange> changes;
   auto add = [&](CellAddress now, CellAddress before, const Cell& old_cell, const Cell& new_cell) {
     std::string old_text = Display(sheet, old_cell, before);

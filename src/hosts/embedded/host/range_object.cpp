@@ -173,11 +173,14 @@ void EmbeddedRange::SetValues(std::span<const vantora::Value> rows) {
                    rows.first(std::min(rows.size(), static_cast<std::size_t>(area_.rows()))));
 }
 
-std::string EmbeddedRange::Formula() { RefuseMember("Range.Formula"); }
+std::string EmbeddedRange::Formula() { return book_->FormulaOf(sheet_, TopLeft(area_)); }
 
-void EmbeddedRange::SetFormula(std::string_view) { RefuseMember("Range.Formula (put)"); }
+void EmbeddedRange::SetFormula(std::string_view formula) {
+  EndCopy();
+  book_->PutFormula(sheet_, area_, formula);
+}
 
-bool EmbeddedRange::HasFormula() { RefuseMember("Range.HasFormula"); }
+bool EmbeddedRange::HasFormula() { return book_->HasFormula(sheet_, TopLeft(area_)); }
 
 std::vector<host::RangePtr> EmbeddedRange::Areas() {
   std::vector<host::RangePtr> areas;

@@ -75,7 +75,9 @@ void EmbeddedWorksheet::Paste() {
   PasteCopied(book_, sheet_, book_->Selection(sheet_), kPasteAll, kMethod);
 }
 
-void EmbeddedWorksheet::SetName(std::string_view) { RefuseMember("Worksheet.Name (put)"); }
+void EmbeddedWorksheet::SetName(std::string_view name) {
+  book_->RenameSheet(sheet_, std::string(name));
+}
 
 host::XlSheetVisibility EmbeddedWorksheet::Visible() {
   switch (book_->sheet(sheet_).visibility) {

@@ -9,6 +9,7 @@
 #include "package/area_list.h"
 #include "package/cell_patch.h"
 #include "package/column_width.h"
+#include "package/sheet_list.h"
 #include "package/sheet_reader.h"
 #include "package/sheet_writer.h"
 #include "package/xml_scanner.h"
@@ -48,7 +49,11 @@ bool ComesBeforeNames(std::string_view name) {
 class WorkbookPatcher {
  public:
   WorkbookPatcher(std::string_view text, const WorkbookModel& model, const WorkbookChanges& changes)
-      : xml_(text), patch_(text), model_(model), changes_(changes) {}
+      : xml_(text),
+        patch_(text),
+        model_(model),
+        changes_(changes),
+        sheets_(text, changes.sheet_relationships) {}
 
   std::optional<std::string> Run() {
     written_.resize(model_.names.size(), false);
@@ -74,12 +79,14 @@ class WorkbookPatcher {
     } else if (name == "calcPr") {
       has_calculation_ = true;
       if (changes_.calculate_on_opening) SetAttribute("fullCalcOnLoad", "1");
+      if (changes_.manual_calculation) SetCalculationMode(*changes_.manual_calculation);
       xml_.SkipElement();
     } else if (name == "bookViews") {
       PatchViews();
     } else if (name == "sheets") {
       if (changes_.active_tab && !has_views_) InsertViews();
       PatchSheets();
+      sheets_.Patch(model_, changes_.first_added_sheet, patch_);
     } else {
       xml_.SkipElement();
     }
@@ -93,6 +100,20 @@ class WorkbookPatcher {
     }
     std::size_t at = xml_.end() - (xml_.is_empty() ? 2 : 1);
     patch_.Insert(at, " " + std::string(name) + "=\"" + std::string(value) + "\"");
+  }
+
+  // Of the start tag at which the scanner stands. Automatic is what no attribute means.
+  void SetCalculationMode(bool manual) {
+    if (manual) {
+      SetAttribute("calcMode", "manual");
+    } else if (auto mode = xml_.Attribute("calcMode"); mode && *mode != "auto") {
+      patch_.Replace(*mode, "auto");
+    }
+  }
+
+  void SetTab(std::string_view name, int tab) {
+    std::string text = std::to_string(tab);
+    if (xml_.Attribute(name).value_or("0") != text) SetAttribute(name, text);
   }
 
   // In front of the element at which the scanner stands.
@@ -109,9 +130,11 @@ class WorkbookPatcher {
     bool first = true;
     while (xml_.Next() != Token::kEnd) {
       if (xml_.token() != Token::kStart) continue;
-      if (first && changes_.active_tab) {
-        std::string tab = std::to_string(*changes_.active_tab);
-        if (xml_.Attribute("activeTab").value_or("0") != tab) SetAttribute("activeTab", tab);
+      const int tab = TextToInteger(xml_.Attribute("activeTab").value_or("0")).value_or(0);
+      SetTab("activeTab", first && changes_.active_tab ? *changes_.active_tab
+                                                       : sheets_.PositionNow(tab, model_));
+      if (auto scrolled_to = xml_.Attribute("firstSheet")) {
+        SetTab("firstSheet", sheets_.PositionNow(TextToInteger(*scrolled_to).value_or(0), model_));
       }
       first = false;
       xml_.SkipElement();
@@ -120,10 +143,10 @@ class WorkbookPatcher {
 
   void PatchSheets() {
     if (xml_.is_empty()) return;
-    while (xml_.Next() != Token::kEnd) {
+    for (int position = 0; xml_.Next() != Token::kEnd;) {
       if (xml_.token() != Token::kStart) continue;
-      const std::optional<int> id = model_.IdOf(DecodeXml(xml_.Attribute("name").value_or("")));
-      if (id) PatchState(model_.sheets[*id]->visibility);
+      const int id = sheets_.IdAt(position++);
+      if (id >= 0) PatchState(model_.sheets[id]->visibility);
       xml_.SkipElement();
     }
   }
@@ -155,8 +178,11 @@ class WorkbookPatcher {
     std::string name = DecodeXml(raw_name);
     names_there_.emplace_back(CaseFolded(name), begin);
     int scope = -1;
-    if (auto local = xml_.Attribute("localSheetId")) {
-      std::from_chars(local->data(), local->data() + local->size(), scope);
+    const std::optional<std::string_view> local = xml_.Attribute("localSheetId");
+    if (local) {
+      int position = -1;
+      std::from_chars(local->data(), local->data() + local->size(), position);
+      scope = sheets_.IdAt(position);
     }
     const bool is_empty = xml_.is_empty();
     const std::size_t tag_end = xml_.end();
@@ -170,6 +196,10 @@ class WorkbookPatcher {
     written_[*index] = true;
     if (model_.names[*index].name != name) {
       patch_.Replace(raw_name, EncodeXmlAttribute(model_.names[*index].name));
+    }
+    if (local && scope >= 0) {
+      const std::string position = std::to_string(model_.PositionOf(scope));
+      if (position != *local) patch_.Replace(*local, position);
     }
     const std::string& text = model_.names[*index].refers_to;
     if (text == DecodeXml(raw)) return;
@@ -199,9 +229,11 @@ class WorkbookPatcher {
 
   void AddMissing() {
     AddMissingNames();
-    if (changes_.calculate_on_opening && !has_calculation_) {
+    const bool manual = changes_.manual_calculation.value_or(false);
+    if ((changes_.calculate_on_opening || manual) && !has_calculation_) {
       patch_.Insert(places_.calculation_after,
-                    "<" + places_.prefix + "calcPr fullCalcOnLoad=\"1\"/>");
+                    "<" + places_.prefix + "calcPr" + (manual ? " calcMode=\"manual\"" : "") +
+                        (changes_.calculate_on_opening ? " fullCalcOnLoad=\"1\"" : "") + "/>");
     }
   }
 
@@ -236,7 +268,9 @@ class WorkbookPatcher {
   std::string NameElement(const DefinedName& name) const {
     std::string element =
         "<" + places_.prefix + "definedName name=\"" + EncodeXmlAttribute(name.name) + "\"";
-    if (name.scope >= 0) element += " localSheetId=\"" + std::to_string(name.scope) + "\"";
+    if (name.scope >= 0) {
+      element += " localSheetId=\"" + std::to_string(model_.PositionOf(name.scope)) + "\"";
+    }
     return element + ">" + EncodeXmlText(name.refers_to) + "</" + places_.prefix + "definedName>";
   }
 
@@ -244,6 +278,7 @@ class WorkbookPatcher {
   TextPatch patch_;
   const WorkbookModel& model_;
   const WorkbookChanges& changes_;
+  SheetList sheets_;
   WorkbookPlaces places_;
   // By the model's names: an element is there.
   std::vector<bool> written_;
