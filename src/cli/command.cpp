@@ -39,7 +39,7 @@ ExitCode Follow(const Command& command, Environment& environment) {
       return outcome.exit_code;
     }
     case Command::Kind::kWindows:
-      return static_cast<int>(ShowWindows(command.windows, environment));
+      return ShowWindows(command.windows, environment);
     case Command::Kind::kRun: {
       const RunOutcome outcome = Run(command.run, environment);
       Report(outcome, command.run, environment.out, environment.err);

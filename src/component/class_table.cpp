@@ -16,6 +16,7 @@
 #include "presentation/display_modes.h"
 #include "presentation/menu_management.h"
 #include "refsheet/ref_sheet.h"
+#include "workbook_tools/copy_worksheet.h"
 
 namespace vantora::component {
 namespace {
@@ -95,55 +96,6 @@ PublicClass YearEnd() {
       .create = Create<clsYearEnd>};
 }
 
-PublicClass Freeze() {
-  return {.name = "clsFreeze",
-          .help = "Freezing the current results as the base case",
-          .methods = {{.name = "FreezeCurrentResults",
-                       .parameters = {},
-                       .asks = kAsksToConfirm,
-                       .help = "Copies the values of each live row into its base row",
-                       .call = Run<clsFreeze, &clsFreeze::FreezeCurrentResults>},
-                      {.name = "SetSpinnerstoBase",
-                       .parameters = {},
-                       .asks = "",
-                       .help = "Sets the entered cells of rows with spinner inputs to the base case",
-                       .call = Run<clsFreeze, &clsFreeze::SetSpinnerstoBase>}},
-          .create = Create<clsFreeze>};
-}
-
-PublicClass PlanningSpinners() {
-  return {.name = "clsPlanningSpinners",
-          .help = "The spin buttons of the planning sheets",
-          .methods = {{.name = "SpinnerChange",
-                       .parameters = {},
-                       .asks = "",
-                       .help = "Moves the projects of the spin button that called by whole years",
-                       .call = Run<clsPlanningSpinners, &clsPlanningSpinners::SpinnerChange>}},
-          .create = Create<clsPlanningSpinners>};
-}
-
-PublicClass RatiosCompDataSet() {
-  return {.name = "clsRatiosCompDataSet",
-          .help = "The ratio comparison data set",
-          .methods = {{.name = "RatiosCompDataSet",
-                       .parameters = {},
-                       .asks = "",
-                       .help = "Copies the comparison data to the rows of their ratios",
-                       .call = Run<clsRatiosCompDataSet, &clsRatiosCompDataSet::RatiosCompDataSet>}},
-          .create = Create<clsRatiosCompDataSet>};
-}
-
-PublicClass ClearAllData() {
-  return {.name = "clsClearAllData",
-          .help = "Clearing all entered data",
-          .methods = {{.name = "ClearAllData",
-                       .parameters = {},
-                       .asks = "confirmation (OK/Cancel), last chance (OK/Cancel)",
-                       .help = "Empties the cells of columns J to Y that have no fill",
-                       .call = Run<clsClearAllData, &clsClearAllData::ClearAllData>}},
-          .create = Create<clsClearAllData>};
-}
-
 Value SelectConfig(PublicObject& object, std::span<Argument> arguments) {
   const double number = std::get<Value>(arguments[0]).AsNumber();
   if (number < INT16_MIN || number > INT16_MAX) {
@@ -221,9 +173,9 @@ Method ColumnConfig(std::string_view name, std::string_view help, bool is_filled
           .asks = "",
           .help = help,
           .call = [](PublicObject& object, std::span<Argument> arguments) {
-            (static_cast<clsDashboard&>(object).*
-             member)(static_cast<int>(std::get<Value>(arguments[0]).AsNumber()),
-                     std::get<std::vector<bool>>(arguments[1]));
+            (static_cast<clsDashboard&>(object).*member)(
+                static_cast<int>(std::get<Value>(arguments[0]).AsNumber()),
+                std::get<std::vector<bool>>(arguments[1]));
             return Value();
           }};
 }
@@ -248,6 +200,68 @@ PublicClass Dashboard() {
                        .help = "Chooses the columns that each configuration shows, and the names",
                        .call = Run<clsDashboard, &clsDashboard::DashboardConfigure>}},
           .create = Create<clsDashboard>};
+}
+
+PublicClass CopyWorksheet() {
+  return {.name = "clsCopyWorksheet",
+          .help = "Copying a worksheet or range into another workbook",
+          .methods = {{.name = "CopyWorksheet",
+                       .parameters = {},
+                       .asks = "frmCopyWorksheet (twice: to choose, and to read the outcome)",
+                       .help = "Copies a worksheet, or its selected area, into a new worksheet",
+                       .call = Run<clsCopyWorksheet, &clsCopyWorksheet::CopyWorksheet>}},
+          .create = Create<clsCopyWorksheet>};
+}
+
+PublicClass Freeze() {
+  return {
+      .name = "clsFreeze",
+      .help = "Freezing the current results as the base case",
+      .methods = {{.name = "FreezeCurrentResults",
+                   .parameters = {},
+                   .asks = kAsksToConfirm,
+                   .help = "Copies the values of each live row into its base row",
+                   .call = Run<clsFreeze, &clsFreeze::FreezeCurrentResults>},
+                  {.name = "SetSpinnerstoBase",
+                   .parameters = {},
+                   .asks = "",
+                   .help = "Sets the entered cells of rows with spinner inputs to the base case",
+                   .call = Run<clsFreeze, &clsFreeze::SetSpinnerstoBase>}},
+      .create = Create<clsFreeze>};
+}
+
+PublicClass PlanningSpinners() {
+  return {.name = "clsPlanningSpinners",
+          .help = "The spin buttons of the planning sheets",
+          .methods = {{.name = "SpinnerChange",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Moves the projects of the spin button that called by whole years",
+                       .call = Run<clsPlanningSpinners, &clsPlanningSpinners::SpinnerChange>}},
+          .create = Create<clsPlanningSpinners>};
+}
+
+PublicClass RatiosCompDataSet() {
+  return {
+      .name = "clsRatiosCompDataSet",
+      .help = "The ratio comparison data set",
+      .methods = {{.name = "RatiosCompDataSet",
+                   .parameters = {},
+                   .asks = "",
+                   .help = "Copies the comparison data to the rows of their ratios",
+                   .call = Run<clsRatiosCompDataSet, &clsRatiosCompDataSet::RatiosCompDataSet>}},
+      .create = Create<clsRatiosCompDataSet>};
+}
+
+PublicClass ClearAllData() {
+  return {.name = "clsClearAllData",
+          .help = "Clearing all entered data",
+          .methods = {{.name = "ClearAllData",
+                       .parameters = {},
+                       .asks = "confirmation (OK/Cancel), last chance (OK/Cancel)",
+                       .help = "Empties the cells of columns J to Y that have no fill",
+                       .call = Run<clsClearAllData, &clsClearAllData::ClearAllData>}},
+          .create = Create<clsClearAllData>};
 }
 
 PublicClass DisplayModes() {
@@ -297,8 +311,7 @@ PublicClass DevelopmentMode() {
                        .parameters = {},
                        .asks = "message (OK) when there are discrepancies",
                        .help = "Lists the planning keys and their discrepancies",
-                       .call =
-                           Run<clsDevelopmentMode, &clsDevelopmentMode::CheckPlanningKeys>}},
+                       .call = Run<clsDevelopmentMode, &clsDevelopmentMode::CheckPlanningKeys>}},
           .create = Create<clsDevelopmentMode>};
 }
 
@@ -322,7 +335,7 @@ const std::vector<PublicClass>& PublicClasses() {
       ClearAllData(),
       MenuManagement(),
       Dashboard(),
-      Missing("clsCopyWorksheet", "Copying a worksheet or range into another workbook"),
+      CopyWorksheet(),
       Missing("clsHider", "Handling of workbook open and save"),
       Missing("clsChartListControl", "The dashboard's chart list control"),
       Missing("clsNameManagement", "Defining and cleaning up defined names"),

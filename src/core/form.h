@@ -64,12 +64,23 @@ class TextBox : public Control {
   bool multi_line() const { return multi_line_; }
   // Replaces the text and runs `on_change` when it differs. Users and the form's code both call it.
   void SetText(std::string_view text);
+  // A text that users can only read.
+  bool read_only() const { return read_only_; }
+  void SetReadOnly() { read_only_ = true; }
+  bool bold() const { return bold_; }
+  void SetBold(bool bold) { bold_ = bold; }
+  // The letters' colour, red in the lowest byte and blue in the third (0x00BBGGRR).
+  unsigned fore_color() const { return fore_color_; }
+  void SetForeColor(unsigned color) { fore_color_ = color; }
 
   std::function<void()> on_change;
 
  private:
   std::string text_;
   bool multi_line_;
+  bool read_only_ = false;
+  bool bold_ = false;
+  unsigned fore_color_ = 0;
 };
 
 // A drop-down list or an open list of which one entry can be chosen.
@@ -138,7 +149,7 @@ class Button : public Control {
 
   // Enter presses the default button, Escape the cancel button.
   bool is_default() const { return is_default_; }
-  void SetDefault() { is_default_ = true; }
+  void SetDefault(bool is_default = true) { is_default_ = is_default; }
   bool is_cancel() const { return is_cancel_; }
   void SetCancel() { is_cancel_ = true; }
   // What a user's press does; nothing when the button is disabled or hidden.

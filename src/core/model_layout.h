@@ -9,13 +9,13 @@ namespace vantora::model {
 // Flags in cell A1.
 inline constexpr std::string_view kReferenceSheetFlag = "X";
 inline constexpr std::string_view kHistorySheetFlag = "S";
+inline constexpr std::string_view kMenuSheetFlag = "M";
+inline constexpr std::string_view kMenuIconFlag = "I";
+inline constexpr std::string_view kDashboardSheetFlag = "D";
 inline constexpr std::string_view kFreezeSheetFlag = "F";
 inline constexpr std::string_view kClearSheetFlag = "Z";
 inline constexpr std::string_view kKeyListSheetFlag = "L";
 inline constexpr std::string_view kRatioSheetFlag = "G";
-inline constexpr std::string_view kMenuSheetFlag = "M";
-inline constexpr std::string_view kMenuIconFlag = "I";
-inline constexpr std::string_view kDashboardSheetFlag = "D";
 
 // The yearly columns.
 inline constexpr int kFirstHistoryColumn = 10;  // J, the oldest year

@@ -31,9 +31,8 @@ std::string_view HiddenList(std::string_view text) {
   const std::optional<std::size_t> token = FindIgnoreCase(text, kTokenStart);
   if (!token) return {};
   std::string_view list = text.substr(*token + kTokenStart.size());
-  const std::size_t end = list.find(')');
   // A bracket right at the start stays in the list, where it is no number.
-  return end == 0 ? list : list.substr(0, end);
+  return list.substr(0, list.find(')', 1));
 }
 
 // Takes the first part of a list off it.

@@ -28,17 +28,8 @@ constexpr double kHeight = kButtonTop + kButtonHeight + kMargin;
 
 double BoxLeft(int configuration) { return kBoxLeft + (configuration - 1) * kBoxStep; }
 
-std::string Joined(const std::vector<std::string>& titles) {
-  std::string text;
-  for (const std::string& title : titles) {
-    if (title.empty()) continue;
-    text += (text.empty() ? "" : ", ") + title;
-  }
-  return text;
-}
-
-// Where a caption is to show an '&' itself.
-std::string WithoutAccelerator(const std::string& text) {
+// For a caption, where a single '&' marks an accelerator.
+std::string EscapedAmpersands(const std::string& text) {
   std::string escaped;
   for (char c : text) escaped += c == '&' ? "&&" : std::string(1, c);
   return escaped;
@@ -112,18 +103,23 @@ void frmDashConfigure::AddNames() {
 
 void frmDashConfigure::AddColumn(int column, const std::vector<std::string>& titles) {
   if (column < 1 || column > columns_) return;
-  if (std::any_of(rows_.begin(), rows_.end(),
-                  [&](const Row& row) { return row.column == column; })) {
-    return;
+  const auto known = std::find_if(rows_.begin(), rows_.end(),
+                                  [&](const Row& row) { return row.column == column; });
+  Row& row = known != rows_.end() ? *known : AddRow(column);
+  for (const std::string& title : titles) {
+    if (title.empty()) continue;
+    row.charts += (row.charts.empty() ? ": " : ", ") + title;
   }
-  Row row{column, std::vector<bool>(kDashboardConfigurations + 1), nullptr, {}};
+  row.label->SetCaption(EscapedAmpersands("Column " + std::to_string(column) + row.charts));
+}
+
+frmDashConfigure::Row& frmDashConfigure::AddRow(int column) {
+  Row row{column, "", std::vector<bool>(kDashboardConfigurations + 1), nullptr, {}};
   dashboard_->RetrieveColumnConfig(column, row.stored);
   const std::string number = std::to_string(column);
-  const std::string charts = Joined(titles);
   const double top = kFirstRowTop + static_cast<double>(rows_.size() % kRowsOnPage) * kRowStep;
   row.label = &Add<Label>(
-      "lblColumn" + number,
-      WithoutAccelerator("Column " + number + (charts.empty() ? "" : ": " + charts)),
+      "lblColumn" + number, "",
       Bounds{.left = kMargin, .top = top, .width = kTitleWidth, .height = kRowStep - 2});
   for (int configuration = 1; configuration <= kDashboardConfigurations; ++configuration) {
     const std::string caption = std::to_string(configuration);
@@ -133,7 +129,7 @@ void frmDashConfigure::AddColumn(int column, const std::vector<std::string>& tit
     box.SetChecked(row.stored[static_cast<std::size_t>(configuration)]);
     row.boxes[static_cast<std::size_t>(configuration - 1)] = &box;
   }
-  rows_.push_back(std::move(row));
+  return rows_.emplace_back(std::move(row));
 }
 
 void frmDashConfigure::OnActivate() {

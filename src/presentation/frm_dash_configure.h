@@ -36,13 +36,14 @@ class frmDashConfigure final : public Form {
   void Dashboard(host::WorksheetPtr sheet) { sheet_ = std::move(sheet); }
   // The columns that can be added: 1 to `columns`.
   void CheckBoxListSize(int columns) { columns_ = columns; }
-  // Adds a row for the column, unless it has one or is none that can be added. `titles` are those
-  // of its charts.
+  // Adds a row for the column, or to the row that it has; nothing when it is none that can be
+  // added. `titles` are those of its charts.
   void AddColumn(int column, const std::vector<std::string>& titles);
 
  private:
   struct Row {
     int column;
+    std::string charts;
     // As the dashboard has them, by configuration number.
     std::vector<bool> stored;
     Label* label;
@@ -51,6 +52,7 @@ class frmDashConfigure final : public Form {
 
   void OnActivate() override;
   void AddNames();
+  Row& AddRow(int column);
   void AddButtons();
   void ShowPage(int page);
   int PageCount() const;

@@ -128,6 +128,22 @@ TEST_F(ColumnsTest, AProtectedSheetRefusesUnlessItLetsColumnsBeFormatted) {
   EXPECT_TRUE(Column(2)->ColumnsHidden());
 }
 
+TEST_F(ColumnsTest, TheListOfChangesNamesColumnsThatWereHiddenOrShown) {
+  Model().column_formats = {{2, 3, 0, " width=\"5\" hidden=\"1\""}};
+  session_->RecordChanges();
+  Column(2)->SetColumnsHidden(false);
+  for (int column : {6, 7, 9}) Column(column)->SetColumnsHidden(true);
+  Column(8)->SetColumnsHidden(true);
+  Column(8)->SetColumnsHidden(false);
+  EXPECT_EQ(session_->Changes().others,
+            (std::vector<std::string>{"columns shown at Data!B:B", "columns hidden at Data!F:G",
+                                      "columns hidden at Data!I:I"}));
+  Column(1)->Insert(host::XlInsertShiftDirection::kToRight);
+  EXPECT_EQ(session_->Changes().others,
+            (std::vector<std::string>{"columns shown at Data!C:C", "columns hidden at Data!G:H",
+                                      "columns hidden at Data!J:J"}));
+}
+
 class ColumnsInFilesTest : public testing::Test {
  protected:
   void SetUp() override {

@@ -122,4 +122,70 @@ class DisplayModesClient : public Client {
   }
 };
 
+class DashboardClient : public Client {
+ public:
+  DashboardClient(Services& services, host::ApplicationPtr application)
+      : Client("clsDashboard", services, std::move(application)) {}
+
+  void BuildChartList() { Call("BuildChartList"); }
+  void DashboardConfigure() { Call("DashboardConfigure"); }
+  // `flags` holds configuration 1 first.
+  void RetrieveColumnConfig(int column, std::vector<bool>& flags) {
+    std::vector<Argument> arguments = {Value(column), Numbered(flags)};
+    CallByReference("RetrieveColumnConfig", arguments);
+    const auto& filled = std::get<std::vector<bool>>(arguments[1]);
+    flags.assign(filled.begin() + 1, filled.end());
+  }
+  void SaveColumnConfig(int column, const std::vector<bool>& flags) {
+    Call("SaveColumnConfig", {Value(column), Numbered(flags)});
+  }
+
+ private:
+  static std::vector<bool> Numbered(std::vector<bool> flags) {
+    flags.insert(flags.begin(), false);
+    return flags;
+  }
+};
+
+class FreezeClient : public Client {
+ public:
+  FreezeClient(Services& services, host::ApplicationPtr application)
+      : Client("clsFreeze", services, std::move(application)) {}
+
+  void FreezeCurrentResults() { Call("FreezeCurrentResults"); }
+  void SetSpinnerstoBase() { Call("SetSpinnerstoBase"); }
+};
+
+class PlanningSpinnersClient : public Client {
+ public:
+  PlanningSpinnersClient(Services& services, host::ApplicationPtr application)
+      : Client("clsPlanningSpinners", services, std::move(application)) {}
+
+  void SpinnerChange() { Call("SpinnerChange"); }
+};
+
+class ClearAllDataClient : public Client {
+ public:
+  ClearAllDataClient(Services& services, host::ApplicationPtr application)
+      : Client("clsClearAllData", services, std::move(application)) {}
+
+  void ClearAllData() { Call("ClearAllData"); }
+};
+
+class RatiosCompDataSetClient : public Client {
+ public:
+  RatiosCompDataSetClient(Services& services, host::ApplicationPtr application)
+      : Client("clsRatiosCompDataSet", services, std::move(application)) {}
+
+  void RatiosCompDataSet() { Call("RatiosCompDataSet"); }
+};
+
+class CopyWorksheetClient : public Client {
+ public:
+  CopyWorksheetClient(Services& services, host::ApplicationPtr application)
+      : Client("clsCopyWorksheet", services, std::move(application)) {}
+
+  void CopyWorksheet() { Call("CopyWorksheet"); }
+};
+
 }  // namespace vantora::testing

@@ -1,5 +1,7 @@
 #include "operations/test_model.h"
 
+#include <cmath>
+
 #include "core/convert.h"
 #include "package/xml_scanner.h"
 
@@ -16,7 +18,9 @@ struct Place {
 Place PlaceOf(const std::string& reference) {
   std::size_t mark = reference.find('!');
   embedded::Area area = embedded::ParseA1(reference.substr(mark + 1)).value();
-  return {reference.substr(0, mark), {area.first_row, area.first_column}};
+  std::string sheet = reference.substr(0, mark);
+  if (sheet.starts_with('\'')) sheet = sheet.substr(1, sheet.size() - 2);
+  return {sheet, {area.first_row, area.first_column}};
 }
 
 std::string InBracketsWhenHidden(const std::string& text, const embedded::MenuEntry& entry) {
@@ -43,13 +47,13 @@ TestModel::TestModel(const std::vector<std::string>& sheet_names)
     : session_(embedded::Session::Create(sheet_names)) {}
 
 void TestModel::Put(const std::string& cell, const std::vector<Value>& values) {
-  host::RangePtr first = session_->Range(cell);
+  host::RangePtr first = session_->Range(cell, workbook_);
   int column = 1;
   for (const Value& value : values) first->Cells(1, column++)->SetValue(value);
 }
 
 std::vector<Value> TestModel::Get(const std::string& first_cell, int count) {
-  host::RangePtr first = session_->Range(first_cell);
+  host::RangePtr first = session_->Range(first_cell, workbook_);
   std::vector<Value> values;
   for (int column = 1; column <= count; ++column) {
     values.push_back(first->Cells(1, column)->Value());
@@ -68,11 +72,22 @@ std::vector<std::string> TestModel::Windows() {
 }
 
 void TestModel::Fill(const std::string& cell) {
-  session_->Range(cell)->Interior()->SetColorIndex(kFillColor);
+  Place place = PlaceOf(cell);
+  embedded::SheetModel& sheet = SheetOf(place.sheet);
+  embedded::FormatChange change;
+  change.fill_color_index = kFillColor;
+  sheet.cells.SetStyle(place.cell, session_->file(workbook_).style_editor().Changed(
+                                       sheet.StyleOf(place.cell), change));
 }
 
 bool TestModel::IsFilled(const std::string& cell) {
-  return session_->Range(cell)->Interior()->ColorIndex() == kFillColor;
+  return session_->Range(cell, workbook_)->Interior()->ColorIndex() == kFillColor;
+}
+
+std::vector<std::string> TestModel::SheetNames() {
+  std::vector<std::string> names;
+  for (int sheet : model().tab_order) names.push_back(model().NameOf(sheet));
+  return names;
 }
 
 void TestModel::Name(std::string name, std::string refers_to) {
@@ -116,6 +131,20 @@ void TestModel::Hide(std::string_view sheet) {
 
 void TestModel::Protect(std::string_view sheet) { SheetOf(sheet).is_protected = true; }
 
+void TestModel::AddSpinner(std::string_view sheet, std::string_view name,
+                           std::string_view linked_cell) {
+  embedded::OpcPackage& package = session_->file().package();
+  const std::string part = package.FreePartName("xl/drawings/vmlDrawing", ".vml");
+  std::string id(name);
+  for (std::size_t at; (at = id.find(' ')) != std::string::npos;) id.replace(at, 1, "_x0020_");
+  package.Write(part, "<xml><v:shape id=\"" + id + "\"><x:ClientData ObjectType=\"Spin\">" +
+                          "<x:FmlaLink>" + std::string(linked_cell) +
+                          "</x:FmlaLink></x:ClientData></v:shape></xml>");
+  package.AddRelationship(
+      session_->file().part_of(*model().IdOf(sheet)),
+      "http://schemas.openxmlformats.org/officeDocument/2006/relationships/vmlDrawing", part);
+}
+
 std::string TestModel::Formula(const std::string& cell) {
   Place place = PlaceOf(cell);
   embedded::SheetModel& sheet = SheetOf(place.sheet);
@@ -123,8 +152,35 @@ std::string TestModel::Formula(const std::string& cell) {
   return id == 0 ? "" : embedded::FormulaText(sheet.formulas[id], place.cell, model());
 }
 
-std::string TestModel::PartOf(std::string_view sheet, std::string_view kind) {
+void TestModel::AddCharts(std::string_view sheet, const std::vector<TestChart>& charts) {
+  constexpr std::string_view kType =
+      "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
+  constexpr double kUnits = 12700;
   embedded::WorkbookFile& file = session_->file();
+  const std::string drawing = file.package().FreePartName("xl/drawings/drawing", ".xml");
+  file.package().AddRelationship(file.part_of(*model().IdOf(sheet)), std::string(kType) + "drawing",
+                                 drawing);
+  auto units = [](double points) { return std::to_string(std::llround(points * kUnits)); };
+  std::string anchors;
+  for (const TestChart& chart : charts) {
+    const std::string part = file.package().FreePartName("xl/charts/chart", ".xml");
+    const std::string title = chart.title.empty() ? "<autoTitleDeleted val=\"1\"/>"
+                                                  : "<title><tx><rich><p><r><t>" +
+                                                        embedded::EncodeXmlText(chart.title) +
+                                                        "</t></r></p></rich></tx></title>";
+    file.package().Write(part, "<chartSpace><chart>" + title + "<plotArea/></chart></chartSpace>");
+    const std::string id =
+        file.package().AddRelationship(drawing, std::string(kType) + "chart", part);
+    anchors += "<absoluteAnchor><pos x=\"" + units(chart.left) + "\" y=\"" + units(chart.top) +
+               "\"/><ext cx=\"" + units(chart.width) +
+               "\" cy=\"1\"/><graphicFrame><graphic><graphicData><chart id=\"" + id +
+               "\"/></graphicData></graphic></graphicFrame></absoluteAnchor>";
+  }
+  file.package().Write(drawing, "<wsDr>" + anchors + "</wsDr>");
+}
+
+std::string TestModel::PartOf(std::string_view sheet, std::string_view kind) {
+  embedded::WorkbookFile& file = session_->file(workbook_);
   for (const auto& relationship :
        file.package().RelationshipsOf(file.part_of(*model().IdOf(sheet)))) {
     if (relationship.IsType(kind)) return file.package().Read(relationship.target);
@@ -177,7 +233,7 @@ std::vector<std::string> TestModel::Menu(std::string_view tag, std::size_t n) {
 }
 
 std::vector<std::string> TestModel::Changes() {
-  embedded::ChangeList changes = session_->Changes();
+  embedded::ChangeList changes = session_->Changes(workbook_);
   std::vector<std::string> lines;
   for (const auto& columns : changes.inserted) {
     lines.push_back(columns.sheet + "!" + embedded::ColumnLetters(columns.column) + " inserted");

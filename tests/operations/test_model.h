@@ -11,10 +11,24 @@
 
 namespace vantora::testing {
 
-// Cells are named "Data!O3"; sheet names here need no quotes.
+// Lengths in points. A chart with an empty title has none.
+struct TestChart {
+  double left = 0;
+  double top = 0;
+  double width = 0;
+  std::string title;
+};
+
+// Cells are named "Data!O3", "'Copy of Data'!O3".
 class TestModel {
  public:
   explicit TestModel(const std::vector<std::string>& sheet_names);
+  // Opens another workbook, not the active one, and returns its number.
+  int AddWorkbook(const std::string& name, const std::vector<std::string>& sheet_names) {
+    return session_->CreateFurther(name, sheet_names);
+  }
+  // What is said of cells and sheets from here on concerns that workbook (0: the first).
+  void Use(int workbook) { workbook_ = workbook; }
 
   // Puts the values side by side, beginning at the cell. A text "=..." is a formula.
   void Put(const std::string& cell, const std::vector<Value>& values);
@@ -23,6 +37,9 @@ class TestModel {
   void Name(std::string name, std::string refers_to);
   void Hide(std::string_view sheet);
   void Protect(std::string_view sheet);
+  bool IsProtected(std::string_view sheet) { return SheetOf(sheet).is_protected; }
+  // Puts the charts on a sheet that has none.
+  void AddCharts(std::string_view sheet, const std::vector<TestChart>& charts);
   // The workbook has the routines that the Reference Sheet's code module offers.
   void HaveSortButtons() {
     session_->AddSheetRoutine("ResetKeySortButtons");
@@ -30,13 +47,20 @@ class TestModel {
   }
   // It counts as no worksheet from then on, and is active if it was.
   void TurnIntoChartSheet(std::string_view sheet) { SheetOf(sheet).is_worksheet = false; }
-  void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
+  // A spin button, linked to a cell as its text says ("$C$12"). One for each sheet.
+  void AddSpinner(std::string_view sheet, std::string_view name, std::string_view linked_cell);
+  // The shape of the active sheet that runs the next operation.
+  void SetCaller(std::string_view shape) { session_->SetCaller(shape); }
+  void Activate(std::string_view sheet) { session_->Worksheet(sheet, workbook_)->Activate(); }
+  // An address of the active sheet.
+  void Select(const std::string& cells) { session_->Range(cells)->Select(); }
+  void ActivateWorkbook(int workbook) { session_->ActivateWorkbook(workbook); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }
 
   host::ApplicationPtr application() { return session_->application(); }
-  host::WorksheetPtr Sheet(std::string_view name) { return session_->Worksheet(name); }
-  Value Get(const std::string& cell) { return session_->Range(cell)->Value(); }
+  host::WorksheetPtr Sheet(std::string_view name) { return session_->Worksheet(name, workbook_); }
+  Value Get(const std::string& cell) { return session_->Range(cell, workbook_)->Value(); }
   // "Data 0,295 1428x305" for each open window, the active one first.
   std::vector<std::string> Windows();
   void SetUsableArea(double width, double height, bool full_screen) {
@@ -52,6 +76,8 @@ class TestModel {
   std::string Alignment(const std::string& cell);
   // "Reference!B5:D7" for what is selected on the active sheet.
   std::string Selection();
+  // Of all sheets, in tab order.
+  std::vector<std::string> SheetNames();
   std::string ActiveSheet() { return application()->ActiveSheet()->Name(); }
   // The text of a cell's comment; "none" when it has none.
   std::string Comment(const std::string& cell);
@@ -67,7 +93,7 @@ class TestModel {
   std::vector<std::string> Changes();
 
  private:
-  embedded::WorkbookModel& model() { return session_->file().model(); }
+  embedded::WorkbookModel& model() { return session_->file(workbook_).model(); }
   embedded::SheetModel& SheetOf(std::string_view name) {
     return *model().sheets[*model().IdOf(name)];
   }
@@ -75,6 +101,7 @@ class TestModel {
   std::string PartOf(std::string_view sheet, std::string_view kind);
 
   std::unique_ptr<embedded::Session> session_;
+  int workbook_ = 0;
 };
 
 }  // namespace vantora::testing

@@ -10,7 +10,14 @@
 namespace vantora::ui {
 namespace {
 
-bool IsUsable(const Control& control) { return control.visible() && control.enabled(); }
+bool IsReadOnlyText(const Control& control) {
+  const auto* box = dynamic_cast<const TextBox*>(&control);
+  return box && box->read_only();
+}
+
+bool IsUsable(const Control& control) {
+  return control.visible() && control.enabled() && !IsReadOnlyText(control);
+}
 
 // Typed for an empty text, where Enter alone keeps the one that is there.
 constexpr std::string_view kEmptyText = "\"\"";
@@ -66,10 +73,16 @@ void FormPrompts::Run() {
 
 void FormPrompts::ShowTexts(bool with_headings) {
   for (const auto& control : form_.controls()) {
-    if (control->kind() != ControlKind::kLabel || !control->visible()) continue;
-    if (!with_headings && IsHeading(form_, static_cast<const Label&>(*control))) continue;
-    if (!control->caption().empty())
+    if (!control->visible()) continue;
+    // A text of several lines ends in line breaks as a rule; blank lines at its end say nothing.
+    if (IsReadOnlyText(*control)) {
+      const std::string& text = static_cast<const TextBox&>(*control).text();
+      const std::size_t end = text.find_last_not_of("\n");
+      if (end != std::string::npos) terminal_.WriteParagraph(text.substr(0, end + 1));
+    } else if (control->kind() == ControlKind::kLabel && !control->caption().empty()) {
+      if (!with_headings && IsHeading(form_, static_cast<const Label&>(*control))) continue;
       terminal_.WriteParagraph(WithoutAccelerators(control->caption()));
+    }
   }
 }
 

@@ -83,6 +83,9 @@ class Attempt {
            "=value");
     }
     if (auto* text_box = dynamic_cast<TextBox*>(&control)) {
+      if (text_box->read_only()) {
+        Fail("sets the control " + control.name() + ", which can only be read");
+      }
       text_box->SetText(answer.value);
     } else if (auto* list = dynamic_cast<ChoiceList*>(&control)) {
       std::optional<int> entry = FindEntry(*list, answer.value);

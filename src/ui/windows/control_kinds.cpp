@@ -34,16 +34,23 @@ class TextBoxWindow final : public ControlWindow {
     return true;
   }
 
+  bool IsBold() const override { return box_.bold(); }
+  std::optional<COLORREF> LetterColor() const override {
+    if (box_.fore_color() == 0) return std::nullopt;
+    return static_cast<COLORREF>(box_.fore_color());
+  }
+
  private:
   // Enter makes a new line only where it does not press a button.
   static DWORD StyleOf(const Form& form, const TextBox& box) {
-    if (!box.multi_line()) return WS_TABSTOP | ES_AUTOHSCROLL;
+    const DWORD read_only = box.read_only() ? ES_READONLY : 0;
+    if (!box.multi_line()) return WS_TABSTOP | ES_AUTOHSCROLL | read_only;
     const bool has_default =
         std::any_of(form.controls().begin(), form.controls().end(), [](const auto& control) {
           const auto* button = dynamic_cast<const Button*>(control.get());
           return button && button->is_default();
         });
-    return WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
+    return WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | read_only |
            (has_default ? 0 : ES_WANTRETURN);
   }
 

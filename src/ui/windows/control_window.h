@@ -31,6 +31,9 @@ class ControlWindow {
   HWND handle() const { return window_; }
   const Control& control() const { return control_; }
   void SetFont(HFONT font);
+  virtual bool IsBold() const { return false; }
+  // The colour of its letters where the control has one of its own.
+  virtual std::optional<COLORREF> LetterColor() const { return std::nullopt; }
   // In pixels of the dialog's client area. Does nothing when it stands there already.
   void Place(const RECT& place);
   // Brings the window in line with the control, touching only what differs.

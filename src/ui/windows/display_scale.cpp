@@ -62,13 +62,14 @@ void TakeOverScaling(HWND dialog) {
 
 int ToPixels(double points, UINT dpi) { return static_cast<int>(std::lround(points * dpi / 72)); }
 
-MessageFont::MessageFont(UINT dpi) {
+MessageFont::MessageFont(UINT dpi, Weight weight) {
   LOGFONTW font = {};
   if (!ReadMessageFont(dpi, font)) {
     font.lfHeight = -ToPixels(kDialogFontPoints, dpi);
     font.lfCharSet = DEFAULT_CHARSET;
     std::wcscpy(font.lfFaceName, kDialogFont);
   }
+  if (weight == Weight::kBold) font.lfWeight = FW_BOLD;
   font_ = CreateFontIndirectW(&font);
 }
 

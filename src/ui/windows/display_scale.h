@@ -20,7 +20,8 @@ int ToPixels(double points, UINT dpi);
 // The font in which the system writes messages; that of dialogs where it does not tell.
 class MessageFont {
  public:
-  explicit MessageFont(UINT dpi);
+  enum class Weight { kRegular, kBold };
+  explicit MessageFont(UINT dpi, Weight weight = Weight::kRegular);
   ~MessageFont() { DeleteObject(font_); }
   MessageFont(const MessageFont&) = delete;
   MessageFont& operator=(const MessageFont&) = delete;

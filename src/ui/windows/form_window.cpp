@@ -181,6 +181,11 @@ INT_PTR FormWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       controls_[position]->Draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(lparam));
       return TRUE;
     }
+    // A text box that can only be read is drawn as a static text.
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORSTATIC:
+      return ColorLetters(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam),
+                          message == WM_CTLCOLOREDIT ? COLOR_WINDOW : COLOR_BTNFACE);
     case WM_STYLECHANGED:
       // The frame is drawn anew, without the buttons of a system menu that was removed.
       SetWindowPos(window_, nullptr, 0, 0, 0, 0,
@@ -192,6 +197,18 @@ INT_PTR FormWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     default:
       return FALSE;
   }
+}
+
+INT_PTR FormWindow::ColorLetters(HDC drawing, HWND window, int background) const {
+  for (const auto& control : controls_) {
+    if (!control || control->handle() != window) continue;
+    const std::optional<COLORREF> color = control->LetterColor();
+    if (!color) return FALSE;
+    SetTextColor(drawing, *color);
+    SetBkColor(drawing, GetSysColor(background));
+    return reinterpret_cast<INT_PTR>(GetSysColorBrush(background));
+  }
+  return FALSE;
 }
 
 void FormWindow::OnInitialize(HWND window) {
@@ -250,7 +267,7 @@ void FormWindow::MakeControls() {
     const std::size_t position = controls_.size();
     const int id = kFirstControlId + static_cast<int>(position);
     controls_.push_back(MakeControlWindow({window_, *form_, position, id}, meter));
-    if (controls_.back()) controls_.back()->SetFont(font_->handle());
+    SetFontOf(controls_.back().get());
     const auto* button = dynamic_cast<const Button*>(form_->controls()[position].get());
     if (button && button->is_default()) SendMessageW(window_, DM_SETDEFID, id, 0);
   }
@@ -259,9 +276,13 @@ void FormWindow::MakeControls() {
 void FormWindow::UseDpi(UINT dpi) {
   dpi_ = dpi;
   const auto font_before = std::exchange(font_, std::make_unique<MessageFont>(dpi));
-  for (const auto& control : controls_) {
-    if (control) control->SetFont(font_->handle());
-  }
+  const auto bold_before = std::exchange(
+      bold_font_, std::make_unique<MessageFont>(dpi, MessageFont::Weight::kBold));
+  for (const auto& control : controls_) SetFontOf(control.get());
+}
+
+void FormWindow::SetFontOf(ControlWindow* control) const {
+  if (control) control->SetFont((control->IsBold() ? bold_font_ : font_)->handle());
 }
 
 void FormWindow::PlaceControls() {

@@ -55,6 +55,10 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
 
   void MakeControls();
   void UseDpi(UINT dpi);
+  void SetFontOf(ControlWindow* control) const;
+  // Sets the colours in which the control of that window is drawn; gives the brush of its
+  // background, 0 for the system's own.
+  INT_PTR ColorLetters(HDC drawing, HWND window, int background) const;
   void PlaceControls();
   void UpdateControls();
   void CenterOnOwner();
@@ -70,6 +74,7 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
   bool updating_ = false;
   UINT dpi_ = USER_DEFAULT_SCREEN_DPI;
   std::unique_ptr<MessageFont> font_;
+  std::unique_ptr<MessageFont> bold_font_;
   std::string shown_caption_;
   SIZE shown_client_ = {};
   // In the order of the form's controls; null for those that another one draws.

@@ -28,6 +28,13 @@ SheetModel& WorkbookModel::AddSheet(std::string name) {
   return *sheet;
 }
 
+void WorkbookModel::RenameSheet(int id, std::string name) {
+  SheetModel& sheet = *sheets[id];
+  ids_.erase(sheet.name);
+  sheet.name = std::move(name);
+  ids_.emplace(sheet.name, id);
+}
+
 std::optional<int> WorkbookModel::IdOf(std::string_view name) const {
   if (auto found = ids_.find(name); found != ids_.end()) return found->second;
   for (const auto& sheet : sheets) {

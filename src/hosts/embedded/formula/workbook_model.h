@@ -85,10 +85,15 @@ class WorkbookModel : public SheetDirectory {
   Styles styles;
   std::vector<DefinedName> names;
   bool date_1904 = false;
+  // Formulas keep their values until somebody asks for calculation. The calculator does not look at
+  // this: whoever reads values does.
+  bool manual_calculation = false;
   // The workbook's structure is protected: sheets are neither hidden nor shown.
   bool structure_is_protected = false;
 
   SheetModel& AddSheet(std::string name);
+  // The name is free. Formulas follow by themselves: they know sheets by their ids.
+  void RenameSheet(int id, std::string name);
   std::optional<int> IdOf(std::string_view name) const override;
   const std::string& NameOf(int id) const override { return sheets[id]->name; }
   int PositionOf(int id) const override;

@@ -1,6 +1,7 @@
 #include "host/application.h"
 
 #include "host/objects.h"
+#include "host/references.h"
 
 namespace vantora::embedded {
 namespace {
@@ -31,7 +32,7 @@ class EmbeddedApplication : public host::Application {
   double UsableWidth() override { return state_->usable_width; }
   bool DisplayFullScreen() override { return state_->full_screen; }
 
-  std::string Version() override;
+  std::string Version() override { return state_->version; }
 
   host::RangePtr Union(const host::RangePtr& first, const host::RangePtr& second) override;
 
@@ -44,6 +45,8 @@ class EmbeddedApplication : public host::Application {
   host::CommandBarPtr ActiveMenuBar() override { return MakeMenuBar(state_); }
 
  private:
+  // Refuses where nobody answers.
+  Prompts& Asking();
   // Without a window the workbook counts as closed.
   bool HasWindow() const { return !state_->active_workbook->windows().order().empty(); }
   BookHandle Book() const { return {state_, state_->active_workbook}; }
@@ -91,25 +94,40 @@ host::WindowPtr EmbeddedApplication::ActiveWindow() {
   return HasWindow() ? MakeWindows(Book()).front() : nullptr;
 }
 
-void EmbeddedApplication::SetCalculation(host::XlCalculation) {
-  RefuseMember("Application.Calculation");
+// The mode is the application's: it holds for all its workbooks.
+void EmbeddedApplication::SetCalculation(host::XlCalculation calculation) {
+  for (const auto& workbook : state_->workbooks) {
+    workbook->SetManualCalculation(calculation == host::XlCalculation::kManual);
+  }
 }
-
-std::string EmbeddedApplication::Version() { RefuseMember("Application.Version"); }
 
 host::RangePtr EmbeddedApplication::Union(const host::RangePtr& first,
                                           const host::RangePtr& second) {
   return UnionOf(first, second);
 }
 
-host::RangePtr EmbeddedApplication::InputRange(std::string_view, std::string_view) {
-  RefuseMember("Application.InputBox");
+Prompts& EmbeddedApplication::Asking() {
+  if (!state_->prompts) Refuse("There is nobody to answer what the operation asks.");
+  return *state_->prompts;
 }
 
-std::optional<std::string> EmbeddedApplication::GetSaveAsFilename(std::string_view,
-                                                                  std::string_view,
-                                                                  std::string_view) {
-  RefuseMember("Application.GetSaveAsFilename");
+host::RangePtr EmbeddedApplication::InputRange(std::string_view prompt, std::string_view title) {
+  std::string refusal;
+  while (true) {
+    const std::optional<std::string> reference = Asking().InputRange(prompt, title, refusal);
+    if (!reference) return nullptr;
+    try {
+      return ReferencedRange(Book(), *reference);
+    } catch (const HostError& error) {
+      refusal = error.description();
+    }
+  }
+}
+
+std::optional<std::string> EmbeddedApplication::GetSaveAsFilename(std::string_view initial_filename,
+                                                                  std::string_view file_filter,
+                                                                  std::string_view title) {
+  return Asking().GetSaveAsFilename(initial_filename, file_filter, title);
 }
 
 }  // namespace

@@ -9,6 +9,8 @@
 #include "core/host.h"
 #include "host/menu_control.h"
 #include "host/open_workbook.h"
+#include "host/pending_saves.h"
+#include "host/prompts.h"
 #include "host/workbook_windows.h"
 
 namespace vantora::embedded {
@@ -28,6 +30,11 @@ struct ApplicationState {
   OpenWorkbook* active_workbook = nullptr;
   std::optional<CopySource> copied;
   bool screen_updating = true;
+  // As Application.Version tells it: of Excel 2016 and all since.
+  std::string version = "16.0";
+  // Null when nobody answers what operations ask through the host.
+  Prompts* prompts = nullptr;
+  PendingSaves saves;
   // Space for windows, in points.
   double usable_height = kUsualWindowHeight;
   double usable_width = kUsualWindowWidth;

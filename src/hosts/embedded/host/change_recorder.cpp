@@ -4,19 +4,29 @@
 #include <charconv>
 #include <span>
 
+#include "formula/sheet_prefix.h"
+#include "host/column_formats.h"
+
 namespace vantora::embedded {
 
 namespace {
 
 std::string ErrorText(CellError error) {
   switch (error) {
-    case CellError::kNull: return "#NULL!";
-    case CellError::kDiv0: return "#DIV/0!";
-    case CellError::kValue: return "#VALUE!";
-    case CellError::kRef: return "#REF!";
-    case CellError::kName: return "#NAME?";
-    case CellError::kNum: return "#NUM!";
-    case CellError::kNotAvailable: return "#N/A";
+    case CellError::kNull:
+      return "#NULL!";
+    case CellError::kDiv0:
+      return "#DIV/0!";
+    case CellError::kValue:
+      return "#VALUE!";
+    case CellError::kRef:
+      return "#REF!";
+    case CellError::kName:
+      return "#NAME?";
+    case CellError::kNum:
+      return "#NUM!";
+    case CellError::kNotAvailable:
+      return "#N/A";
   }
   return "#UNKNOWN!";
 }
@@ -30,10 +40,14 @@ std::string DisplayValue(const CellValue& value, const StringPool& strings) {
       auto [end, error] = std::to_chars(digits, digits + sizeof digits, value.number);
       return error == std::errc() ? std::string(digits, end) : std::string();
     }
-    case CellKind::kText: return strings[value.text];
-    case CellKind::kBoolean: return value.boolean ? "TRUE" : "FALSE";
-    case CellKind::kError: return ErrorText(value.error);
-    default: return "";
+    case CellKind::kText:
+      return strings[value.text];
+    case CellKind::kBoolean:
+      return value.boolean ? "TRUE" : "FALSE";
+    case CellKind::kError:
+      return ErrorText(value.error);
+    default:
+      return "";
   }
 }
 
@@ -41,7 +55,10 @@ ChangeRecorder::ChangeRecorder(OpenWorkbook& workbook)
     : workbook_(workbook),
       insertions_then_(workbook.insertions().size()),
       notes_then_(workbook.notes().size()) {
-  for (const auto& sheet : workbook.model().sheets) then_.push_back(sheet->cells.Clone());
+  for (const auto& sheet : workbook.model().sheets) {
+    then_.push_back(sheet->cells.Clone());
+    columns_then_.push_back(sheet->column_formats);
+  }
 }
 
 std::optional<int> ChangeRecorder::ColumnThen(int sheet, int column_now) const {
@@ -81,7 +98,9 @@ std::string ChangeRecorder::Display(int sheet, const Cell& cell, CellAddress at)
 
 void ChangeRecorder::AddSheetChanges(int sheet, ChangeList& list, std::size_t& new_results) const {
   const SheetModel& model = workbook_.sheet(sheet);
-  const CellStore& then = then_[sheet];
+  // A sheet that has come since had no cells.
+  static const CellStore kNoCells;
+  const CellStore& then = sheet < static_cast<int>(then_.size()) ? then_[sheet] : kNoCells;
   std::vector<CellChange> changes;
   auto add = [&](CellAddress now, CellAddress before, const Cell& old_cell, const Cell& new_cell) {
     std::string old_text = Display(sheet, old_cell, before);
@@ -113,6 +132,31 @@ void ChangeRecorder::AddSheetChanges(int sheet, ChangeList& list, std::size_t& n
   std::move(changes.begin(), changes.end(), std::back_inserter(list.cells));
 }
 
+void ChangeRecorder::AddColumnChanges(int sheet, ChangeList& list) const {
+  const SheetModel& model = workbook_.sheet(sheet);
+  // A sheet that was added since is new as a whole.
+  if (static_cast<std::size_t>(sheet) >= columns_then_.size()) return;
+  const std::vector<ColumnFormat>& then = columns_then_[sheet];
+  const int last_then = then.empty() ? 0 : then.back().last;
+  const int last_now = model.column_formats.empty() ? 0 : model.column_formats.back().last;
+  int first = 0;
+  bool hidden = false;
+  for (int column = 1; column <= std::max(last_then, last_now) + 1; ++column) {
+    const std::optional<int> before = ColumnThen(sheet, column);
+    const bool hidden_now = IsColumnHidden(model, column);
+    const bool changed = before && IsColumnHidden(then, *before) != hidden_now;
+    if (first != 0 && (!changed || hidden_now != hidden)) {
+      std::string place;
+      AppendSheetPrefix(place, sheet, sheet, workbook_.model());
+      place += ColumnLetters(first) + ":" + ColumnLetters(column - 1);
+      list.others.push_back((hidden ? "columns hidden at " : "columns shown at ") + place);
+      first = 0;
+    }
+    if (changed && first == 0) first = column;
+    hidden = hidden_now;
+  }
+}
+
 ChangeList ChangeRecorder::Changes() const {
   ChangeList list;
   const auto& insertions = workbook_.insertions();
@@ -131,6 +175,7 @@ ChangeList ChangeRecorder::Changes() const {
   for (int sheet : workbook_.model().tab_order) AddSheetChanges(sheet, list, new_results);
   list.others.assign(workbook_.notes().begin() + static_cast<std::ptrdiff_t>(notes_then_),
                      workbook_.notes().end());
+  for (int sheet : workbook_.model().tab_order) AddColumnChanges(sheet, list);
   if (new_results > 0) {
     list.others.push_back(std::to_string(new_results) + " formulas have new results");
   }

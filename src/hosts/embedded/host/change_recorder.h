@@ -19,6 +19,8 @@ class ChangeRecorder {
 
  private:
   void AddSheetChanges(int sheet, ChangeList& list, std::size_t& new_results) const;
+  // Columns that were hidden or shown, a line for each run of them.
+  void AddColumnChanges(int sheet, ChangeList& list) const;
   // The column that a column of now was then; nullopt for one inserted since.
   std::optional<int> ColumnThen(int sheet, int column_now) const;
   // The formula `then` of a cell that stood at `cell` has only followed insertions to become `now`.
@@ -27,6 +29,7 @@ class ChangeRecorder {
 
   OpenWorkbook& workbook_;
   std::vector<CellStore> then_;
+  std::vector<std::vector<ColumnFormat>> columns_then_;
   std::size_t insertions_then_;
   std::size_t notes_then_;
 };

@@ -165,8 +165,7 @@ void CopyColumnFormat(SheetModel& sheet, int from, int to) {
   ++sheet.column_formats_version;
 }
 
-const ColumnFormat* FormatOfColumn(const SheetModel& sheet, int column) {
-  const auto& runs = sheet.column_formats;
+const ColumnFormat* FormatOfColumn(const std::vector<ColumnFormat>& runs, int column) {
   auto run = std::partition_point(runs.begin(), runs.end(), [&](const ColumnFormat& candidate) {
     return candidate.last < column;
   });
@@ -174,12 +173,16 @@ const ColumnFormat* FormatOfColumn(const SheetModel& sheet, int column) {
 }
 
 double WidthOfColumn(const SheetModel& sheet, int column, double default_width) {
-  const ColumnFormat* run = FormatOfColumn(sheet, column);
+  const ColumnFormat* run = FormatOfColumn(sheet.column_formats, column);
   return run ? WidthOfRun(*run, default_width) : default_width;
 }
 
 bool IsColumnHidden(const SheetModel& sheet, int column) {
-  const ColumnFormat* run = FormatOfColumn(sheet, column);
+  return IsColumnHidden(sheet.column_formats, column);
+}
+
+bool IsColumnHidden(const std::vector<ColumnFormat>& runs, int column) {
+  const ColumnFormat* run = FormatOfColumn(runs, column);
   return run && IsRunHidden(*run);
 }
 

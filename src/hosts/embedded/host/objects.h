@@ -46,7 +46,8 @@ host::CommandBarPtr MakeMenuBar(std::shared_ptr<ApplicationState> application);
 Area OneCell(std::int64_t row, std::int64_t column);
 
 // Pastes what was copied at `target` of `sheet`; a single target cell stands for an area of the
-// copied size, and an area of a multiple of that size is filled with copies. `method` names the call in what is refused.
+// copied size, and an area of a multiple of that size is filled with copies. `method` names the
+// call in what is refused.
 void PasteCopied(const BookHandle& book, int sheet, const Area& target, unsigned parts,
                  const std::string& method);
 

@@ -15,13 +15,20 @@ namespace vantora::embedded {
 namespace {
 
 constexpr const char* kProtectedSheet =
-    "The cell or chart you're trying to change is on a protected sheet. To make a change, unprotect "
+    "The cell or chart you're trying to change is on a protected sheet. To make a change, "
+    "unprotect "
     "the sheet.";
 constexpr const char* kNoRoomForColumns =
-    "Microsoft Excel can't insert new cells because it would push non-empty cells off the end of the "
+    "Microsoft Excel can't insert new cells because it would push non-empty cells off the end of "
+    "the "
     "worksheet.";
 
 std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+
+// Whether a put of the value empties a cell.
+bool Empties(const Value& value) {
+  return value.IsEmpty() || (value.IsText() && value.AsText().empty());
+}
 
 // A cell that comes into being takes its row's or column's format along.
 void KeepFormatOf(SheetModel& sheet, CellAddress cell) {
@@ -77,7 +84,7 @@ void OpenWorkbook::RefusePartOfArray(int sheet_id, const Area& area) {
 }
 
 void OpenWorkbook::RefusePartOfMerge(int sheet_id, const Area& area) {
-  for (const Area& merged : MergedAreas(file_->markup(sheet_id))) {
+  for (const Area& merged : features_.MergedAreas(sheet_id, file_->markup(sheet_id))) {
     bool whole = area.Contains({merged.first_row, merged.first_column}) &&
                  area.Contains({merged.last_row, merged.last_column});
     if (area.Intersects(merged) && !whole) {
@@ -91,7 +98,9 @@ Value OpenWorkbook::Read(int sheet_id, CellAddress cell) {
   Cell stored = target.cells.Get(cell);
   // A formula may wait for changed names without being marked yet.
   if (stored.formula != 0 || (stored.flags & (kNeedsCalculation | kStale))) {
-    if (!calculator_.EnsureCalculated(sheet_id, cell)) {
+    // While calculation is manual, what needs it still has the value that it had.
+    if (model().manual_calculation ? (stored.flags & kStale) != 0
+                                   : !calculator_.EnsureCalculated(sheet_id, cell)) {
       Refuse("The value of " + Describe(sheet_id, {cell.row, cell.column, cell.row, cell.column}) +
              " is out of date: " + calculator_.ReasonFor(sheet_id, cell) +
              ". Open the workbook in Excel, let it calculate, save it, and run this again.");
@@ -99,11 +108,16 @@ Value OpenWorkbook::Read(int sheet_id, CellAddress cell) {
     stored = target.cells.Get(cell);
   }
   switch (stored.value.kind) {
-    case CellKind::kNumber: return Value(stored.value.number);
-    case CellKind::kText: return Value(model().strings[stored.value.text]);
-    case CellKind::kBoolean: return Value(stored.value.boolean);
-    case CellKind::kError: return Value(stored.value.error);
-    default: return Value();
+    case CellKind::kNumber:
+      return Value(stored.value.number);
+    case CellKind::kText:
+      return Value(model().strings[stored.value.text]);
+    case CellKind::kBoolean:
+      return Value(stored.value.boolean);
+    case CellKind::kError:
+      return Value(stored.value.error);
+    default:
+      return Value();
   }
 }
 
@@ -122,47 +136,44 @@ void OpenWorkbook::PutText(int sheet_id, CellAddress cell, const std::string& te
     target.cells.SetConstant(cell, CellValue::Blank());
     target.cells.SetFormula(cell, target.formulas.Intern(std::move(formula)));
   } else if (text.front() == '\'') {
-    target.cells.SetConstant(cell,
-                             CellValue::Text(model().strings.Intern(std::string_view(text).substr(1))));
+    target.cells.SetConstant(
+        cell, CellValue::Text(model().strings.Intern(std::string_view(text).substr(1))));
   } else {
     target.cells.SetConstant(cell, ValueFromEnteredText(model(), text));
   }
 }
 
-void OpenWorkbook::PreparePut(int sheet_id, const Area& area) {
-  RefuseOnProtectedSheet(sheet_id, area);
-  RefusePartOfArray(sheet_id, area);
-  std::erase_if(sheet(sheet_id).arrays, [&](const ArrayFormula& array) {
-    return area.Intersects(array.area);
-  });
-}
-
-void OpenWorkbook::PutCell(int sheet_id, CellAddress cell, const Value& value) {
-  SheetModel& target = sheet(sheet_id);
-  if (value.IsEmpty() || (value.IsText() && value.AsText().empty())) {
+void OpenWorkbook::PutValue(int sheet_id, CellAddress cell, const Value& value) {
+  if (Empties(value)) {
     ClearCell(sheet_id, cell);
     return;
   }
-  KeepFormatOf(target, cell);
+  CellStore& cells = sheet(sheet_id).cells;
+  KeepFormatOf(sheet(sheet_id), cell);
   if (value.IsText()) {
     PutText(sheet_id, cell, value.AsText());
   } else if (value.IsNumber()) {
-    target.cells.SetConstant(cell, CellValue::Number(value.AsNumber()));
+    cells.SetConstant(cell, CellValue::Number(value.AsNumber()));
   } else if (value.IsBoolean()) {
-    target.cells.SetConstant(cell, CellValue::Boolean(value.AsBoolean()));
+    cells.SetConstant(cell, CellValue::Boolean(value.AsBoolean()));
   } else {
-    target.cells.SetConstant(cell, CellValue::Error(value.AsError()));
+    cells.SetConstant(cell, CellValue::Error(value.AsError()));
   }
 }
 
 void OpenWorkbook::Put(int sheet_id, const Area& area, const Value& value) {
-  PreparePut(sheet_id, area);
+  const bool is_one_cell = area.rows() == 1 && area.columns() == 1;
+  const bool holds_nothing =
+      !sheet(sheet_id).cells.Get({area.first_row, area.first_column}).has_content();
+  PrepareContents(sheet_id, area);
+  // Emptying what is empty, as clearing all data mostly does, makes nothing out of date.
+  if (is_one_cell && holds_nothing && Empties(value) && sheet(sheet_id).arrays.empty()) return;
   for (int row = area.first_row; row <= area.last_row; ++row) {
     for (int column = area.first_column; column <= area.last_column; ++column) {
-      PutCell(sheet_id, {row, column}, value);
+      PutValue(sheet_id, {row, column}, value);
     }
   }
-  calculator_.Changed(sheet_id, area);
+  ContentsChanged(sheet_id, area);
 }
 
 int OpenWorkbook::FillColorIndex(int sheet_id, CellAddress cell) {
@@ -182,8 +193,8 @@ Area OpenWorkbook::UsedRange(int sheet_id) {
 void OpenWorkbook::InsertColumns(int sheet_id, int column, int count) {
   SheetModel& target = sheet(sheet_id);
   if (target.is_protected) Refuse(kProtectedSheet);
-  if (auto used = target.cells.UsedArea(); used && used->last_column >= column &&
-                                           used->last_column > kMaxColumn - count) {
+  if (auto used = target.cells.UsedArea();
+      used && used->last_column >= column && used->last_column > kMaxColumn - count) {
     Refuse(kNoRoomForColumns);
   }
   for (const ArrayFormula& array : target.arrays) {
@@ -194,11 +205,13 @@ void OpenWorkbook::InsertColumns(int sheet_id, int column, int count) {
   file_->FollowInsertions(sheet_id);
   for (const Area& pivot : PivotAreas(file_->package(), file_->part_of(sheet_id))) {
     if (pivot.first_column < column && column <= pivot.last_column) {
-      Refuse("We can't make this change for the selected cells because it will affect a PivotTable.");
+      Refuse(
+          "We can't make this change for the selected cells because it will affect a PivotTable.");
     }
   }
   ColumnInsertion insertion{sheet_id, column, count};
   calculator_.InsertColumns(insertion);
+  commented_cells_.clear();
   names_.Forget();
   file_->AddInsertion(insertion);
   insertions_.push_back(insertion);
@@ -209,8 +222,9 @@ void OpenWorkbook::ClearFormats(int sheet_id, const Area& area) {
   SheetModel& target = sheet(sheet_id);
   int last_column = std::min(area.last_column, target.cells.LastColumn());
   for (int column = area.first_column; column <= last_column; ++column) {
-    target.cells.ForEachInColumn(column, area.first_row, area.last_row,
-                                 [&](int row, const Cell&) { target.cells.SetStyle({row, column}, 0); });
+    target.cells.ForEachInColumn(column, area.first_row, area.last_row, [&](int row, const Cell&) {
+      target.cells.SetStyle({row, column}, 0);
+    });
     // Rows with a format of their own would show through.
     for (auto row = target.row_styles.lower_bound(area.first_row);
          row != target.row_styles.end() && row->first <= area.last_row; ++row) {
@@ -228,7 +242,8 @@ void OpenWorkbook::PasteCell(SheetModel& target, const Cell& source, CellAddress
     if (source.has_content()) KeepFormatOf(target, to);
     if ((parts & kPasteFormulas) && source.formula != 0) {
       auto relocated = RelocateForPaste(target.formulas[source.formula], from, to);
-      FormulaId formula = relocated ? target.formulas.Intern(std::move(*relocated)) : source.formula;
+      FormulaId formula =
+          relocated ? target.formulas.Intern(std::move(*relocated)) : source.formula;
       target.cells.SetFormula(to, formula);
       target.cells.SetValue(to, source.value);
     } else if (source.has_content() || target.cells.Exists(to)) {
@@ -243,16 +258,22 @@ void OpenWorkbook::PasteCell(SheetModel& target, const Cell& source, CellAddress
 
 void OpenWorkbook::PasteCells(SheetModel& target, const Area& from, const Area& to,
                               unsigned parts) {
-  Area used = UsedRange(target.id);
-  // Overlapping areas: the columns are taken in the order in which none is overwritten unread.
+  int rows = from.rows();
+  // What lies beyond the cells in use of both areas needs no visit.
+  if (rows > CellStore::kBlockRows) {
+    const int last_used = UsedRange(target.id).last_row;
+    rows = std::min(rows, std::max(last_used - from.first_row, last_used - to.first_row) + 1);
+  }
+  // Overlapping areas: columns and rows are taken in the order in which no cell is overwritten
+  // unread.
   bool rightward = to.first_column > from.first_column;
+  bool downward = to.first_row > from.first_row;
   for (int step = 0; step < from.columns(); ++step) {
     int index = rightward ? from.columns() - 1 - step : step;
     int source_column = from.first_column + index;
     int target_column = to.first_column + index;
-    int rows = std::min(from.rows(), std::max(used.last_row - from.first_row,
-                                              used.last_row - to.first_row) + 1);
-    for (int offset = 0; offset < rows; ++offset) {
+    for (int row_step = 0; row_step < rows; ++row_step) {
+      const int offset = downward ? rows - 1 - row_step : row_step;
       CellAddress source{from.first_row + offset, source_column};
       CellAddress destination{to.first_row + offset, target_column};
       PasteCell(target, target.cells.Get(source), source, destination, parts);
@@ -274,9 +295,12 @@ void OpenWorkbook::Paste(int sheet_id, const Area& from, const Area& to, unsigne
   if (parts & kPasteValues) {
     for (int column = from.first_column; column <= from.last_column; ++column) {
       target.cells.ForEachInColumn(column, from.first_row, from.last_row,
-                                   [&](int row, const Cell&) { Read(sheet_id, {row, column}); });
+                                   [&](int row, const Cell&) {
+                                     Read(sheet_id, {row, column});
+                                   });
     }
   }
+  if (parts & (kPasteFormulas | kPasteValues)) ForgetArrays(sheet_id, to);
   file_->FollowInsertions(sheet_id);
   PasteCells(target, from, to, parts);
   if ((parts & kPasteFormats) && from.IsWholeColumns()) PasteColumnFormats(target, from, to);
@@ -284,13 +308,18 @@ void OpenWorkbook::Paste(int sheet_id, const Area& from, const Area& to, unsigne
   if (parts & kPasteFormats) features |= kConditionalFormats | kMergedCells;
   if (parts & kPasteValidations) features |= kValidations;
   if (parts & kPasteHyperlinks) features |= kHyperlinks;
-  if (features) PasteFeatures(file_->markup(sheet_id), from, to, features);
-  if (parts & kPasteComments) Comments(sheet_id).Paste(from, to);
+  if (features && features_.TouchedBy(sheet_id, file_->markup(sheet_id), {from, to})) {
+    PasteFeatures(file_->markup(sheet_id), from, to, features);
+  }
+  if ((parts & kPasteComments) && HasCommentsIn(sheet_id, {from, to})) {
+    Comments(sheet_id).Paste(from, to);
+  }
   if (parts & (kPasteFormulas | kPasteValues)) calculator_.Changed(sheet_id, to);
 }
 
 SheetComments OpenWorkbook::Comments(int sheet_id) {
   file_->FollowInsertions(sheet_id);
+  commented_cells_.erase(sheet_id);
   return SheetComments(file_->package(), file_->markup(sheet_id), file_->part_of(sheet_id));
 }
 
@@ -384,10 +413,10 @@ std::vector<Uncalculated> OpenWorkbook::Calculate() {
   return calculator_.Uncalculable();
 }
 
-void OpenWorkbook::Save(const std::filesystem::path& path) {
+std::unique_ptr<ReplacementFile> OpenWorkbook::WriteBeside(const std::filesystem::path& path) {
   if (!Calculate().empty()) file_->RequestCalculationOnOpening();
   windows_.Write();
-  file_->Save(path);
+  return file_->WriteBeside(path);
 }
 
 }  // namespace vantora::embedded

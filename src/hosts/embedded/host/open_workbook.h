@@ -1,7 +1,8 @@
-// An open workbook and what can be done to it: the edits that the host's objects make, each as Excel
-// makes it, with values kept true and everything around the cells following.
+// An open workbook and what can be done to it: the edits that the host's objects make, each as
+// Excel makes it, with values kept true and everything around the cells following.
 #pragma once
 
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
@@ -14,6 +15,7 @@
 #include "core/value.h"
 #include "formula/calculator.h"
 #include "host/column_sizes.h"
+#include "host/feature_areas.h"
 #include "host/name_list.h"
 #include "host/workbook_windows.h"
 #include "package/comments.h"
@@ -30,8 +32,8 @@ enum PasteParts : unsigned {
   kPasteComments = 8,
   kPasteValidations = 16,
   kPasteHyperlinks = 32,
-  kPasteAll = kPasteFormulas | kPasteFormats | kPasteComments | kPasteValidations |
-             kPasteHyperlinks,
+  kPasteAll =
+      kPasteFormulas | kPasteFormats | kPasteComments | kPasteValidations | kPasteHyperlinks,
 };
 
 class OpenWorkbook {
@@ -43,17 +45,29 @@ class OpenWorkbook {
   SheetModel& sheet(int id) { return *model().sheets[id]; }
   Calculator& calculator() { return calculator_; }
 
+  // While calculation is manual, formulas keep the values that they had when it became so; one that
+  // is entered meanwhile is calculated once, from the values that the others have. Going automatic
+  // makes due whatever changed. Recorded in the file.
+  void SetManualCalculation(bool manual);
+
   // The value as a macro reads it. Throws HostError when it is out of date and can't be calculated.
   Value Read(int sheet, CellAddress cell);
   // A macro's put into every cell of the area.
   void Put(int sheet, const Area& area, const Value& value);
   // Puts one value a row into the cells from `first` down.
   void PutColumn(int sheet, CellAddress first, std::span<const Value> rows);
+  // "=A1+1"; for a constant the text that would enter it; "" for an empty cell.
+  std::string FormulaOf(int sheet, CellAddress cell);
+  // Enters a formula ("=..."), which reads in the first cell as given and is adjusted for the
+  // others, or a constant.
+  void PutFormula(int sheet, const Area& area, std::string_view formula);
+  bool HasFormula(int sheet, CellAddress cell);
   int FillColorIndex(int sheet, CellAddress cell);
   Area UsedRange(int sheet);
 
   void InsertColumns(int sheet, int column, int count);
   void ClearFormats(int sheet, const Area& area);
+  // Empties the cells; formats, comments and validations stay.
   void ClearContents(int sheet, const Area& area);
   // Contents, formats, comments, validations, merges, hyperlinks.
   void Clear(int sheet, const Area& area);
@@ -75,6 +89,10 @@ class OpenWorkbook {
 
   // Both areas lie on `sheet`; `to` is of the same size as `from`.
   void Paste(int sheet, const Area& from, const Area& to, unsigned parts);
+  // The same from another sheet, of this workbook or of another one. Throws HostError for formulas
+  // that would refer to another workbook.
+  void PasteFrom(OpenWorkbook& source, int source_sheet, int sheet, const Area& from,
+                 const Area& to, unsigned parts);
 
   // Valid until the sheet's columns change.
   const ColumnSizes& Columns(int sheet);
@@ -88,6 +106,16 @@ class OpenWorkbook {
   void AddComment(int sheet, CellAddress cell);
   void SetCommentText(int sheet, CellAddress cell, std::string_view text);
   void SetCommentVisible(int sheet, CellAddress cell, bool visible);
+
+  // Adds an empty worksheet behind the sheet `after`, with the next free default name; it becomes
+  // the active one.
+  int AddSheet(int after);
+  // Throws HostError for a name that no sheet may have or another one has, and for a sheet that was
+  // there when the workbook was opened.
+  void RenameSheet(int sheet, const std::string& name);
+
+  // Cells with colours of the palette change their look.
+  void SetPalette(const Palette& palette);
 
   WorkbookWindows& windows() { return windows_; }
   // What follows concerns the active window.
@@ -122,7 +150,9 @@ class OpenWorkbook {
 
   // Calculates everything and writes the file.
   std::vector<Uncalculated> Calculate();
-  void Save(const std::filesystem::path& path);
+  void Save(const std::filesystem::path& path) { WriteBeside(path)->Commit(); }
+  // The same without giving the file its name, which its Commit does.
+  std::unique_ptr<ReplacementFile> WriteBeside(const std::filesystem::path& path);
 
  private:
   std::string Describe(int sheet, const Area& area);
@@ -131,18 +161,21 @@ class OpenWorkbook {
   // Refuses an edit that would change some but not all cells of an array formula.
   void RefusePartOfArray(int sheet, const Area& area);
   void RefusePartOfMerge(int sheet, const Area& area);
+  double DefaultWidth(int sheet);
+  void RefuseFormattingColumns(int sheet, const char* property);
+  // Before contents of the area are overwritten: refuses what can't be, and array formulas go.
+  void PrepareContents(int sheet, const Area& area);
+  void ForgetArrays(int sheet, const Area& area);
+  // Contents of the area were overwritten: what depends on them is out of date.
+  void ContentsChanged(int sheet, const Area& area);
+  bool HasCommentsIn(int sheet, std::initializer_list<Area> areas);
   // The visible sheet that comes forward when a sheet is hidden: the next one to the right, else to
   // the left; nullopt when there is none.
   std::optional<int> VisibleNeighbour(int sheet);
-  double DefaultWidth(int sheet);
-  void RefuseFormattingColumns(int sheet, const char* property);
   SheetComments Comments(int sheet);
+  void PutValue(int sheet, CellAddress cell, const Value& value);
   void PutText(int sheet, CellAddress cell, const std::string& text);
   void ClearCell(int sheet, CellAddress cell);
-  // What comes before and within a put.
-  void PreparePut(int sheet, const Area& area);
-  void PutCell(int sheet, CellAddress cell, const Value& value);
-  void EmptyCells(int sheet, const Area& area);
   // Takes away empty cells that look as their rows and columns do.
   void DropPlainCells(int sheet, const Area& area);
   void PutPlainText(int sheet, CellAddress cell, const std::string& text);
@@ -155,11 +188,18 @@ class OpenWorkbook {
   void PasteCell(SheetModel& sheet, const Cell& source, CellAddress from, CellAddress to,
                  unsigned parts);
   void PasteColumnFormats(SheetModel& sheet, const Area& from, const Area& to);
+  class CellTransfer;
+  void RefuseLinks(OpenWorkbook& source, int source_sheet, const Area& from);
+  void PasteFeaturesFrom(OpenWorkbook& source, int source_sheet, int sheet, const Area& from,
+                         const Area& to, unsigned parts);
 
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;
   WorkbookWindows windows_;
   NameList names_;
+  FeatureAreas features_;
+  // The cells of a sheet that have a comment or its box; of the sheets that were looked at.
+  std::map<int, std::vector<CellAddress>> commented_cells_;
   std::map<int, ColumnSizes> column_sizes_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;

@@ -11,7 +11,8 @@ std::vector<Area> PivotAreas(const OpcPackage& package, std::string_view sheet_p
     std::string text = package.Read(relationship.target);
     XmlScanner scanner(text);
     while (scanner.Next() != XmlScanner::Token::kDone) {
-      if (scanner.token() != XmlScanner::Token::kStart || scanner.local_name() != "location") continue;
+      if (scanner.token() != XmlScanner::Token::kStart || scanner.local_name() != "location")
+        continue;
       if (auto area = ParseA1(scanner.Attribute("ref").value_or(""))) areas.push_back(*area);
       break;
     }

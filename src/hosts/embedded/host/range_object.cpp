@@ -62,9 +62,7 @@ class EmbeddedRange : public host::Range {
                              std::int64_t{area_.first_column} + column - 1));
   }
 
-  host::InteriorPtr Interior() override {
-    return MakeInterior(book_, sheet_, areas_);
-  }
+  host::InteriorPtr Interior() override { return MakeInterior(book_, sheet_, areas_); }
 
   host::FontPtr Font() override;
 
@@ -173,11 +171,14 @@ void EmbeddedRange::SetValues(std::span<const vantora::Value> rows) {
                    rows.first(std::min(rows.size(), static_cast<std::size_t>(area_.rows()))));
 }
 
-std::string EmbeddedRange::Formula() { RefuseMember("Range.Formula"); }
+std::string EmbeddedRange::Formula() { return book_->FormulaOf(sheet_, TopLeft(area_)); }
 
-void EmbeddedRange::SetFormula(std::string_view) { RefuseMember("Range.Formula (put)"); }
+void EmbeddedRange::SetFormula(std::string_view formula) {
+  EndCopy();
+  book_->PutFormula(sheet_, area_, formula);
+}
 
-bool EmbeddedRange::HasFormula() { RefuseMember("Range.HasFormula"); }
+bool EmbeddedRange::HasFormula() { return book_->HasFormula(sheet_, TopLeft(area_)); }
 
 std::vector<host::RangePtr> EmbeddedRange::Areas() {
   std::vector<host::RangePtr> areas;
@@ -194,17 +195,16 @@ host::BordersPtr EmbeddedRange::Borders(host::XlBordersIndex index) {
 
 void EmbeddedRange::BorderAround(host::XlBorderWeight weight, int color_index) {
   EndCopy();
-  book_->FormatOutline(
-      sheet_, areas_,
-      {.weight = LineWeightOf(weight),
-       .color_index = CheckedColor(color_index, true, "lines around the range")});
+  book_->FormatOutline(sheet_, areas_,
+                       {.weight = LineWeightOf(weight),
+                        .color_index = CheckedColor(color_index, true, "lines around the range")});
 }
 
 void EmbeddedRange::SetHorizontalAlignment(host::XlHAlign alignment) {
   EndCopy();
   FormatChange change;
-  change.horizontal_alignment = alignment == host::XlHAlign::kLeft ? HorizontalAlignment::kLeft
-                                                                   : HorizontalAlignment::kRight;
+  change.horizontal_alignment =
+      alignment == host::XlHAlign::kLeft ? HorizontalAlignment::kLeft : HorizontalAlignment::kRight;
   book_->Format(sheet_, areas_, change);
 }
 
@@ -249,9 +249,7 @@ void EmbeddedRange::SetRowHeight(double points) {
   embedded::SetRowHeight(*book_, sheet_, area_, points);
 }
 
-double EmbeddedRange::ColumnWidth() {
-  return book_->ColumnWidth(sheet_, area_.first_column);
-}
+double EmbeddedRange::ColumnWidth() { return book_->ColumnWidth(sheet_, area_.first_column); }
 
 void EmbeddedRange::SetColumnWidth(double characters) {
   EndCopy();

@@ -12,6 +12,8 @@
 #include "core/host.h"
 #include "formula/calculator.h"
 #include "host/menu_control.h"
+#include "host/pending_saves.h"
+#include "host/prompts.h"
 #include "package/workbook_file.h"
 
 namespace vantora::embedded {
@@ -75,19 +77,29 @@ class Session {
   static std::unique_ptr<Session> Create(const std::vector<std::string>& sheet_names);
   ~Session();
 
-  // The host application with the one workbook open and active.
-  host::ApplicationPtr application();
-  WorkbookFile& file();
+  // Opens a further workbook beside the first, which stays the active one, and returns its number
+  // (1 and up; the first one's is 0). Throws FileError, also where a workbook of that file name is
+  // open.
+  int OpenFurther(const std::filesystem::path& path);
+  // The same with a workbook in memory.
+  int CreateFurther(const std::string& name, const std::vector<std::string>& sheet_names);
+  int workbook_count() const;
+  void ActivateWorkbook(int workbook);
 
-  // Records what changes from now on (before any change); Changes() is empty otherwise.
+  // The host application with the workbooks open.
+  host::ApplicationPtr application();
+  WorkbookFile& file(int workbook = 0);
+
+  // Records what changes in all workbooks from now on (before any change); Changes() is empty
+  // otherwise.
   void RecordChanges();
-  ChangeList Changes();
+  ChangeList Changes(int workbook = 0);
 
   // The sheet of that name (case-insensitive); throws HostError 9 when there is none.
-  host::WorksheetPtr Worksheet(std::string_view name);
-  // The range that a text like "Planning!C12", "'Data 01'!J4:N4" or "C12" (active sheet) names;
-  // throws HostError 1004 when it is no reference.
-  host::RangePtr Range(std::string_view reference);
+  host::WorksheetPtr Worksheet(std::string_view name, int workbook = 0);
+  // The range that a text like "Planning!C12", "'Data 01'!J4:N4", "J4:N9,J12:N14" (active sheet) or
+  // the name of cells names; throws HostError 1004 when it is no reference.
+  host::RangePtr Range(std::string_view reference, int workbook = 0);
 
   // What is drawn on the sheet of that name: shapes, charts, form controls. Throws HostError 9 when
   // there is no such worksheet.
@@ -103,17 +115,32 @@ class Session {
 
   // The menus of the menu bar with all that is in them.
   std::vector<MenuEntry> MenuBar() const;
-
   // Says that a workbook without macros has the routine in its sheets' code modules, as one with
   // macros is taken to have those that the model's workbook offers.
   void AddSheetRoutine(std::string_view routine);
+  // What Application.Version tells, "16.0" unless set.
+  void SetVersion(std::string version);
+  // Who answers what operations ask through the host; must outlive the session. Refused without.
+  void SetPrompts(Prompts& prompts);
+
+  // Says where saves go that operations make; without, they are refused. Such a save writes the
+  // workbook as it is at that moment into a temporary file beside the place; CommitSaves gives it
+  // its name, and without that it disappears with the session.
+  void DirectSaves(SaveDirector director);
+  // The saves made so far.
+  const PendingSaves& saves() const;
+  // Puts the saved files in their places and gives those. Throws FileError.
+  std::vector<std::filesystem::path> CommitSaves();
 
   // Brings every value up to date and tells which formulas could not be calculated.
-  std::vector<Uncalculated> Calculate();
-  // Calculates every formula afresh, whether or not anything that it depends on changed.
+  std::vector<Uncalculated> Calculate(int workbook = 0);
+  // Calculates every formula of the first workbook afresh, whether or not anything that it depends
+  // on changed.
   Recalculation RecalculateAll();
   // Calculates, then writes the workbook. Throws FileError and leaves `path` as it was on failure.
-  void Save(const std::filesystem::path& path);
+  void Save(const std::filesystem::path& path, int workbook = 0);
+  // The same without giving the file its name, which its Commit does.
+  std::unique_ptr<ReplacementFile> WriteBeside(const std::filesystem::path& path, int workbook = 0);
 
  private:
   Session();

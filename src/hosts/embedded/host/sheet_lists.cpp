@@ -42,14 +42,14 @@ void OpenWorkbook::ListNames(int sheet_id, CellAddress cell) {
   if (area.last_row > kMaxRow || area.last_column > kMaxColumn) {
     Refuse("ListNames method of Range class failed: the list does not fit on the sheet.");
   }
-  PreparePut(sheet_id, area);
+  PrepareContents(sheet_id, area);
   int row = cell.row;
   for (const Line& line : lines) {
     PutPlainText(sheet_id, {row, cell.column}, ShownName(*line.name));
     PutPlainText(sheet_id, {row, cell.column + 1}, "=" + line.name->refers_to);
     ++row;
   }
-  calculator_.Changed(sheet_id, area);
+  ContentsChanged(sheet_id, area);
 }
 
 void OpenWorkbook::PutPlainText(int sheet_id, CellAddress cell, const std::string& text) {

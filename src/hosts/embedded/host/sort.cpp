@@ -130,10 +130,11 @@ void OpenWorkbook::MoveRows(int sheet_id, const RowMoves& moves) {
   for (int column = area.first_column; column <= area.last_column; ++column) {
     MoveCells(sheet_id, column, moves);
   }
-  calculator_.Changed(sheet_id, area);
+  ContentsChanged(sheet_id, area);
   DropPlainCells(sheet_id, area);
   MoveHyperlinks(file_->markup(sheet_id), moves);
   Comments(sheet_id).MoveRows(moves);
+  commented_cells_.erase(sheet_id);
 }
 
 void OpenWorkbook::MoveCells(int sheet_id, int column, const RowMoves& moves) {

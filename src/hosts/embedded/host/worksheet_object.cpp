@@ -75,21 +75,27 @@ void EmbeddedWorksheet::Paste() {
   PasteCopied(book_, sheet_, book_->Selection(sheet_), kPasteAll, kMethod);
 }
 
-void EmbeddedWorksheet::SetName(std::string_view) { RefuseMember("Worksheet.Name (put)"); }
+void EmbeddedWorksheet::SetName(std::string_view name) {
+  book_->RenameSheet(sheet_, std::string(name));
+}
 
 host::XlSheetVisibility EmbeddedWorksheet::Visible() {
   switch (book_->sheet(sheet_).visibility) {
-    case Visibility::kVisible: return host::XlSheetVisibility::kVisible;
-    case Visibility::kHidden: return host::XlSheetVisibility::kHidden;
-    case Visibility::kVeryHidden: return host::XlSheetVisibility::kVeryHidden;
+    case Visibility::kVisible:
+      return host::XlSheetVisibility::kVisible;
+    case Visibility::kHidden:
+      return host::XlSheetVisibility::kHidden;
+    case Visibility::kVeryHidden:
+      return host::XlSheetVisibility::kVeryHidden;
   }
   return host::XlSheetVisibility::kVisible;
 }
 
 void EmbeddedWorksheet::SetVisible(host::XlSheetVisibility visible) {
-  book_->SetVisibility(sheet_, visible == host::XlSheetVisibility::kVisible  ? Visibility::kVisible
-                               : visible == host::XlSheetVisibility::kHidden ? Visibility::kHidden
-                                                                             : Visibility::kVeryHidden);
+  book_->SetVisibility(sheet_, visible == host::XlSheetVisibility::kVisible ? Visibility::kVisible
+                               : visible == host::XlSheetVisibility::kHidden
+                                   ? Visibility::kHidden
+                                   : Visibility::kVeryHidden);
 }
 
 bool EmbeddedWorksheet::ProtectContents() { return book_->sheet(sheet_).is_protected; }

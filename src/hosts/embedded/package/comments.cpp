@@ -8,6 +8,7 @@
 
 #include "package/comments_text.h"
 #include "package/markup_follower.h"
+#include "package/namespaces.h"
 #include "package/note_shapes.h"
 
 namespace vantora::embedded {
@@ -222,6 +223,28 @@ bool SheetComments::Has(CellAddress cell) const {
   return found && CommentsText(package_.Read(found->target)).comments().contains(cell);
 }
 
+std::vector<CellAddress> SheetComments::Cells() {
+  std::vector<CellAddress> cells;
+  Edit edit(*this);
+  if (edit.comments()) {
+    for (const auto& [cell, comment] : edit.comments()->comments()) cells.push_back(cell);
+  }
+  if (edit.shapes()) {
+    for (const auto& [cell, note] : edit.shapes()->notes()) cells.push_back(cell);
+  }
+  if (const Relationship* found = FindRelationship(package_, sheet_part_, "threadedComment")) {
+    const std::string text = package_.Read(found->target);
+    XmlScanner scanner(text);
+    while (scanner.Next() != XmlScanner::Token::kDone) {
+      if (scanner.token() != XmlScanner::Token::kStart) continue;
+      if (auto place = ParseA1(AttributeOf(scanner, "ref"))) {
+        cells.push_back({place->first_row, place->first_column});
+      }
+    }
+  }
+  return cells;
+}
+
 void SheetComments::Add(CellAddress cell) {
   Edit edit(*this);
   CommentsText& comments = edit.NeedComments();
@@ -286,28 +309,47 @@ void SheetComments::MoveRows(const RowMoves& moves) {
   edit.Finish();
 }
 
+void SheetComments::CopyComments(Edit& from_edit, Edit& to_edit, const Area& from,
+                                 const Area& to) {
+  const CommentsText* comments = from_edit.comments();
+  if (!comments) return;
+  const int rows = to.first_row - from.first_row;
+  const int columns = to.first_column - from.first_column;
+  const Namespaces declared = comments->namespaces();
+  for (const auto& [cell, comment] : comments->comments()) {
+    if (!from.Contains(cell)) continue;
+    const CellAddress target{cell.row + rows, cell.column + columns};
+    std::string author = comments->AuthorOf(comment);
+    if (author.starts_with(kConversationAuthor)) author.clear();
+    CommentsText& copies = to_edit.NeedComments();
+    copies.Put(target,
+               comment.body.data() ? Transplanted(comment.body, declared, copies.namespaces())
+                                   : copies.Body(""),
+               author);
+    NoteShapes& boxes = to_edit.NeedShapes();
+    const NoteShapes* shapes = from_edit.shapes();
+    const bool has_box = shapes && shapes->notes().contains(cell);
+    if (has_box && (shapes == &boxes || NoteShapes::StandsAlone(shapes->notes().at(cell)))) {
+      boxes.AddCopy(cell, shapes->notes().at(cell), target);
+    } else {
+      boxes.Add(target);
+    }
+  }
+}
+
 void SheetComments::Paste(const Area& from, const Area& to) {
   Edit edit(*this);
   edit.RemoveComments(to);
-  if (CommentsText* comments = edit.comments()) {
-    const int rows = to.first_row - from.first_row;
-    const int columns = to.first_column - from.first_column;
-    for (const auto& [cell, comment] : comments->comments()) {
-      if (!from.Contains(cell)) continue;
-      CellAddress target{cell.row + rows, cell.column + columns};
-      std::string author = comments->AuthorOf(comment);
-      if (author.starts_with(kConversationAuthor)) author.clear();
-      comments->Put(target, comment.body.data() ? std::string(comment.body) : comments->Body(""),
-                    author);
-      NoteShapes& shapes = edit.NeedShapes();
-      auto note = shapes.notes().find(cell);
-      if (note == shapes.notes().end()) {
-        shapes.Add(target);
-      } else {
-        shapes.AddCopy(cell, note->second, target);
-      }
-    }
-  }
+  CopyComments(edit, edit, from, to);
+  edit.Finish();
+  ClearConversations(package_, sheet_part_, to);
+}
+
+void SheetComments::PasteFrom(SheetComments& source, const Area& from, const Area& to) {
+  Edit edit(*this);
+  Edit source_edit(source);
+  edit.RemoveComments(to);
+  CopyComments(source_edit, edit, from, to);
   edit.Finish();
   ClearConversations(package_, sheet_part_, to);
 }

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cells/address.h"
 #include "package/move_rows.h"
@@ -22,6 +23,8 @@ class SheetComments {
       : package_(package), markup_(markup), sheet_part_(std::move(sheet_part)) {}
 
   bool Has(CellAddress cell) const;
+  // The cells that have a comment, a box or a conversation, in any order.
+  std::vector<CellAddress> Cells();
   // Adds an empty comment, hidden, its box right of the cell as Excel places it. The cell has none.
   void Add(CellAddress cell);
   // The cell has a comment. Its formats go: the text becomes one run.
@@ -35,9 +38,15 @@ class SheetComments {
   // As a paste of `from` at `to` (the same size) does: texts, formats and sizes come along, and
   // what stood at `to` goes. A conversation is pasted as a plain comment.
   void Paste(const Area& from, const Area& to);
+  // The same from another sheet, of this workbook or another one.
+  void PasteFrom(SheetComments& source, const Area& from, const Area& to);
 
  private:
   class Edit;
+
+  // Puts copies of the comments of `from` into the parts that `to_edit` has open; both may be the
+  // same.
+  static void CopyComments(Edit& from_edit, Edit& to_edit, const Area& from, const Area& to);
 
   OpcPackage& package_;
   SheetMarkup& markup_;

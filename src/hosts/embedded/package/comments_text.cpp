@@ -62,6 +62,12 @@ void CommentsText::ReadComment(XmlScanner& scanner) {
   if (place) comments_.emplace(CellAddress{place->first_row, place->first_column}, comment);
 }
 
+Namespaces CommentsText::namespaces() const {
+  Namespaces declared;
+  AddDeclarations(text_, declared);
+  return declared;
+}
+
 std::string CommentsText::AuthorOf(const Comment& comment) const {
   if (comment.author < 0 || comment.author >= static_cast<int>(authors_.size())) return {};
   return authors_[comment.author];

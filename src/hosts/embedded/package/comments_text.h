@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cells/address.h"
+#include "package/namespaces.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {
@@ -35,6 +36,8 @@ class CommentsText {
 
   // Those of the text as it was read, by row and column.
   const Comments& comments() const { return comments_; }
+  // Declared around the comments.
+  Namespaces namespaces() const;
   // Decoded; "" when there is none of that number.
   std::string AuthorOf(const Comment& comment) const;
   // A <text> element with one run as Excel gives a comment that a macro adds.

@@ -229,6 +229,11 @@ int NoteShapes::NextId() {
 
 void NoteShapes::Add(CellAddress cell) { added_ += ShapeMarkup(cell, NextId(), ++shapes_); }
 
+bool NoteShapes::StandsAlone(const Note& note) {
+  return note.shape.starts_with("<v:shape") && note.prefix == "x:" &&
+         note.shape.find(":relid") == std::string_view::npos;
+}
+
 void NoteShapes::AddCopy(CellAddress from, const Note& note, CellAddress to) {
   TextPatch copy(note.shape);
   std::string id = std::string(kIdStem) + std::to_string(NextId());

@@ -46,6 +46,9 @@ class NoteShapes {
 
   // A hidden box right of the cell, as Excel places it among columns and rows of standard size.
   void Add(CellAddress cell);
+  // A box that may be of another drawing stands alone when it uses nothing of its drawing but the
+  // usual prefixes: no pictures.
+  static bool StandsAlone(const Note& note);
   void AddCopy(CellAddress from, const Note& note, CellAddress to);
   void SetVisible(const Note& note, bool visible);
   void Remove(const Note& note);

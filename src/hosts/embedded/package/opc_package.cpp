@@ -428,21 +428,40 @@ const std::vector<Relationship>& OpcPackage::RelationshipsOf(std::string_view pa
 
 std::string OpcPackage::AddRelationship(std::string_view part, std::string_view type,
                                         std::string_view target) {
+  std::string resolved = target.starts_with('/') || target.starts_with("../")
+                             ? ResolveTarget(part, target)
+                             : std::string(target);
+  return AppendRelationship(part, type, RelativeTarget(part, resolved), /*external=*/false);
+}
+
+std::optional<std::string> OpcPackage::CopyExternalRelationship(const OpcPackage& source,
+                                                                std::string_view source_part,
+                                                                std::string_view id,
+                                                                std::string_view part) {
+  for (const Relationship& relationship : source.RelationshipsOf(source_part)) {
+    if (relationship.id != id) continue;
+    if (!relationship.external) return std::nullopt;
+    const Relationship copied = relationship;
+    return AppendRelationship(part, copied.type, copied.target, /*external=*/true);
+  }
+  return std::nullopt;
+}
+
+std::string OpcPackage::AppendRelationship(std::string_view part, std::string_view type,
+                                           std::string_view target, bool external) {
   std::set<std::string> used;
   for (const Relationship& relationship : RelationshipsOf(part)) used.insert(relationship.id);
   int number = 1;
   while (used.contains("rId" + std::to_string(number))) ++number;
   std::string id = "rId" + std::to_string(number);
-  std::string resolved = target.starts_with('/') || target.starts_with("../")
-                             ? ResolveTarget(part, target)
-                             : std::string(target);
   std::string relationships_part = RelationshipsPartOf(part);
   std::string text(Has(relationships_part) ? Read(relationships_part)
                                            : std::string(kEmptyRelationships));
   Write(relationships_part,
         WithLastChild(text, "Relationship",
                       " Id=\"" + id + "\" Type=\"" + EncodeXmlAttribute(type) + "\" Target=\"" +
-                          EncodeXmlAttribute(RelativeTarget(part, resolved)) + "\""));
+                          EncodeXmlAttribute(target) + "\"" +
+                          (external ? " TargetMode=\"External\"" : "")));
   EnsureDefaultContentType("rels", "application/vnd.openxmlformats-package.relationships+xml");
   return id;
 }
@@ -467,8 +486,8 @@ std::string OpcPackage::FreePartName(std::string_view stem, std::string_view ext
   }
 }
 
-void OpcPackage::Save(const std::filesystem::path& path) {
-  ReplacementFile file(path);
+std::unique_ptr<ReplacementFile> OpcPackage::WriteBeside(const std::filesystem::path& path) {
+  auto file = std::make_unique<ReplacementFile>(path);
   std::vector<ZipOutput> outputs;
   std::deque<PackedBytes> packed;
   for (const Item& item : items_) {
@@ -479,8 +498,8 @@ void OpcPackage::Save(const std::filesystem::path& path) {
     if (!item.changed) continue;
     output.packed = item.packed ? item.packed.get() : &packed.emplace_back(Pack(item.bytes));
   }
-  WriteZip(file, archive_.get(), outputs);
-  file.Commit();
+  WriteZip(*file, archive_.get(), outputs);
+  return file;
 }
 
 }  // namespace vantora::embedded

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -79,6 +80,11 @@ class OpcPackage {
   // `target` a part name ("xl/comments1.xml"; also taken: a path that begins with "/" or "../").
   std::string AddRelationship(std::string_view part, std::string_view type,
                               std::string_view target);
+  // Gives `part` a relationship that leads out of the package to where the one of `source_part` in
+  // `source` with that id leads. Nullopt when it leads to a part.
+  std::optional<std::string> CopyExternalRelationship(const OpcPackage& source,
+                                                      std::string_view source_part,
+                                                      std::string_view id, std::string_view part);
   void RemoveRelationship(std::string_view part, std::string_view id);
   // A name that is free: "xl/comments" and ".xml" give "xl/comments1.xml" or the next.
   std::string FreePartName(std::string_view stem, std::string_view extension) const;
@@ -86,9 +92,16 @@ class OpcPackage {
   // Writes the package to `path`: a temporary file beside it, flushed, then renamed. Unchanged
   // parts are copied as they are compressed. On failure throws FileError and leaves `path` as it
   // was.
-  void Save(const std::filesystem::path& path);
+  void Save(const std::filesystem::path& path) { WriteBeside(path)->Commit(); }
+  // The first half of Save: the file beside `path`, whose Commit gives it its name. Without, it
+  // disappears with the object.
+  std::unique_ptr<ReplacementFile> WriteBeside(const std::filesystem::path& path);
 
  private:
+  // `target` is written as it is; returns the id.
+  std::string AppendRelationship(std::string_view part, std::string_view type,
+                                 std::string_view target, bool external);
+
   // A part, or another entry of the archive.
   struct Item {
     std::string name;

@@ -1,13 +1,12 @@
 #include "package/sheet_features.h"
 
 #include <algorithm>
-#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "formula/formula.h"
 #include "package/area_list.h"
+#include "package/feature_text.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {
@@ -17,78 +16,6 @@ using Token = XmlScanner::Token;
 
 // What an edit makes of an element: nullopt leaves it as it is, an empty text removes it.
 using EditedText = std::optional<std::string>;
-
-// Any sheet's name is as good as another where references are only moved.
-class AnySheets : public SheetDirectory {
- public:
-  std::optional<int> IdOf(std::string_view name) const override {
-    auto found = std::ranges::find(names_, name);
-    if (found == names_.end()) found = names_.emplace(names_.end(), name);
-    return static_cast<int>(found - names_.begin());
-  }
-  const std::string& NameOf(int id) const override { return names_[id]; }
-  int PositionOf(int id) const override { return id; }
-
- private:
-  mutable std::deque<std::string> names_;
-};
-
-int Wrapped(int offset, int position, int limit) {
-  if (position + offset < 1) return offset + limit;
-  if (position + offset > limit) return offset - limit;
-  return offset;
-}
-
-// The formula as it reads at `to`, meaning the same for each cell as it did written for `from`.
-// Relative references to cells wrap around at the sheet's edges, as these formulas' do.
-std::string Reanchored(const std::string& text, CellAddress from, CellAddress to) {
-  AnySheets sheets;
-  Formula formula = ParseFormula(text, from, sheets);
-  for (Reference& reference : formula.references) {
-    if (reference.kind != Reference::Kind::kCell) continue;
-    if (!reference.row1_absolute) {
-      reference.row1 = reference.row2 = Wrapped(reference.row1, to.row, kMaxRow);
-    }
-    if (!reference.column1_absolute) {
-      reference.column1 = reference.column2 = Wrapped(reference.column1, to.column, kMaxColumn);
-    }
-  }
-  return FormulaText(formula, to, sheets);
-}
-
-// One conditional format or validation, as views into its text. The older form has its areas in an
-// attribute and its formulas in elements of their own; the extension's are all elements <xm:f>.
-struct Feature {
-  struct FormulaPiece {
-    std::string_view text;
-    bool is_attribute = false;
-  };
-  std::string_view sqref;
-  std::vector<FormulaPiece> formulas;
-};
-
-Feature ReadFeature(std::string_view text) {
-  Feature feature;
-  XmlScanner scanner(text);
-  while (scanner.Next() != Token::kStart) {
-  }
-  const auto attribute = scanner.Attribute("sqref");
-  if (attribute) feature.sqref = *attribute;
-  while (scanner.Next() != Token::kDone) {
-    if (scanner.token() != Token::kStart) continue;
-    std::string_view name = scanner.local_name();
-    if (attribute && (name == "formula" || name == "formula1" || name == "formula2")) {
-      feature.formulas.push_back({scanner.SkipElement()});
-    } else if (attribute && name == "cfvo" && scanner.Attribute("type") == "formula") {
-      if (auto value = scanner.Attribute("val")) feature.formulas.push_back({*value, true});
-    } else if (!attribute && name == "f") {
-      feature.formulas.push_back({scanner.SkipElement()});
-    } else if (!attribute && name == "sqref") {
-      feature.sqref = scanner.SkipElement();
-    }
-  }
-  return feature;
-}
 
 EditedText EditFeature(std::string_view text, const AreaEdit& edit) {
   Feature feature = ReadFeature(text);
@@ -297,6 +224,29 @@ void ClearFeatures(SheetMarkup& markup, const Area& area, unsigned features) {
 
 void PasteFeatures(SheetMarkup& markup, const Area& from, const Area& to, unsigned features) {
   Edit(markup, features, {to, from});
+}
+
+std::vector<Area> AreasOfFeatures(const SheetMarkup& markup) {
+  std::vector<Area> areas;
+  const auto add = [&](std::string_view sqref) {
+    for (const Area& area : ParseAreas(sqref)) areas.push_back(area);
+  };
+  for (const MarkupElement& element : markup.elements) {
+    // The element itself may have the areas, or its children; extensions have them as texts.
+    XmlScanner scanner(element.text);
+    while (!element.text.empty() && scanner.Next() != Token::kDone) {
+      if (scanner.token() != Token::kStart) continue;
+      const std::string_view name = scanner.local_name();
+      if (name == "conditionalFormatting" || name == "dataValidation") {
+        if (auto sqref = scanner.Attribute("sqref")) add(*sqref);
+      } else if (name == "mergeCell" || name == "hyperlink") {
+        if (auto ref = scanner.Attribute("ref")) add(*ref);
+      } else if (name == "sqref" && !scanner.is_empty()) {
+        add(scanner.SkipElement());
+      }
+    }
+  }
+  return areas;
 }
 
 std::vector<Area> MergedAreas(const SheetMarkup& markup) {

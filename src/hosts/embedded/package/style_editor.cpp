@@ -123,6 +123,14 @@ class StyleEditor::Impl {
     return StyleOf(kNoStyle, xf);
   }
 
+  int ImportDifferential(const Impl& source, std::size_t id) {
+    pugi::xml_document nothing;
+    pugi::xml_node original =
+        id < source.differentials_.size() ? source.differentials_[id] : nothing.append_child("dxf");
+    Draft format(original, prefix_);
+    return static_cast<int>(differentials_.FindOrAdd(format.node()));
+  }
+
   void SetPalette(const Palette& palette) {
     if (palette == styles_.palette) return;
     styles_.palette = palette;
@@ -134,13 +142,14 @@ class StyleEditor::Impl {
 
   bool changed() const {
     return palette_changed_ || number_formats_.changed() || fonts_.changed() || fills_.changed() ||
-           borders_.changed() || formats_.changed();
+           borders_.changed() || formats_.changed() || differentials_.changed();
   }
 
   std::string Text() const {
     try {
-      return PatchStylesPart(text_, {&number_formats_, &fonts_, &fills_, &borders_, &formats_},
-                             palette_changed_ ? &styles_.palette : nullptr);
+      return PatchStylesPart(
+          text_, {&number_formats_, &fonts_, &fills_, &borders_, &formats_, &differentials_},
+          palette_changed_ ? &styles_.palette : nullptr);
     } catch (const XmlError& error) {
       ThrowDamaged(part_, error);
     }
@@ -259,6 +268,7 @@ class StyleEditor::Impl {
   StyleTable fills_{root_, prefix_, "fills", "fill"};
   StyleTable borders_{root_, prefix_, "borders", "border"};
   StyleTable formats_{root_, prefix_, "cellXfs", "xf"};
+  StyleTable differentials_{root_, prefix_, "dxfs", "dxf"};
   bool complete_ = false;
   bool palette_changed_ = false;
 };
@@ -278,6 +288,10 @@ StyleId StyleEditor::WithBorderOf(StyleId style, StyleId border_source) {
 
 StyleId StyleEditor::Import(const StyleEditor& source, StyleId style) {
   return impl_->Import(*source.impl_, style);
+}
+
+int StyleEditor::ImportDifferential(const StyleEditor& source, int id) {
+  return impl_->ImportDifferential(*source.impl_, static_cast<std::size_t>(id));
 }
 
 void StyleEditor::SetPalette(const Palette& palette) { impl_->SetPalette(palette); }

@@ -67,6 +67,9 @@ class StyleEditor {
   // Colours of the palette or the theme are taken as such: they look as this workbook has them.
   StyleId Import(const StyleEditor& source, StyleId style);
 
+  // The number of a differential format (of a conditional format) of another workbook, in this one.
+  int ImportDifferential(const StyleEditor& source, int id);
+
   // Replaces the palette; cells with palette colours change their look.
   void SetPalette(const Palette& palette);
 

@@ -32,6 +32,7 @@ std::string CanonicalAttribute(pugi::xml_attribute attribute) {
       !IsTrue(value)) {
     return "";
   }
+  if (name == "patternType" && value == "none") return "";
   std::string text(name);
   text += '=';
   std::optional<double> number = TextToNumber(value);

@@ -1,6 +1,7 @@
 #include "package/styles_reader.h"
 
 #include <charconv>
+#include <string_view>
 
 #include "package/column_width.h"
 #include "package/fill_colors.h"

@@ -26,6 +26,8 @@ constexpr std::string_view kXmlDeclaration =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n";
 constexpr std::string_view kSharedStringsType =
     "application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml";
+constexpr std::string_view kMacroEnabledType =
+    "application/vnd.ms-excel.sheet.macroEnabled.main+xml";
 constexpr std::string_view kEmptySheet = "<dimension ref=\"A1\"/><sheetData/>";
 
 std::string SpreadsheetType(std::string_view kind) {
@@ -64,6 +66,7 @@ std::unique_ptr<OpcPackage> CreatePackage(const std::vector<std::string>& sheet_
     package->Write(part, Document("worksheet", kEmptySheet));
     package->SetContentType(part, SpreadsheetType("worksheet"));
     std::string id = package->AddRelationship(parts.workbook, RelationshipType("worksheet"), part);
+    parts.sheet_relationships.push_back(id);
     sheets += "<sheet name=\"" + EncodeXmlAttribute(sheet_names[i]) + "\" sheetId=\"" + number +
               "\" r:id=\"" + id + "\"/>";
   }
@@ -85,20 +88,22 @@ bool IsChart(const Relationship& relationship) {
 WorkbookFile::WorkbookFile() = default;
 WorkbookFile::~WorkbookFile() = default;
 
-std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string>& sheet_names) {
+std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string>& sheet_names,
+                                                   const std::string& name) {
   std::unique_ptr<WorkbookFile> file(new WorkbookFile());
-  file->name_ = "Book1";
+  file->name_ = name;
   file->parts_ = std::make_unique<WorkbookParts>();
   file->package_ = CreatePackage(sheet_names, *file->parts_);
   file->windows_ = {BookView{}};
   file->active_sheets_ = {0};
   const std::string text = Document("worksheet", kEmptySheet);
-  for (const std::string& name : sheet_names) {
-    SheetModel& sheet = file->model_.AddSheet(name);
+  for (const std::string& sheet_name : sheet_names) {
+    SheetModel& sheet = file->model_.AddSheet(sheet_name);
     SheetPart& part = file->sheets_.emplace_back();
     part.part = file->parts_->sheets[sheet.id];
     ReadSheet(text, file->model_, sheet, part.markup);
   }
+  file->first_added_sheet_ = static_cast<int>(sheet_names.size());
   return file;
 }
 
@@ -106,6 +111,24 @@ bool WorkbookFile::has_macros() const {
   const auto& relationships = package_->RelationshipsOf(parts_->workbook);
   return std::any_of(relationships.begin(), relationships.end(),
                      [](const Relationship& r) { return r.IsType("vbaProject"); });
+}
+
+std::string WorkbookFile::main_content_type() const {
+  return package_->ContentTypeOf(parts_->workbook);
+}
+
+void WorkbookFile::SetMainContentType(const std::string& content_type) {
+  if (content_type != main_content_type()) {
+    package_->SetContentType(parts_->workbook, content_type);
+  }
+}
+
+bool WorkbookFile::is_macro_enabled() const {
+  return main_content_type().find(".macroEnabled.") != std::string::npos;
+}
+
+void WorkbookFile::MakeMacroEnabled() {
+  if (!is_macro_enabled()) SetMainContentType(std::string(kMacroEnabledType));
 }
 
 std::span<const ColumnInsertion> WorkbookFile::Pending(std::size_t& followed) {
@@ -458,6 +481,9 @@ void WorkbookFile::UpdateCharts(const std::vector<int>& sheets) {
 void WorkbookFile::WriteWorkbookPart() {
   WorkbookChanges changes;
   changes.calculate_on_opening = calculate_on_opening_;
+  if (records_calculation_mode_) changes.manual_calculation = model_.manual_calculation;
+  changes.sheet_relationships = parts_->sheet_relationships;
+  changes.first_added_sheet = first_added_sheet_;
   try {
     if (auto text = PatchWorkbook(package_->Read(parts_->workbook), model_, changes)) {
       package_->Write(parts_->workbook, std::move(*text));
@@ -467,7 +493,7 @@ void WorkbookFile::WriteWorkbookPart() {
   }
 }
 
-void WorkbookFile::Save(const std::filesystem::path& path) {
+std::unique_ptr<ReplacementFile> WorkbookFile::WriteBeside(const std::filesystem::path& path) {
   if (failed_) std::rethrow_exception(failed_);
   try {
     WriteParts();
@@ -475,7 +501,7 @@ void WorkbookFile::Save(const std::filesystem::path& path) {
     failed_ = std::current_exception();
     throw;
   }
-  package_->Save(path);
+  return package_->WriteBeside(path);
 }
 
 void WorkbookFile::WriteParts() {

@@ -41,22 +41,35 @@ class WorkbookFile {
   static std::unique_ptr<WorkbookFile> Open(const std::filesystem::path& path);
   // A new workbook with empty worksheets of these names (different, none of them empty), which can
   // be saved as well.
-  static std::unique_ptr<WorkbookFile> Create(const std::vector<std::string>& sheet_names);
+  static std::unique_ptr<WorkbookFile> Create(const std::vector<std::string>& sheet_names,
+                                              const std::string& name = "Book1");
   ~WorkbookFile();
 
   WorkbookModel& model() { return model_; }
   OpcPackage& package() { return *package_; }
   SheetMarkup& markup(int sheet) { return sheets_[sheet].markup; }
   const std::string& part_of(int sheet) const { return sheets_[sheet].part; }
-  // File name without its folder ("Model.xlsm"; "Book1" for a new one).
+  // File name without its folder ("Model.xlsm").
   const std::string& name() const { return name_; }
+  void SetName(std::string name) { name_ = std::move(name); }
   bool has_macros() const;
+  // Of the main part, which tells a macro-enabled workbook (.xlsm) from one without macros.
+  std::string main_content_type() const;
+  void SetMainContentType(const std::string& content_type);
+  bool is_macro_enabled() const;
+  void MakeMacroEnabled();
 
   // Changes to the workbook's cell formats.
   StyleEditor& style_editor();
 
   // Id of the active sheet when the workbook was opened.
   int active_sheet() const { return active_sheet_; }
+
+  // Adds an empty worksheet at that 0-based place among the tabs and returns its id. The name is one
+  // that a sheet may have, and free.
+  int AddSheet(const std::string& name, int position);
+  // The sheet came since the workbook was opened: nothing in the package's other parts names it.
+  bool IsAdded(int sheet) const { return sheet >= first_added_sheet_; }
 
   // Makes everything around the cells follow an insertion: applied at the next call of
   // FollowInsertions or Save, in one pass over each part however many insertions came.
@@ -69,6 +82,8 @@ class WorkbookFile {
 
   // Formulas are left that could not be calculated: Excel is asked to calculate all on opening.
   void RequestCalculationOnOpening() { calculate_on_opening_ = true; }
+  // The calculation mode was set: the file is to say what the model does.
+  void RecordCalculationMode() { records_calculation_mode_ = true; }
 
   // The workbook's windows when it was opened, at least one, and the id of each one's active sheet.
   const std::vector<BookView>& windows() const { return windows_; }
@@ -79,7 +94,10 @@ class WorkbookFile {
 
   // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on
   // failure. May be called again after further edits.
-  void Save(const std::filesystem::path& path);
+  void Save(const std::filesystem::path& path) { WriteBeside(path)->Commit(); }
+  // The first half of Save: the workbook as it is now in a file beside `path`, whose Commit gives it
+  // its name.
+  std::unique_ptr<ReplacementFile> WriteBeside(const std::filesystem::path& path);
 
   // The names of the workbook's tables, read once: no operation makes one.
   const std::vector<std::string>& TableNames();
@@ -134,7 +152,10 @@ class WorkbookFile {
   // As opened, and the active sheets as the parts say now.
   std::vector<BookView> windows_;
   std::vector<int> active_sheets_;
+  // Ids from here on are sheets that were added.
+  int first_added_sheet_ = 0;
   bool calculate_on_opening_ = false;
+  bool records_calculation_mode_ = false;
   std::optional<std::vector<std::string>> table_names_;
   // What kept a save from bringing the parts up to date. Some of them may have followed insertions
   // and others not, so that no later save can be right.

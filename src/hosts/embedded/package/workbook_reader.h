@@ -17,8 +17,9 @@ struct WorkbookParts {
   std::string styles;
   std::string theme;
   std::string calculation_chain;
-  // By sheet id.
+  // By sheet id: the parts, and their relationships with the workbook's.
   std::vector<std::string> sheets;
+  std::vector<std::string> sheet_relationships;
 };
 
 // What a sheet's `state` says.

@@ -9,6 +9,7 @@
 #include "package/area_list.h"
 #include "package/cell_patch.h"
 #include "package/column_width.h"
+#include "package/sheet_list.h"
 #include "package/sheet_reader.h"
 #include "package/sheet_writer.h"
 #include "package/xml_scanner.h"
@@ -48,7 +49,11 @@ bool ComesBeforeNames(std::string_view name) {
 class WorkbookPatcher {
  public:
   WorkbookPatcher(std::string_view text, const WorkbookModel& model, const WorkbookChanges& changes)
-      : xml_(text), patch_(text), model_(model), changes_(changes) {}
+      : xml_(text),
+        patch_(text),
+        model_(model),
+        changes_(changes),
+        sheets_(text, changes.sheet_relationships) {}
 
   std::optional<std::string> Run() {
     written_.resize(model_.names.size(), false);
@@ -74,9 +79,11 @@ class WorkbookPatcher {
     } else if (name == "calcPr") {
       has_calculation_ = true;
       if (changes_.calculate_on_opening) SetAttribute("fullCalcOnLoad", "1");
+      if (changes_.manual_calculation) SetCalculationMode(*changes_.manual_calculation);
       xml_.SkipElement();
     } else if (name == "sheets") {
       PatchSheets();
+      sheets_.Patch(model_, changes_.first_added_sheet, patch_);
     } else {
       xml_.SkipElement();
     }
@@ -92,12 +99,21 @@ class WorkbookPatcher {
     patch_.Insert(at, " " + std::string(name) + "=\"" + std::string(value) + "\"");
   }
 
+  // Of the start tag at which the scanner stands. Automatic is what no attribute means.
+  void SetCalculationMode(bool manual) {
+    if (manual) {
+      SetAttribute("calcMode", "manual");
+    } else if (auto mode = xml_.Attribute("calcMode"); mode && *mode != "auto") {
+      patch_.Replace(*mode, "auto");
+    }
+  }
+
   void PatchSheets() {
     if (xml_.is_empty()) return;
-    while (xml_.Next() != Token::kEnd) {
+    for (int position = 0; xml_.Next() != Token::kEnd;) {
       if (xml_.token() != Token::kStart) continue;
-      const std::optional<int> id = model_.IdOf(DecodeXml(xml_.Attribute("name").value_or("")));
-      if (id) PatchState(model_.sheets[*id]->visibility);
+      const int id = sheets_.IdAt(position++);
+      if (id >= 0) PatchState(model_.sheets[id]->visibility);
       xml_.SkipElement();
     }
   }
@@ -129,8 +145,11 @@ class WorkbookPatcher {
     std::string name = DecodeXml(raw_name);
     names_there_.emplace_back(CaseFolded(name), begin);
     int scope = -1;
-    if (auto local = xml_.Attribute("localSheetId")) {
-      std::from_chars(local->data(), local->data() + local->size(), scope);
+    const std::optional<std::string_view> local = xml_.Attribute("localSheetId");
+    if (local) {
+      int position = -1;
+      std::from_chars(local->data(), local->data() + local->size(), position);
+      scope = sheets_.IdAt(position);
     }
     const bool is_empty = xml_.is_empty();
     const std::size_t tag_end = xml_.end();
@@ -144,6 +163,10 @@ class WorkbookPatcher {
     written_[*index] = true;
     if (model_.names[*index].name != name) {
       patch_.Replace(raw_name, EncodeXmlAttribute(model_.names[*index].name));
+    }
+    if (local && scope >= 0) {
+      const std::string position = std::to_string(model_.PositionOf(scope));
+      if (position != *local) patch_.Replace(*local, position);
     }
     const std::string& text = model_.names[*index].refers_to;
     if (text == DecodeXml(raw)) return;
@@ -173,9 +196,11 @@ class WorkbookPatcher {
 
   void AddMissing() {
     AddMissingNames();
-    if (changes_.calculate_on_opening && !has_calculation_) {
+    const bool manual = changes_.manual_calculation.value_or(false);
+    if ((changes_.calculate_on_opening || manual) && !has_calculation_) {
       patch_.Insert(places_.calculation_after,
-                    "<" + places_.prefix + "calcPr fullCalcOnLoad=\"1\"/>");
+                    "<" + places_.prefix + "calcPr" + (manual ? " calcMode=\"manual\"" : "") +
+                        (changes_.calculate_on_opening ? " fullCalcOnLoad=\"1\"" : "") + "/>");
     }
   }
 
@@ -210,7 +235,9 @@ class WorkbookPatcher {
   std::string NameElement(const DefinedName& name) const {
     std::string element =
         "<" + places_.prefix + "definedName name=\"" + EncodeXmlAttribute(name.name) + "\"";
-    if (name.scope >= 0) element += " localSheetId=\"" + std::to_string(name.scope) + "\"";
+    if (name.scope >= 0) {
+      element += " localSheetId=\"" + std::to_string(model_.PositionOf(name.scope)) + "\"";
+    }
     return element + ">" + EncodeXmlText(name.refers_to) + "</" + places_.prefix + "definedName>";
   }
 
@@ -218,6 +245,7 @@ class WorkbookPatcher {
   TextPatch patch_;
   const WorkbookModel& model_;
   const WorkbookChanges& changes_;
+  SheetList sheets_;
   WorkbookPlaces places_;
   // By the model's names: an element is there.
   std::vector<bool> written_;

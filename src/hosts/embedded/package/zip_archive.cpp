@@ -344,7 +344,8 @@ void WriteZip(const ReplacementFile& file, const ZipArchive* source,
   }
 }
 
-ReplacementFile::ReplacementFile(const std::filesystem::path& target) : target_(target) {
+ReplacementFile::ReplacementFile(const std::filesystem::path& target)
+    : requested_(target), target_(target) {
   std::error_code error;
   if (std::filesystem::is_symlink(target, error)) {
     target_ = std::filesystem::weakly_canonical(target, error);

@@ -84,8 +84,11 @@ class ReplacementFile {
   // Flushes to the disk and renames. Throws FileError (kCannotWrite).
   void Commit();
   const std::filesystem::path& target() const { return target_; }
+  // The target as it was given: a symbolic link itself.
+  const std::filesystem::path& requested() const { return requested_; }
 
  private:
+  std::filesystem::path requested_;
   std::filesystem::path target_;
   std::filesystem::path temporary_;
   // Of the file that is replaced; -1 leaves the owner as it is.
