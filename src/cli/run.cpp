@@ -73,12 +73,32 @@ Value CallMethod(Call& call, embedded::Session& session, RunUserInterface& user_
   return call.Run(services, globals);
 }
 
-void TellState(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
-  for (const embedded::Uncalculated& formula : session.Calculate()) {
-    outcome.uncalculated.push_back(
-        {session.file().model().NameOf(formula.sheet), formula.cell, formula.reason});
+// `prefix` stands before the sheets' names.
+void TellUncalculated(embedded::Session& session, int workbook, const std::string& prefix,
+                      RunOutcome& outcome) {
+  for (const embedded::Uncalculated& formula : session.Calculate(workbook)) {
+    outcome.uncalculated.push_back({prefix + session.file(workbook).model().NameOf(formula.sheet),
+                                    formula.cell, formula.reason});
   }
-  if (options.changes || options.json) outcome.changes = session.Changes();
+}
+
+bool IsEmpty(const embedded::ChangeList& changes) {
+  return changes.inserted.empty() && changes.cells.empty() && changes.others.empty();
+}
+
+void TellState(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
+  const bool tells_changes = options.changes || options.json;
+  TellUncalculated(session, 0, "", outcome);
+  if (tells_changes) outcome.changes = session.Changes();
+  for (int workbook = 1; workbook < session.workbook_count(); ++workbook) {
+    FurtherOutcome further;
+    further.name = options.further[workbook - 1].path.filename().string();
+    TellUncalculated(session, workbook, "[" + further.name + "]", outcome);
+    embedded::ChangeList changes = session.Changes(workbook);
+    further.changed = !IsEmpty(changes);
+    if (tells_changes) further.changes = std::move(changes);
+    outcome.further.push_back(std::move(further));
+  }
 }
 
 void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
@@ -86,13 +106,19 @@ void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcom
   SavedFiles files = Save(session, options);
   outcome.written = std::move(files.written);
   outcome.backup = std::move(files.backup);
+  for (std::size_t i = 0; i < outcome.further.size(); ++i) {
+    const std::filesystem::path& output = options.further[i].output;
+    if (!output.empty()) outcome.further[i].written = output;
+  }
 }
 
 // The run itself; throws what ends it early.
 void Execute(const RunOptions& options, Call& call, RunUserInterface& user_interface,
              Environment& environment, RunOutcome& outcome) {
   const std::unique_ptr<embedded::Session> session = embedded::Session::Open(options.model);
-  if (options.changes || options.json) session->RecordChanges();
+  for (const FurtherWorkbook& workbook : options.further) session->OpenFurther(workbook.path);
+  // Whether another workbook is left with unsaved changes is always told.
+  if (options.changes || options.json || !options.further.empty()) session->RecordChanges();
   Prepare(*session, options);
   outcome.result = CallMethod(call, *session, user_interface, environment);
   outcome.arrays = call.FilledArrays();
@@ -116,6 +142,7 @@ void Fail(RunOutcome& outcome, ExitCode exit_code, ReportedError error) {
   outcome.arrays.clear();
   outcome.changes = {};
   outcome.uncalculated.clear();
+  outcome.further.clear();
 }
 
 // Calls `run` and puts what it throws into the outcome.

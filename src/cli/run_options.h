@@ -24,6 +24,13 @@ struct CellToSet {
 // Where the result goes.
 enum class Target { kOutputFile, kInPlace, kNowhere };
 
+// A workbook that is open beside the model.
+struct FurtherWorkbook {
+  std::filesystem::path path;
+  // Where its result goes; empty to leave it unsaved.
+  std::filesystem::path output;
+};
+
 struct RunOptions {
   std::filesystem::path model;
   std::string class_name;
@@ -33,6 +40,8 @@ struct RunOptions {
   Target target = Target::kNowhere;
   std::filesystem::path output;  // for kOutputFile
 
+  std::vector<FurtherWorkbook> further;
+
   std::vector<std::string> answers;
   bool yes = false;
 
@@ -40,7 +49,7 @@ struct RunOptions {
   std::string sheet;      // to activate; empty for the one that is active
   std::string selection;  // address on the active sheet; empty for what is selected
 
-  std::string caller;     // shape or control of the active sheet that runs the macro
+  std::string caller;  // shape or control of the active sheet that runs the macro
 
   bool changes = false;
   bool json = false;
