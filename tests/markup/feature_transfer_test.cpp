@@ -130,5 +130,16 @@ TEST(TransferFeatures, BringsThePrefixesOfTheSource) {
             R"(<mergeCells count="1"><x:mergeCell xmlns:x="urn:main" ref="A1:B1"/></mergeCells>)");
 }
 
+// Both forms of the file format give the same names other uris.
+TEST(TransferFeatures, TakesTheFormOfTheTarget) {
+  const SheetMarkup source =
+      MarkupOf({{"sheetData", ""},
+                {"mergeCells", R"(<mergeCells count="1"><mergeCell ref="B5:C5"/></mergeCells>)"}});
+  SheetMarkup target = MarkupOf({{"sheetData", ""}});
+  target.start = R"(<worksheet xmlns="http://purl.oclc.org/ooxml/spreadsheetml/main">)";
+  TransferFeatures(source, kFrom, target, kTo, kAll, kContext);
+  EXPECT_EQ(TextOf(target), R"(<mergeCells count="1"><mergeCell ref="A1:B1"/></mergeCells>)");
+}
+
 }  // namespace
 }  // namespace vantora::embedded
