@@ -22,6 +22,9 @@ constexpr int kCurrentYear = 15;    // O
 constexpr int kFirstPlanYear = 16;  // P
 constexpr int kLastYear = 25;       // Y
 constexpr int kTotal = 26;          // Z
+constexpr int kFlagColumn = 27;     // AA, of the Planning sheet
+constexpr int kBaseFlag = 28;       // AB
+constexpr int kSave = 29;           // AC, of the Planning sheet
 constexpr int kMarker = 30;         // AD
 constexpr int kYears = kLastYear - kFirstYear + 1;
 constexpr int kFirstBlockRow = 6;
@@ -42,6 +45,15 @@ enum SharedString {
   kFlagC,
   kTitleText,
   kUnitText,
+  kBase,
+  kSpinnerBase,
+  kFlagF,
+  kSaveFlag,
+  kInflationFlag,
+  kMoves,
+  kInflates,
+  kEndFlag,
+  kRatioFlag,
   kFirstLabel
 };
 
@@ -119,6 +131,8 @@ class DataSheet {
     out_.Text(kLabel, kTitleText, kHeader);
     out_.Blank(kKey, kHeader);
     out_.Blank(kTotal, kHeader);
+    // Holds the base case of the inputs above it.
+    if (first > kFirstBlockRow) out_.Text(kBaseFlag, kSpinnerBase, kPlain);
     out_.EndRow();
     std::array<Years, 8> lines{};
     lines[1] = WriteGrowth(first + 1);
@@ -129,7 +143,7 @@ class DataSheet {
     lines[6] = linked = WriteLink(first + 6, lines[1], linked);
     lines[7] = WriteRatio(first + 7, lines[1]);
     WriteSums(first + 8, lines);
-    WriteInputs(first + 9);
+    WriteInputs(first + 9, true);
   }
 
   int KeyOf(int row) const { return 1 + (row + sheet_) % 12; }
@@ -148,9 +162,10 @@ class DataSheet {
     out_.Number(kFactor, FactorOf(row), kInput);
   }
 
-  void End(int row, const Years& values) {
+  void End(int row, const Years& values, bool is_base = false) {
     out_.Formula(kTotal, "SUM(" + At(kCurrentYear, row) + ":" + At(kLastYear, row) + ")",
                  Sum(values, kCurrentYear - kFirstYear, kYears - 1), kSum);
+    if (is_base) out_.Text(kBaseFlag, kBase, kPlain);
     out_.EndRow();
   }
 
@@ -230,10 +245,10 @@ class DataSheet {
     return values;
   }
 
-  Years WriteInputs(int row) {
+  Years WriteInputs(int row, bool is_base = false) {
     Begin(row);
     Years values = Inputs(row, kLastYear);
-    End(row, values);
+    End(row, values, is_base);
     return values;
   }
 
@@ -303,8 +318,16 @@ ModelCounts WriteReferenceSheet(ZipStream& zip) {
   return out.End("");
 }
 
-ModelCounts WritePlanningSheet(ZipStream& zip) {
+// Yearly factors, which are the inflation as well, and one spin button with as many projects as a
+// data sheet has rows; its linked cell is D8.
+ModelCounts WritePlanningSheet(ZipStream& zip, int projects) {
+  constexpr int kSpinnerRow = 8;
   SheetStream out(zip, "xl/worksheets/sheet2.xml", "");
+  out.BeginRow(1);
+  out.Text(1, kUnitText, kPlain);
+  out.Text(kFlagColumn, kFlagF, kPlain);
+  out.Text(kSave, kSaveFlag, kPlain);
+  out.EndRow();
   out.BeginRow(5);
   double sum = 0;
   for (int year = 0; year < kYears; ++year) {
@@ -312,7 +335,82 @@ ModelCounts WritePlanningSheet(ZipStream& zip) {
     sum += PlanningFactor(year);
   }
   out.Formula(kTotal, "SUM(J5:Y5)", sum, kSum);
+  out.Text(kFlagColumn, kInflationFlag, kPlain);
   out.EndRow();
+  out.BeginRow(kSpinnerRow);
+  out.Number(4, 1, kInput);
+  out.EndRow();
+  const int end_row = kSpinnerRow + projects + 1;
+  for (int row = kSpinnerRow + 1; row < end_row; ++row) {
+    out.BeginRow(row);
+    out.Text(kLabel, kFirstLabel + row % kLabelCount, kPlain);
+    for (int column = kFirstPlanYear; column <= kLastYear; ++column) {
+      out.Number(column, static_cast<double>(InputCents(0, row, column)) / 100, kInput);
+    }
+    out.Text(kFlagColumn, row % 2 == 0 ? kMoves : kInflates, kPlain);
+    out.EndRow();
+  }
+  out.BeginRow(end_row);
+  out.Number(4, 1, kInput);
+  out.Text(kFlagColumn, kEndFlag, kPlain);
+  out.EndRow();
+  return out.End(
+      "<legacyDrawing xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/"
+      "relationships\" r:id=\"rId1\"/>");
+}
+
+void WriteSpinButton(ZipStream& zip) {
+  zip.Begin("xl/worksheets/_rels/sheet2.xml.rels");
+  zip.Write(
+      std::string(kXml) +
+      "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">"
+      "<Relationship Id=\"rId1\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/"
+      "relationships/vmlDrawing\" Target=\"../drawings/vmlDrawing1.vml\"/></Relationships>");
+  zip.Begin("xl/drawings/vmlDrawing1.vml");
+  zip.Write(
+      "<xml xmlns:v=\"urn:schemas-microsoft-com:vml\" "
+      "xmlns:x=\"urn:schemas-microsoft-com:office:excel\"><v:shape id=\"Spinner_x0020_1\">"
+      "<x:ClientData ObjectType=\"Spin\"><x:FmlaLink>$D$8</x:FmlaLink></x:ClientData></v:shape>"
+      "</xml>");
+}
+
+// A hundred ratios, and ten blocks of comparison data that take up the other rows.
+ModelCounts WriteRatioSheet(ZipStream& zip, ModelSize size) {
+  constexpr int kCode = 5;
+  constexpr int kDataKey = 9;
+  constexpr int kRatios = 100;
+  constexpr int kBlocks = 10;
+  constexpr int kRowsOfRatio = kBlocks + 1;
+  SheetStream out(zip, "xl/worksheets/sheet" + std::to_string(size.sheets + 3) + ".xml", "");
+  int row = 1;
+  auto write = [&](auto fill) {
+    out.BeginRow(row++);
+    fill();
+    out.EndRow();
+  };
+  write([&] { out.Text(1, kRatioFlag, kPlain); });
+  write([&] { out.Number(kCode, 1, kInput); });
+  for (int ratio = 1; ratio <= kRatios; ++ratio) {
+    write([&] { out.Number(1, ratio, kInput); });
+    row += kRowsOfRatio - 1;
+  }
+  write([&] { out.Number(kCode, 99, kInput); });
+  const int data_rows = size.rows / kBlocks;
+  for (int block = 1; block <= kBlocks; ++block) {
+    write([&] { out.Number(kCode, 100 * block, kInput); });
+    for (int data = 0; data < data_rows; ++data) {
+      write([&] {
+        out.Number(kDataKey, 1 + data % kRatios, kInput);
+        for (int year = 0; year <= kCurrentYear - kFirstYear; ++year) {
+          if ((data + year) % 3 != 0) {
+            out.Number(kFirstYear + year, static_cast<double>(InputCents(block, data, year)) / 100,
+                       kInput);
+          }
+        }
+      });
+    }
+    write([&] { out.Number(kCode, 100 * block + 91, kInput); });
+  }
   return out.End("");
 }
 
@@ -320,7 +418,8 @@ void WriteSharedStrings(ZipStream& zip) {
   zip.Begin("xl/sharedStrings.xml");
   std::string text(kXml);
   text.append("<sst xmlns=\"").append(kMain).append("\">");
-  for (std::string_view one : {"S", "X14", "k", "n", "e", "c", "Plan by line", "thousands"}) {
+  for (std::string_view one : {"S F Z", "X14", "k", "n", "e", "c", "Plan by line", "thousands", "B",
+                               "BS", "f", "s", "x", "s", "i", "end", "G"}) {
     text.append("<si><t>").append(one).append("</t></si>");
   }
   for (int label = 0; label < kLabelCount; ++label) {
@@ -357,6 +456,8 @@ void WriteWorkbookParts(ZipStream& zip, ModelSize size) {
       "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\"><Default "
       "Extension=\"rels\" "
       "ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
+      "<Default Extension=\"vml\" "
+      "ContentType=\"application/vnd.openxmlformats-officedocument.vmlDrawing\"/>"
       "<Default Extension=\"xml\" ContentType=\"application/xml\"/><Override PartName=\"/xl/"
       "workbook.xml\" ContentType=\"application/vnd.ms-excel.sheet.macroEnabled.main+xml\"/>";
   book.append("<workbook xmlns=\"")
@@ -374,9 +475,12 @@ void WriteWorkbookParts(ZipStream& zip, ModelSize size) {
              "\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/" +
              kind + "\" Target=\"" + target + "\"/>";
   };
-  for (int sheet = 1; sheet <= size.sheets + 2; ++sheet) {
+  for (int sheet = 1; sheet <= size.sheets + 3; ++sheet) {
     std::string number = std::to_string(sheet);
-    std::string name = sheet == 1 ? "Reference" : sheet == 2 ? "Planning" : SheetName(sheet - 3);
+    std::string name = sheet == 1                 ? "Reference"
+                       : sheet == 2               ? "Planning"
+                       : sheet == size.sheets + 3 ? "Ratios"
+                                                  : SheetName(sheet - 3);
     book += "<sheet name=\"" + name + "\" sheetId=\"" + number + "\" r:id=\"rId" + number + "\"/>";
     add("rId" + number, "worksheet", "worksheets/sheet" + number + ".xml", "worksheet");
   }
@@ -419,11 +523,13 @@ ModelCounts WritePlanningModel(const std::filesystem::path& path, ModelSize size
     counts.formulas += more.formulas;
   };
   add(WriteReferenceSheet(zip));
-  add(WritePlanningSheet(zip));
+  add(WritePlanningSheet(zip, size.rows));
+  WriteSpinButton(zip);
   std::vector<Years> linked;
   for (int sheet = 0; sheet < size.sheets; ++sheet) {
     add(DataSheet(zip, sheet, size.rows).Write(linked));
   }
+  add(WriteRatioSheet(zip, size));
   zip.Close();
   return counts;
 }

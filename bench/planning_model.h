@@ -1,6 +1,7 @@
 // Planning models of any size, for measurements: data sheets with history, current year and plan
-// years, half of whose cells are formulas with right stored values, a Reference sheet and a
-// Planning sheet.
+// years, half of whose cells are formulas with right stored values and a fifth of whose rows
+// hold a base case, a Reference sheet, a Planning sheet with projects under a spin button, and a
+// sheet of ratios with comparison data.
 #pragma once
 
 #include <cstddef>

@@ -49,7 +49,7 @@ class DataSheet(Sheet):
         else:
             self.fill(3, 'J', 'Y', 'Sales!J3', 'heading')
             self.fill(4, 'J', 'Y', 'Sales!J4', 'heading')
-        self.put('AB3', 'Base', 'heading')
+        self.put('AB3', 'Frozen', 'heading')
         self.widths = [('A', 'A', 4), ('B', 'B', 34), ('C', 'C', 8), ('D', 'D', 12), ('E', 'H', 10),
                        ('I', 'I', 28), ('J', 'Y', 11), ('AB', 'AC', 6)]
         self.freeze, self.top_left = 'C5', 'J5'

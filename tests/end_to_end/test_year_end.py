@@ -3,23 +3,16 @@
 import re
 
 import harness
+from cell_checks import CellTestCase, plain
 from expected import CURRENT_YEAR, LAST_YEAR, ExpectedModel, moved_address, moved_area, \
     moved_formula
-from harness import COMMENT, DEMO, CommandTestCase
+from harness import COMMENT, DEMO
 from workbook import (CHART, MAIN, RELATION, Workbook, cell_name, column_letters, column_number,
                       plain_text, same_value)
 
 from demo_model.formulas import tokens
 
 SALES_MARKER = 30  # column AD
-
-
-def plain(formula):
-    """A formula without blanks and needless quotes, so that only its meaning is compared."""
-    if formula is None:
-        return None
-    pieces = [match.group(0).strip() for _, match in tokens(formula)]
-    return ''.join(re.sub(r"^'([A-Za-z_]\w*)'!", r'\1!', piece) for piece in pieces)
 
 
 def notes(workbook, sheet):
@@ -106,29 +99,10 @@ def stale_caches(workbook):
     return stale
 
 
-class YearEnd(CommandTestCase):
+class YearEnd(CellTestCase):
     @classmethod
     def setUpClass(cls):
         cls.before = Workbook(DEMO)
-
-    def assert_cells(self, expected, after):
-        """Every cell of every sheet has the formula, the value and the format it should have."""
-        calculator, differences = expected.calculator(), []
-        for sheet, cells in expected.cells.items():
-            found = after.sheets[sheet].cells
-            for row, column in sorted(cells.keys() | found.keys()):
-                wanted, cell = cells.get((row, column)), found.get((row, column))
-                place = cell_name(sheet, row, column)
-                formula, value = cell and cell.formula, cell and cell.value
-                if plain(formula) != plain(wanted and wanted.formula):
-                    differences.append(f'{place}: formula {formula!r}, not '
-                                       f'{wanted and wanted.formula!r}')
-                if not same_value(calculator.value(sheet, row, column), value):
-                    differences.append(f'{place}: value {value!r}, not '
-                                       f'{calculator.value(sheet, row, column)!r}')
-                if self.before.format_of(wanted) != after.format_of(cell):
-                    differences.append(f'{place}: another format')
-        self.assert_none(differences, 'cells that are wrong')
 
     def assert_charts(self, after):
         self.assert_none(stale_caches(after), "points of charts that are not the cells' values")

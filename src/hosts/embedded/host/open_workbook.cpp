@@ -24,6 +24,11 @@ constexpr const char* kNoRoomForColumns =
 
 std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
 
+// Whether a put of the value empties a cell.
+bool Empties(const Value& value) {
+  return value.IsEmpty() || (value.IsText() && value.AsText().empty());
+}
+
 // A cell that comes into being takes its row's or column's format along.
 void KeepFormatOf(SheetModel& sheet, CellAddress cell) {
   if (!sheet.cells.Exists(cell)) sheet.cells.SetStyle(cell, sheet.StyleOf(cell));
@@ -133,7 +138,7 @@ void OpenWorkbook::PutText(int sheet_id, CellAddress cell, const std::string& te
 }
 
 void OpenWorkbook::PutValue(int sheet_id, CellAddress cell, const Value& value) {
-  if (value.IsEmpty() || (value.IsText() && value.AsText().empty())) {
+  if (Empties(value)) {
     Clear(sheet_id, cell);
     return;
   }
@@ -151,7 +156,12 @@ void OpenWorkbook::PutValue(int sheet_id, CellAddress cell, const Value& value) 
 }
 
 void OpenWorkbook::Put(int sheet_id, const Area& area, const Value& value) {
+  const bool is_one_cell = area.rows() == 1 && area.columns() == 1;
+  const bool holds_nothing =
+      !sheet(sheet_id).cells.Get({area.first_row, area.first_column}).has_content();
   PrepareContents(sheet_id, area);
+  // Emptying what is empty, as clearing all data mostly does, makes nothing out of date.
+  if (is_one_cell && holds_nothing && Empties(value) && sheet(sheet_id).arrays.empty()) return;
   for (int row = area.first_row; row <= area.last_row; ++row) {
     for (int column = area.first_column; column <= area.last_column; ++column) {
       PutValue(sheet_id, {row, column}, value);
@@ -245,13 +255,16 @@ void OpenWorkbook::PasteCells(SheetModel& target, const Area& from, const Area& 
     const int last_used = UsedRange(target.id).last_row;
     rows = std::min(rows, std::max(last_used - from.first_row, last_used - to.first_row) + 1);
   }
-  // Overlapping areas: the columns are taken in the order in which none is overwritten unread.
+  // Overlapping areas: columns and rows are taken in the order in which no cell is overwritten
+  // unread.
   bool rightward = to.first_column > from.first_column;
+  bool downward = to.first_row > from.first_row;
   for (int step = 0; step < from.columns(); ++step) {
     int index = rightward ? from.columns() - 1 - step : step;
     int source_column = from.first_column + index;
     int target_column = to.first_column + index;
-    for (int offset = 0; offset < rows; ++offset) {
+    for (int row_step = 0; row_step < rows; ++row_step) {
+      const int offset = downward ? rows - 1 - row_step : row_step;
       CellAddress source{from.first_row + offset, source_column};
       CellAddress destination{to.first_row + offset, target_column};
       PasteCell(target, target.cells.Get(source), source, destination, parts);

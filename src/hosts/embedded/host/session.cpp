@@ -28,7 +28,13 @@ struct Session::Impl {
     }
   }
 
+  // The first workbook sets the calculation mode, which is the application's, for all others.
   void Add(std::unique_ptr<WorkbookFile> file) {
+    if (state->active_workbook) {
+      const bool manual = workbook().model().manual_calculation;
+      if (file->model().manual_calculation != manual) file->RecordCalculationMode();
+      file->model().manual_calculation = manual;
+    }
     state->workbooks.push_back(std::make_unique<OpenWorkbook>(std::move(file)));
     if (!state->active_workbook) state->active_workbook = state->workbooks.front().get();
   }
