@@ -17,6 +17,7 @@
 #include "package/workbook_file.h"
 #include "planning_model.h"
 #include "support/fake_services.h"
+#include "workbook_tools/copy_worksheet.h"
 
 namespace vantora::bench {
 namespace {
@@ -155,6 +156,30 @@ void ShiftHistory(benchmark::State& state) {
   CountCells(state);
 }
 
+// One data sheet into the same workbook, cell by cell.
+void CopyWorksheet(benchmark::State& state) {
+  for (auto _ : state) {
+    state.PauseTiming();
+    auto session = Session::Open(AllModels().Get(state).path);
+    for (const auto& sheet : session->application()->ActiveWorkbook()->Worksheets()) {
+      if (sheet->Name().starts_with("Data")) sheet->Activate();
+    }
+    testing::FakeServices fake({"frmCopyWorksheet:butCopy", "frmCopyWorksheet:butCancel"});
+    clsGlobals globals(fake.services);
+    globals.SetApp(session->application());
+    clsCopyWorksheet copy(fake.services);
+    copy.Init(&globals);
+    state.ResumeTiming();
+    copy.CopyWorksheet();
+    state.PauseTiming();
+    state.counters["cells"] =
+        static_cast<double>(session->file().model().sheets.back()->cells.size());
+    session.reset();
+    state.ResumeTiming();
+  }
+  state.SetComplexityN(state.range(1));
+}
+
 #define VANTORA_MEASURE(step) \
   BENCHMARK(step)->Args({4, 500})->Args({20, 1000})->Unit(benchmark::kMillisecond)
 
@@ -165,6 +190,14 @@ VANTORA_MEASURE(RecalculateEverything);
 VANTORA_MEASURE(RecalculateAfterOneEdit);
 VANTORA_MEASURE(InsertColumnOnEachSheet);
 VANTORA_MEASURE(ShiftHistory);
+
+// Linear in the cells: 28 columns, up to 5,000 rows.
+BENCHMARK(CopyWorksheet)
+    ->Args({1, 1250})
+    ->Args({1, 2500})
+    ->Args({1, 5000})
+    ->Complexity(benchmark::oN)
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace vantora::bench

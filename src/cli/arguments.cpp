@@ -19,6 +19,8 @@ struct RawRun {
   bool in_place = false;
   bool dry_run = false;
   std::vector<std::string> cells_to_set;
+  std::vector<std::string> further;
+  std::vector<std::string> further_outputs;
   RunOptions options;
 };
 
@@ -47,6 +49,10 @@ void DescribeOptions(CLI::App& run, RawRun& raw) {
   run.add_flag("--in-place", raw.in_place,
                "Replace MODEL and keep the file before it as MODEL.bak");
   run.add_flag("--dry-run", raw.dry_run, "Write nothing");
+  AddRepeated(run, "--with", raw.further, "Open this workbook as well (repeatable)", "OTHER");
+  AddRepeated(run, "--output-for", raw.further_outputs,
+              "Write what became of a workbook opened with --with to FILE (repeatable)",
+              "OTHER=FILE");
   AddRepeated(run, "--answer", options.answers,
               "Answer of the next message box or dialog (repeatable, in order)", "TEXT");
   run.add_flag("--yes", options.yes,
@@ -137,6 +143,33 @@ std::vector<std::string> MethodArguments(const std::vector<std::string>& remaini
   return remaining;
 }
 
+// The workbook that stands before a "=" of the text, by its path or its file name; the output goes
+// behind it.
+void SetOutput(const std::string& text, std::vector<FurtherWorkbook>& further) {
+  for (std::size_t at = text.find('='); at != std::string::npos; at = text.find('=', at + 1)) {
+    const std::filesystem::path named = text.substr(0, at);
+    for (FurtherWorkbook& workbook : further) {
+      if (workbook.path != named && workbook.path.filename() != named) continue;
+      if (at + 1 == text.size()) break;
+      if (!workbook.output.empty()) {
+        throw UsageError("--output-for is given twice for " + workbook.path.string() + ".");
+      }
+      workbook.output = text.substr(at + 1);
+      return;
+    }
+  }
+  throw UsageError("--output-for \"" + text +
+                   "\" is no workbook given with --with and a file, such as Other.xlsm=New.xlsm.");
+}
+
+std::vector<FurtherWorkbook> ParseFurther(const std::vector<std::string>& paths,
+                                          const std::vector<std::string>& outputs) {
+  std::vector<FurtherWorkbook> further;
+  for (const std::string& path : paths) further.push_back({.path = path, .output = {}});
+  for (const std::string& text : outputs) SetOutput(text, further);
+  return further;
+}
+
 // All but the method and its arguments.
 RunOptions ToOptions(const RawRun& raw) {
   RunOptions options = raw.options;
@@ -147,6 +180,7 @@ RunOptions ToOptions(const RawRun& raw) {
   if (raw.in_place) options.target = Target::kInPlace;
   if (!raw.output.empty()) options.target = Target::kOutputFile;
   options.output = raw.output;
+  options.further = ParseFurther(raw.further, raw.further_outputs);
   for (const std::string& text : raw.cells_to_set) {
     options.cells_to_set.push_back(ParseCellToSet(text));
   }

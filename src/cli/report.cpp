@@ -103,6 +103,16 @@ void WriteUnusedAnswers(const std::vector<std::string>& answers, std::ostream& e
   }
 }
 
+// Changes that nothing was said to be done with.
+void WriteUnsaved(const std::vector<FurtherOutcome>& further, std::ostream& err) {
+  for (const FurtherOutcome& workbook : further) {
+    if (!workbook.changed || workbook.written) continue;
+    const std::string name = ui::Printable(workbook.name);
+    err << "vantora: warning: " << name << " was changed, and the changes are not saved; save them "
+        << "with --output-for " << name << "=FILE.\n";
+  }
+}
+
 void WriteEnd(const RunOutcome& outcome, std::ostream& err) {
   switch (outcome.exit_code) {
     case ExitCode::kDone:
@@ -124,6 +134,9 @@ void WriteEnd(const RunOutcome& outcome, std::ostream& err) {
   err << "Written: " << outcome.written->string();
   if (outcome.backup) err << " (before: " << outcome.backup->string() << ")";
   err << '\n';
+  for (const FurtherOutcome& workbook : outcome.further) {
+    if (workbook.written) err << "Written: " << workbook.written->string() << '\n';
+  }
 }
 
 Json ErrorJson(const ReportedError& error) {
@@ -165,6 +178,17 @@ Json PathJson(const std::optional<std::filesystem::path>& path) {
   return path ? Json(path->string()) : Json(nullptr);
 }
 
+Json FurtherJson(const std::vector<FurtherOutcome>& further) {
+  Json json = Json::array();
+  for (const FurtherOutcome& workbook : further) {
+    json.push_back({{"workbook", workbook.name},
+                    {"changed", workbook.changed},
+                    {"changes", ChangesJson(workbook.changes)},
+                    {"written", PathJson(workbook.written)}});
+  }
+  return json;
+}
+
 Json OutcomeJson(const RunOutcome& outcome) {
   Json messages = Json::array();
   for (const ShownMessage& message : outcome.messages) {
@@ -190,7 +214,8 @@ Json OutcomeJson(const RunOutcome& outcome) {
           {"changes", ChangesJson(outcome.changes)},
           {"uncalculated", uncalculated},
           {"written", PathJson(outcome.written)},
-          {"backup", PathJson(outcome.backup)}};
+          {"backup", PathJson(outcome.backup)},
+          {"further", FurtherJson(outcome.further)}};
 }
 
 }  // namespace
@@ -223,10 +248,17 @@ void Report(const RunOutcome& outcome, const RunOptions& options, std::ostream& 
     if (!outcome.result.IsEmpty()) out << ui::Printable(ValueToText(outcome.result)) << '\n';
     WriteArrays(outcome.arrays, out);
   }
-  if (done && options.changes) WriteChanges(outcome.changes, words);
+  if (done && options.changes) {
+    WriteChanges(outcome.changes, words);
+    for (const FurtherOutcome& workbook : outcome.further) {
+      words << "In " << ui::Printable(workbook.name) << ":\n";
+      WriteChanges(workbook.changes, words);
+    }
+  }
   if (outcome.error) WriteError(*outcome.error, err);
   WriteUncalculated(outcome.uncalculated, err);
   if (done) WriteUnusedAnswers(outcome.unused_answers, err);
+  if (done && outcome.written) WriteUnsaved(outcome.further, err);
   WriteEnd(outcome, err);
 }
 

@@ -65,13 +65,36 @@ void Prepare(embedded::Session& session, const RunOptions& options) {
   if (!options.caller.empty()) NameCaller(session, options.caller);
 }
 
-void TellState(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
-  for (const embedded::Uncalculated& formula : session.Calculate()) {
-    outcome.uncalculated.push_back(
-        {session.file().model().NameOf(formula.sheet), formula.cell, formula.reason});
+// `prefix` stands before the sheets' names.
+void TellUncalculated(embedded::Session& session, int workbook, const std::string& prefix,
+                      RunOutcome& outcome) {
+  for (const embedded::Uncalculated& formula : session.Calculate(workbook)) {
+    outcome.uncalculated.push_back({prefix + session.file(workbook).model().NameOf(formula.sheet),
+                                    formula.cell, formula.reason});
   }
-  if (options.changes || options.json || !options.journal.empty()) {
-    outcome.changes = session.Changes();
+}
+
+bool IsEmpty(const embedded::ChangeList& changes) {
+  return changes.inserted.empty() && changes.cells.empty() && changes.others.empty();
+}
+
+// Whether the list of changes is wanted.
+bool RecordsChanges(const RunOptions& options) {
+  return options.changes || options.json || !options.journal.empty();
+}
+
+void TellState(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
+  const bool tells_changes = RecordsChanges(options);
+  TellUncalculated(session, 0, "", outcome);
+  if (tells_changes) outcome.changes = session.Changes();
+  for (int workbook = 1; workbook < session.workbook_count(); ++workbook) {
+    FurtherOutcome further;
+    further.name = options.further[workbook - 1].path.filename().string();
+    TellUncalculated(session, workbook, "[" + further.name + "]", outcome);
+    embedded::ChangeList changes = session.Changes(workbook);
+    further.changed = !IsEmpty(changes);
+    if (tells_changes) further.changes = std::move(changes);
+    outcome.further.push_back(std::move(further));
   }
 }
 
@@ -80,6 +103,10 @@ void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcom
   SavedFiles files = Save(session, options);
   outcome.written = std::move(files.written);
   outcome.backup = std::move(files.backup);
+  for (std::size_t i = 0; i < outcome.further.size(); ++i) {
+    const std::filesystem::path& output = options.further[i].output;
+    if (!output.empty()) outcome.further[i].written = output;
+  }
 }
 
 // The result is written by now; a journal that can't be must say so.
@@ -99,8 +126,9 @@ void Execute(const RunOptions& options, const Operation& operation,
   std::optional<Journal> journal;
   if (!options.journal.empty()) journal.emplace(options.model);
   const std::unique_ptr<embedded::Session> session = embedded::Session::Open(options.model);
-  const bool records = options.changes || options.json || !options.journal.empty();
-  if (records) session->RecordChanges();
+  for (const FurtherWorkbook& workbook : options.further) session->OpenFurther(workbook.path);
+  // Whether another workbook is left with unsaved changes is always told.
+  if (RecordsChanges(options) || !options.further.empty()) session->RecordChanges();
   Prepare(*session, options);
   ModelSession model(*session, user_interface, environment);
   operation(model, outcome);
@@ -125,6 +153,7 @@ void Fail(RunOutcome& outcome, ExitCode exit_code, ReportedError error) {
   outcome.arrays.clear();
   outcome.changes = {};
   outcome.uncalculated.clear();
+  outcome.further.clear();
 }
 
 // Calls `run` and puts what it throws into the outcome.

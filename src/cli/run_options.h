@@ -24,6 +24,13 @@ struct CellToSet {
 // Where the result goes.
 enum class Target { kOutputFile, kInPlace, kNowhere };
 
+// A workbook that is open beside the model.
+struct FurtherWorkbook {
+  std::filesystem::path path;
+  // Where its result goes; empty to leave it unsaved.
+  std::filesystem::path output;
+};
+
 struct RunOptions {
   std::filesystem::path model;
   std::string class_name;
@@ -32,6 +39,8 @@ struct RunOptions {
 
   Target target = Target::kNowhere;
   std::filesystem::path output;  // for kOutputFile
+
+  std::vector<FurtherWorkbook> further;
 
   std::vector<std::string> answers;
   bool yes = false;

@@ -44,6 +44,15 @@ struct UncalculatedFormula {
   std::string reason;
 };
 
+// What became of a workbook beside the model.
+struct FurtherOutcome {
+  std::string name;
+  bool changed = false;
+  // Filled when the options ask for them.
+  embedded::ChangeList changes;
+  std::optional<std::filesystem::path> written;
+};
+
 struct RunOutcome {
   ExitCode exit_code = ExitCode::kDone;
   std::optional<ReportedError> error;
@@ -55,6 +64,7 @@ struct RunOutcome {
   // Filled for a run that was done, when the options ask for them.
   embedded::ChangeList changes;
   std::vector<UncalculatedFormula> uncalculated;
+  std::vector<FurtherOutcome> further;
   std::vector<std::string> unused_answers;
   // The file that holds the result, and the one that holds what it replaced.
   std::optional<std::filesystem::path> written;

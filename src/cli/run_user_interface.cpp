@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/message_box.h"
+#include "ui/console/terminal_text.h"
 
 namespace vantora::cli {
 namespace {
@@ -43,6 +44,30 @@ class CancelWatch {
   std::function<void()> original_;
   bool pressed_ = false;
 };
+
+// The one button that a form leaves to press; null when there are several. A form that has a text
+// to read and no other button asks nothing: it tells how an operation ended.
+Button* OnlyButtonOf(const Form& form) {
+  Button* only = nullptr;
+  for (const auto& control : form.controls()) {
+    auto* button = dynamic_cast<Button*>(control.get());
+    if (button == nullptr || !button->enabled() || !button->visible()) continue;
+    if (only != nullptr) return nullptr;
+    only = button;
+  }
+  return only;
+}
+
+// What it has for reading.
+std::string TextOf(const Form& form) {
+  std::string text;
+  for (const auto& control : form.controls()) {
+    const auto* box = dynamic_cast<const TextBox*>(control.get());
+    if (box == nullptr || !box->read_only()) continue;
+    text += (text.empty() ? "" : "\n") + box->text();
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -86,9 +111,24 @@ MessageBoxResult RunUserInterface::Answer(std::string_view text, int style,
 }
 
 void RunUserInterface::ShowModal(Form& form) {
+  Button* only = OnlyButtonOf(form);
+  if (only != nullptr && !TextOf(form).empty()) return ShowOutcome(form, *only);
   CancelWatch watch(form);
   scripted_.ShowModal(form);
   question_cancelled_ = watch.pressed() || form.unloaded();
+}
+
+void RunUserInterface::ShowOutcome(Form& form, Button& only) {
+  const std::string text = TextOf(form);
+  messages_.push_back(
+      {form.caption(), text, kInformation, {}, ui::WithoutAccelerators(only.caption())});
+  if (unanswered_ == Unanswered::kTerminal && scripted_.unused_answers().empty()) {
+    return console_.ShowModal(form);
+  }
+  console_.ShowAnswered(text, kInformation, form.caption(), MessageBoxResult::kOk);
+  if (!scripted_.unused_answers().empty()) return scripted_.ShowModal(form);
+  form.Activate();
+  only.Press();
 }
 
 void RunUserInterface::ShowModeless(Form& form) {

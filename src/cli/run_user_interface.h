@@ -29,6 +29,7 @@ class RunUserInterface : public UserInterface {
 
   // A message box that has only OK takes none of the answers.
   MessageBoxResult MessageBox(std::string_view text, int style, std::string_view title) override;
+  // A form with a text to read that leaves only one button to press needs no answer.
   void ShowModal(Form& form) override;
   void ShowModeless(Form& form) override;
   void Refresh(Form& form) override { console_.Refresh(form); }
@@ -43,6 +44,7 @@ class RunUserInterface : public UserInterface {
   bool cancelled() const { return question_cancelled_ || progress_cancelled_; }
 
  private:
+  void ShowOutcome(Form& form, Button& only);
   MessageBoxResult Answer(std::string_view text, int style, std::string_view title);
 
   ui::ConsoleUserInterface& console_;

@@ -2,9 +2,11 @@
 
 #include <unistd.h>
 
+#include <memory>
 #include <string>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "core/convert.h"
 #include "package/file_error.h"
@@ -58,6 +60,22 @@ class SecondName {
   bool kept_ = false;
 };
 
+embedded::FileError CannotWrite(const fs::path& file, const std::string& why) {
+  return embedded::FileError(embedded::FileError::Code::kCannotWrite,
+                             file.string() + " can't be written: " + why + ".");
+}
+
+bool IsSameFile(const fs::path& a, const fs::path& b) {
+  std::error_code ignored;
+  return fs::equivalent(a, b, ignored);
+}
+
+void RequireSameEnding(const fs::path& source, const fs::path& output, const std::string& kind) {
+  if (EqualsIgnoreCase(source.extension().string(), output.extension().string())) return;
+  throw UsageError("The output " + output.string() + " must end in " + source.extension().string() +
+                   " as the " + kind + " does: Excel opens a workbook only under its own ending.");
+}
+
 SavedFiles SaveInPlace(embedded::Session& session, const fs::path& model) {
   std::error_code error;
   // Of a symbolic link, the file behind it.
@@ -72,28 +90,60 @@ SavedFiles SaveInPlace(embedded::Session& session, const fs::path& model) {
 }  // namespace
 
 void CheckOutput(const fs::path& model, const fs::path& output) {
-  std::error_code ignored;
-  if (fs::equivalent(model, output, ignored)) {
+  if (IsSameFile(model, output)) {
     throw UsageError(
         "--output names the model itself; use --in-place, which keeps the file before.");
   }
-  if (!EqualsIgnoreCase(model.extension().string(), output.extension().string())) {
-    throw UsageError("The output " + output.string() + " must end in " +
-                     model.extension().string() +
-                     " as the model does: Excel opens a workbook only under its own ending.");
-  }
+  RequireSameEnding(model, output, "model");
 }
 
 void CheckTarget(const RunOptions& options) {
+  std::vector<fs::path> opened = {options.model};
+  std::vector<std::pair<fs::path, fs::path>> outputs;
+  if (options.target == Target::kOutputFile) outputs.emplace_back(options.model, options.output);
+  for (const FurtherWorkbook& workbook : options.further) {
+    opened.push_back(workbook.path);
+    if (!workbook.output.empty()) outputs.emplace_back(workbook.path, workbook.output);
+  }
+  if (options.target == Target::kNowhere && !outputs.empty()) {
+    throw UsageError("--dry-run writes nothing: leave --output-for out.");
+  }
   if (options.target == Target::kOutputFile) CheckOutput(options.model, options.output);
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    const auto& [source, output] = outputs[i];
+    RequireSameEnding(source, output, options.model == source ? "model" : "workbook");
+    for (const fs::path& path : opened) {
+      if (!IsSameFile(path, output)) continue;
+      throw UsageError("The output " + output.string() + " is the workbook " + path.string() +
+                       ", which is opened: choose another name.");
+    }
+    for (std::size_t other = 0; other < i; ++other) {
+      if (fs::weakly_canonical(outputs[other].second) != fs::weakly_canonical(output)) continue;
+      throw UsageError("Two workbooks can't both be written to " + output.string() + ".");
+    }
+  }
 }
 
 SavedFiles Save(embedded::Session& session, const RunOptions& options) {
-  // Ctrl-C takes effect once the file is whole.
+  // Ctrl-C takes effect once the files are whole.
   ui::InterruptAsButton interrupt;
-  if (options.target == Target::kInPlace) return SaveInPlace(session, options.model);
-  session.Save(options.output);
-  return {options.output, std::nullopt};
+  // They have their names only when the model could be written as well.
+  std::vector<std::unique_ptr<embedded::ReplacementFile>> further;
+  for (std::size_t i = 0; i < options.further.size(); ++i) {
+    const fs::path& output = options.further[i].output;
+    if (output.empty()) continue;
+    if (fs::is_directory(output)) throw CannotWrite(output, "a folder has that name");
+    further.push_back(session.WriteBeside(output, static_cast<int>(i) + 1));
+  }
+  SavedFiles files;
+  if (options.target == Target::kInPlace) {
+    files = SaveInPlace(session, options.model);
+  } else {
+    session.Save(options.output);
+    files.written = options.output;
+  }
+  for (const auto& file : further) file->Commit();
+  return files;
 }
 
 }  // namespace vantora::cli

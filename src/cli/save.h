@@ -17,13 +17,15 @@ struct SavedFiles {
 // Throws UsageError when `output` names the model itself, or has another ending than it.
 void CheckOutput(const std::filesystem::path& model, const std::filesystem::path& output);
 
-// Throws UsageError when the result can't go where the options say: the model itself without
-// --in-place, or a name with another ending, which Excel would not open.
+// Throws UsageError when a result can't go where the options say: a workbook that is opened (but
+// the model with --in-place), the same file twice, or a name with another ending, which Excel would
+// not open.
 void CheckTarget(const RunOptions& options);
 
-// Writes the session's workbook where the options say (which must not be nowhere). In place, the
-// file before stays beside it as "<model>.bak", and at every moment the model's name refers to a
-// whole file. Throws embedded::FileError and leaves the files as they were.
+// Writes the session's workbooks where the options say (the model's target must not be nowhere),
+// and only when all of them can be written. In place, the file before stays beside it as
+// "<model>.bak", and at every moment the model's name refers to a whole file. Throws
+// embedded::FileError and leaves the files as they were.
 SavedFiles Save(embedded::Session& session, const RunOptions& options);
 
 }  // namespace vantora::cli

@@ -30,40 +30,10 @@ CONCERNED = {
 }
 
 
-class PackageOrder(CommandTestCase):
-    def check(self, model, concerned=None):
-        before = Workbook(model)
-        for operation in OPERATIONS:
-            with self.subTest(model=model.name, operation=operation):
-                after = self.year_end(model, operation)
-                if concerned:
-                    self.assert_none(strays(before, after, concerned(operation)),
-                                     'parts that changed without need')
-                self.assert_none([name for name in before.parts if name not in after.parts
-                                  and name != 'xl/calcChain.xml'], 'parts that are gone')
-                self._check_xml(after)
-                self._check_connections(after)
+class PackageChecks:
+    """What holds for every package that is written, for test cases."""
 
-    def test_demo_model(self):
-        self.check(DEMO, lambda operation: CONCERNED['save' if operation.startswith('Save')
-                                                     else operation])
-
-    def test_one_cell_written(self):
-        output = self.folder / 'written.xlsm'
-        run_command(DEMO, 'clsRefSheet.PutDLLVersion', 'version 9', output=output)
-        after = Workbook(output)
-        self.assertEqual(after.sheets['Reference'].value('C6'), 'version 9')
-        self.assert_none(strays(Workbook(DEMO), after,
-                                r'worksheets/sheet9\.xml|sharedStrings\.xml'),
-                         'parts that changed without need')
-
-    def test_planning_models(self):
-        if not planning_models():
-            self.skipTest('there are no planning models beside the checkout')
-        for model in planning_models():
-            self.check(model)
-
-    def _check_xml(self, workbook):
+    def check_xml(self, workbook):
         """Every XML part is well formed, and worksheets keep the order of the file format."""
         for name, content in workbook.parts.items():
             if not name.endswith(('.xml', '.rels', '.vml')):
@@ -89,7 +59,7 @@ class PackageOrder(CommandTestCase):
                                    f'{name}: cells of row {number} in another order')
                 last_column = column
 
-    def _check_connections(self, workbook):
+    def check_connections(self, workbook):
         """Every relation leads to a part, and every part has a content type."""
         types = ElementTree.fromstring(workbook.parts['[Content_Types].xml'])
         overrides = {item.get('PartName')[1:] for item in types if item.tag.endswith('Override')}
@@ -119,6 +89,40 @@ class PackageOrder(CommandTestCase):
             if workbook.sheets[sheet].formula(entry.get('r')) is None:
                 strays.append(f'{sheet}!{entry.get("r")}')
         self.assert_none(strays, 'cells of the calculation chain without a formula')
+
+
+class PackageOrder(PackageChecks, CommandTestCase):
+    def check(self, model, concerned=None):
+        before = Workbook(model)
+        for operation in OPERATIONS:
+            with self.subTest(model=model.name, operation=operation):
+                after = self.year_end(model, operation)
+                if concerned:
+                    self.assert_none(strays(before, after, concerned(operation)),
+                                     'parts that changed without need')
+                self.assert_none([name for name in before.parts if name not in after.parts
+                                  and name != 'xl/calcChain.xml'], 'parts that are gone')
+                self.check_xml(after)
+                self.check_connections(after)
+
+    def test_demo_model(self):
+        self.check(DEMO, lambda operation: CONCERNED['save' if operation.startswith('Save')
+                                                     else operation])
+
+    def test_one_cell_written(self):
+        output = self.folder / 'written.xlsm'
+        run_command(DEMO, 'clsRefSheet.PutDLLVersion', 'version 9', output=output)
+        after = Workbook(output)
+        self.assertEqual(after.sheets['Reference'].value('C6'), 'version 9')
+        self.assert_none(strays(Workbook(DEMO), after,
+                                r'worksheets/sheet9\.xml|sharedStrings\.xml'),
+                         'parts that changed without need')
+
+    def test_planning_models(self):
+        if not planning_models():
+            self.skipTest('there are no planning models beside the checkout')
+        for model in planning_models():
+            self.check(model)
 
 
 def strays(before, after, concerned):

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "formula/file_prefixes.h"
 #include "formula/formula.h"
 #include "sheet_list.h"
 #include "small_book.h"
@@ -217,6 +218,24 @@ TEST(RelocateForPaste, LosesOnlyReferencesThatLeaveTheSheet) {
         RelocateForPaste(formula, CellAt(test.from), CellAt(test.to));
     EXPECT_EQ(!pasted.has_value(), test.shared);
     EXPECT_EQ(FormulaText(pasted ? *pasted : formula, CellAt(test.to), Sheets()), test.expected);
+  }
+}
+
+TEST(FilePrefixes, StandBeforeNewerFunctionsInFilesOnly) {
+  const struct {
+    const char* shown;
+    const char* in_file;
+  } cases[] = {
+      {"SUM(A1,IF(B1,2))", "SUM(A1,IF(B1,2))"},
+      {"ifs(A1,1)+Rank.EQ(1,B1:B9)", "_xlfn.ifs(A1,1)+_xlfn.Rank.EQ(1,B1:B9)"},
+      {"SORT(FILTER(A1:A9,B1:B9))", "_xlfn._xlws.SORT(_xlfn._xlws.FILTER(A1:A9,B1:B9))"},
+      {"\"IFS(\"&'DAYS(x)'!A1&DAYS", "\"IFS(\"&'DAYS(x)'!A1&DAYS"},
+      {"MYDAYS(1)+DAYS360(A1,B1)", "MYDAYS(1)+DAYS360(A1,B1)"},
+  };
+  for (const auto& one : cases) {
+    EXPECT_EQ(WithFilePrefixes(one.shown), one.in_file);
+    EXPECT_EQ(WithFilePrefixes(one.in_file), one.in_file);
+    EXPECT_EQ(WithoutFilePrefixes(one.in_file), one.shown);
   }
 }
 

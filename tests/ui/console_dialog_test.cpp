@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "dialogs/frm_copy_worksheet.h"
 #include "dialogs/frm_save_comments.h"
 #include "dialogs/frm_save_history_prompt.h"
 #include "ui/console_fixture.h"
@@ -100,6 +101,22 @@ INSTANTIATE_TEST_SUITE_P(Answers, ConsoleHistoryPrompt,
                                          YearCase{"CancelInsteadOfAChoice", "cancel\n", false, 0},
                                          YearCase{"CancelButton", "2\ncancel\n", false, 0}),
                          [](const auto& info) { return info.param.name; });
+
+TEST(ConsoleDialog, ShowsATextForReadingAndAsksNothingForIt) {
+  TypedConsole console("2\n\n2\ny\ncopy\n");
+  frmCopyWorksheet dialog;
+  dialog.SetSourceNames({"Plan", "Budget"});
+  dialog.SetTargetNames({"Model.xlsm"});
+  dialog.SetTargetWorkbookName("Model.xlsm");
+  dialog.SetMessage("Read this.\n\n");
+  console.user_interface().ShowModal(dialog);
+  EXPECT_EQ(console.unread(), "");
+  EXPECT_FALSE(dialog.IsCancelled());
+  EXPECT_EQ(dialog.SourceRangeName(), "Budget selected area");
+  EXPECT_TRUE(dialog.CopyColors());
+  EXPECT_THAT(console.shown(), HasSubstr("\nRead this.\n"));
+  EXPECT_THAT(console.shown(), Not(HasSubstr("Type the text")));
+}
 
 // One control of each of the other kinds; the check box enables the text box behind it.
 class EveryControl : public Form {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "dialogs/frm_copy_worksheet.h"
 #include "dialogs/frm_save_comments.h"
 #include "dialogs/frm_save_history_prompt.h"
 #include "ui/dialog_driver.h"
@@ -118,6 +119,36 @@ TEST_F(Forms, CommentIsTypedBeforeTheDate) {
 }
 
 // Several lines of text keep the Escape key from the dialog unless it sees to it.
+TEST_F(Forms, TheOutcomeOfACopyIsBoldBlueAndForReadingOnly) {
+  frmCopyWorksheet dialog;
+  dialog.SetMessage("Copy is complete.");
+  dialog.EnableCopy(false);
+  LOGFONTW font = {};
+  COLORREF color = 0;
+  LONG style = 0;
+  {
+    const User user([&] {
+      const HWND window = WaitForDialog(dialog.caption());
+      const HWND box = WindowOf(window, dialog, "txtResult");
+      style = GetWindowLongW(box, GWL_STYLE);
+      const auto handle = reinterpret_cast<HFONT>(SendMessageW(box, WM_GETFONT, 0, 0));
+      GetObjectW(handle, sizeof(font), &font);
+      const HDC drawing = CreateCompatibleDC(nullptr);
+      SendMessageW(window, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(drawing),
+                   reinterpret_cast<LPARAM>(box));
+      color = GetTextColor(drawing);
+      DeleteDC(drawing);
+      // The copy button is disabled: Enter presses the other one.
+      PressKey(window, VK_RETURN);
+    });
+    user_interface.ShowModal(dialog);
+  }
+  EXPECT_NE(style & ES_READONLY, 0);
+  EXPECT_EQ(font.lfWeight, FW_BOLD);
+  EXPECT_EQ(color, RGB(0, 0, 255));
+  EXPECT_TRUE(dialog.IsCancelled());
+}
+
 TEST_F(Forms, EscapeInTheCommentPressesCancel) {
   FixedClock clock;
   frmSaveComments comments(clock);

@@ -2,6 +2,7 @@
 // calculation means for them.
 #include <algorithm>
 
+#include "formula/file_prefixes.h"
 #include "formula/number_text.h"
 #include "formula/unknown_sheets.h"
 #include "host/change_recorder.h"
@@ -9,16 +10,6 @@
 
 namespace vantora::embedded {
 namespace {
-
-// What the file writes before newer functions' names, and the user never sees.
-std::string WithoutFilePrefixes(std::string text) {
-  for (std::string_view prefix : {"_xlfn.", "_xlws."}) {
-    for (std::size_t at = 0; (at = text.find(prefix, at)) != std::string::npos;) {
-      text.erase(at, prefix.size());
-    }
-  }
-  return text;
-}
 
 // The area of the sheet's array formula that reaches into the cell; null when there is none.
 const Area* ArrayAt(const SheetModel& sheet, CellAddress cell) {
@@ -60,7 +51,7 @@ void OpenWorkbook::PutFormula(int sheet_id, const Area& area, std::string_view f
     Put(sheet_id, area, Value(formula));
     return;
   }
-  Formula parsed = ParseFormula(formula.substr(1), first, model());
+  Formula parsed = ParseFormula(WithFilePrefixes(formula.substr(1)), first, model());
   if (auto unknown = UnknownSheetIn(parsed, model())) {
     Refuse("Application-defined or object-defined error: the formula \"" + std::string(formula) +
            "\" refers to the sheet \"" + *unknown + "\", which the workbook does not have.");

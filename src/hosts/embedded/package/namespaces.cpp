@@ -1,6 +1,8 @@
 #include "package/namespaces.h"
 
+#include <algorithm>
 #include <set>
+#include <utility>
 
 #include "package/xml_scanner.h"
 
@@ -10,6 +12,21 @@ namespace {
 using Token = XmlScanner::Token;
 
 constexpr std::string_view kDeclaration = "xmlns";
+
+// The strict form of the file format has uris of its own for the same names.
+constexpr std::pair<std::string_view, std::string_view> kForms[] = {
+    {"http://schemas.openxmlformats.org/spreadsheetml/2006/main",
+     "http://purl.oclc.org/ooxml/spreadsheetml/main"},
+    {"http://schemas.openxmlformats.org/officeDocument/2006/relationships",
+     "http://purl.oclc.org/ooxml/officeDocument/relationships"},
+};
+
+bool MeanTheSame(std::string_view a, std::string_view b) {
+  if (a == b) return true;
+  return std::ranges::any_of(kForms, [&](const auto& forms) {
+    return (a == forms.first && b == forms.second) || (a == forms.second && b == forms.first);
+  });
+}
 
 std::string_view PrefixOf(std::string_view name) {
   const std::size_t colon = name.find(':');
@@ -75,7 +92,7 @@ std::string Transplanted(std::string_view markup, const Namespaces& from, const 
     auto uri = from.find(prefix);
     if (declared.contains(prefix) || uri == from.end()) continue;
     auto there = to.find(prefix);
-    if (there != to.end() && there->second == uri->second) continue;
+    if (there != to.end() && MeanTheSame(there->second, uri->second)) continue;
     declarations += " xmlns" + (prefix.empty() ? "" : ":" + prefix) + "=\"" +
                     EncodeXmlAttribute(uri->second) + "\"";
   }
