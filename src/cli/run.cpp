@@ -57,7 +57,11 @@ void NameCaller(embedded::Session& session, const std::string& shape) {
 void Prepare(embedded::Session& session, const RunOptions& options) {
   if (!options.sheet.empty()) SheetOf(session, options.sheet)->Activate();
   for (const CellToSet& cell : options.cells_to_set) {
-    RangeOf(session, cell.reference)->SetValue(Value(cell.value));
+    const host::RangePtr range = RangeOf(session, cell.reference);
+    if (range->Areas().size() > 1) {
+      throw UsageError("--set writes one area at a time, not \"" + cell.reference + "\".");
+    }
+    range->SetValue(Value(cell.value));
   }
   if (!options.selection.empty()) RangeOf(session, options.selection)->Select();
   if (!options.caller.empty()) NameCaller(session, options.caller);
@@ -92,6 +96,8 @@ void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcom
 void Execute(const RunOptions& options, Call& call, RunUserInterface& user_interface,
              Environment& environment, RunOutcome& outcome) {
   const std::unique_ptr<embedded::Session> session = embedded::Session::Open(options.model);
+  session->SetPrompts(user_interface);
+  session->DirectSaves(DirectorOf(options));
   if (options.changes || options.json) session->RecordChanges();
   Prepare(*session, options);
   outcome.result = CallMethod(call, *session, user_interface, environment);
@@ -99,7 +105,11 @@ void Execute(const RunOptions& options, Call& call, RunUserInterface& user_inter
   if (user_interface.reported_error()) {
     outcome.exit_code = ExitCode::kError;
     outcome.error = {
-        .text = *user_interface.reported_error(), .number = {}, .source = "", .was_shown = true};
+        .text = *user_interface.reported_error(),
+        .number = {},
+        .source = "",
+        .was_shown = true,
+        .save_failure = session->saves().failure()};
     return;
   }
   if (user_interface.cancelled()) {

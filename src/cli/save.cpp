@@ -58,14 +58,40 @@ class SecondName {
   bool kept_ = false;
 };
 
+// Of a symbolic link, the file behind it.
+fs::path FileBehind(const fs::path& path) {
+  return fs::is_symlink(path) ? fs::canonical(path) : path;
+}
+
+bool HasEnding(const fs::path& path, const std::string& ending) {
+  return EqualsIgnoreCase(path.extension().string(), ending);
+}
+
+[[noreturn]] void RefuseSave(const std::string& why) {
+  throw HostError(HostError::kApplicationDefined, why);
+}
+
+void Write(embedded::Session& session, const fs::path& file) {
+  if (session.saves().any()) {
+    session.CommitSaves();
+  } else {
+    session.Save(file);
+  }
+}
+
+[[noreturn]] void FailEnding(const RunOptions& options) {
+  throw UsageError("The output " + options.output.string() + " must end in " +
+                   options.model.extension().string() +
+                   " as the model does: Excel opens a workbook only under its own ending.");
+}
+
 SavedFiles SaveInPlace(embedded::Session& session, const fs::path& model) {
   std::error_code error;
-  // Of a symbolic link, the file behind it.
-  const fs::path file = fs::is_symlink(model) ? fs::canonical(model) : model;
+  const fs::path file = FileBehind(model);
   const fs::path backup = WithSuffix(file, ".bak");
   if (fs::is_directory(backup, error)) throw CannotKeep(backup, "a folder has that name");
   SecondName before(file, WithSuffix(file, ".bak-" + std::to_string(getpid())));
-  session.Save(file);
+  Write(session, file);
   return {file, before.KeepAs(backup)};
 }
 
@@ -78,18 +104,42 @@ void CheckTarget(const RunOptions& options) {
     throw UsageError(
         "--output names the model itself; use --in-place, which keeps the file before.");
   }
-  if (!EqualsIgnoreCase(options.model.extension().string(), options.output.extension().string())) {
-    throw UsageError("The output " + options.output.string() + " must end in " +
-                     options.model.extension().string() +
-                     " as the model does: Excel opens a workbook only under its own ending.");
+  // An operation may save in another format; whether it did shows at the end.
+  const bool may_differ = HasEnding(options.output, ".xlsm") || HasEnding(options.output, ".xls");
+  if (!may_differ && !HasEnding(options.output, options.model.extension().string())) {
+    FailEnding(options);
   }
+}
+
+embedded::SaveDirector DirectorOf(const RunOptions& options) {
+  return [&options](const embedded::SaveRequest& request) -> std::optional<fs::path> {
+    if (options.target == Target::kNowhere) return std::nullopt;
+    std::error_code ignored;
+    if (options.target == Target::kInPlace) {
+      if (request.filename && fs::path(*request.filename) != options.model.filename() &&
+          !fs::equivalent(*request.filename, options.model, ignored)) {
+        RefuseSave("The operation saves as \"" + *request.filename +
+                   "\", and --in-place writes the model only. Use --output FILE.");
+      }
+      return FileBehind(options.model);
+    }
+    if (!HasEnding(options.output, request.ending)) {
+      RefuseSave("The operation saves a workbook whose name must end in " + request.ending +
+                 ", and --output is " + options.output.string() + ".");
+    }
+    return options.output;
+  };
 }
 
 SavedFiles Save(embedded::Session& session, const RunOptions& options) {
   // Ctrl-C takes effect once the file is whole.
   ui::InterruptAsButton interrupt;
   if (options.target == Target::kInPlace) return SaveInPlace(session, options.model);
-  session.Save(options.output);
+  if (!session.saves().any() &&
+      !HasEnding(options.output, options.model.extension().string())) {
+    FailEnding(options);
+  }
+  Write(session, options.output);
   return {options.output, std::nullopt};
 }
 

@@ -14,11 +14,17 @@ struct SavedFiles {
   std::optional<std::filesystem::path> backup;
 };
 
+// Where the saves go that the operation itself makes: what the options name as the target, and
+// nowhere else, whatever name the operation saves under.
+embedded::SaveDirector DirectorOf(const RunOptions& options);
+
 // Throws UsageError when the result can't go where the options say: the model itself without
 // --in-place, or a name with another ending, which Excel would not open.
 void CheckTarget(const RunOptions& options);
 
-// Writes the session's workbook where the options say (which must not be nowhere). In place, the
+// Writes the session's workbook where the options say (which must not be nowhere): as it is, or as
+// it was when the operation last saved it. Throws UsageError when that is of another format than
+// the name's ending says. In place, the
 // file before stays beside it as "<model>.bak", and at every moment the model's name refers to a
 // whole file. Throws embedded::FileError and leaves the files as they were.
 SavedFiles Save(embedded::Session& session, const RunOptions& options);
