@@ -83,7 +83,8 @@ MessageBoxResult RunUserInterface::MessageBox(std::string_view text, int style,
   const bool is_question = message.buttons.size() > 1;
   messages_.push_back(std::move(message));
   if (is_question) question_cancelled_ = result == MessageBoxResult::kCancel;
-  if ((style & kIconMask) == kCritical && !reported_error_) reported_error_ = text;
+  // A critical question is a warning; without a choice it reports an error.
+  if (!is_question && (style & kIconMask) == kCritical && !reported_error_) reported_error_ = text;
   return result;
 }
 

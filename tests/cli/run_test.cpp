@@ -48,7 +48,6 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         Ending{"UnknownClass", {"clsYear.ShiftHistory"}, 2, "There is no class \"clsYear\""},
         Ending{"UnknownMethod", {"clsYearEnd.Shift"}, 2, "clsYearEnd has no method \"Shift\""},
-        Ending{"ClassNotThereYet", {"clsfreeze.Any"}, 2, "clsFreeze is not available yet"},
         Ending{
             "TooManyArguments", {"clsYearEnd.ShiftHistory", "1"}, 2, "takes no arguments; 1 given"},
         Ending{"TooFewArguments", {"clsRefSheet.PutDLLVersion"}, 2, "the arguments versionText; 0"},

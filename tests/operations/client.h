@@ -84,4 +84,37 @@ class RefSheetClient : public Client {
   }
 };
 
+class FreezeClient : public Client {
+ public:
+  FreezeClient(Services& services, host::ApplicationPtr application)
+      : Client("clsFreeze", services, std::move(application)) {}
+
+  void FreezeCurrentResults() { Call("FreezeCurrentResults"); }
+  void SetSpinnerstoBase() { Call("SetSpinnerstoBase"); }
+};
+
+class PlanningSpinnersClient : public Client {
+ public:
+  PlanningSpinnersClient(Services& services, host::ApplicationPtr application)
+      : Client("clsPlanningSpinners", services, std::move(application)) {}
+
+  void SpinnerChange() { Call("SpinnerChange"); }
+};
+
+class ClearAllDataClient : public Client {
+ public:
+  ClearAllDataClient(Services& services, host::ApplicationPtr application)
+      : Client("clsClearAllData", services, std::move(application)) {}
+
+  void ClearAllData() { Call("ClearAllData"); }
+};
+
+class RatiosCompDataSetClient : public Client {
+ public:
+  RatiosCompDataSetClient(Services& services, host::ApplicationPtr application)
+      : Client("clsRatiosCompDataSet", services, std::move(application)) {}
+
+  void RatiosCompDataSet() { Call("RatiosCompDataSet"); }
+};
+
 }  // namespace vantora::testing

@@ -24,14 +24,38 @@ struct Bench {
   testing::NoFileVersions versions;
   Services services{yes, clock, versions};
   host::ApplicationPtr application =
-      std::make_shared<FaultyApplication>(ReferenceSheetIn(model).application(), plan);
+      std::make_shared<FaultyApplication>(Prepared(model).application(), plan);
   testing::YearEndClient year_end{services, application};
   testing::RefSheetClient ref_sheet{services, application};
+  testing::FreezeClient freeze{services, application};
+  testing::PlanningSpinnersClient spinners{services, application};
+  testing::ClearAllDataClient clear{services, application};
+  testing::RatiosCompDataSetClient ratios{services, application};
 
   Bench() { plan->calls = 0; }
 
-  static TestModel& ReferenceSheetIn(TestModel& model) {
+  // Planning is the Reference Sheet, Plant holds a base row and a block of comparison data, Cover a
+  // spin button with one project.
+  static TestModel& Prepared(TestModel& model) {
     model.Put("Planning!A1", {"X14", "n", "k", "c", "s"});
+    model.Put("Plant!A1", {"plant s f g"});
+    model.Put("Plant!E3", {1});
+    model.Put("Plant!A3", {7});
+    model.Put("Plant!AB12", {"BS"});
+    model.Put("Plant!E8", {100});
+    model.Put("Plant!I9", {7, 1});
+    model.Put("Plant!E10", {191});
+    model.Put("Data!A1", {"S Z"});
+    model.AddSpinner("Cover", "Spinner 1", "$D$8");
+    model.SetCaller("Spinner 1");
+    model.Put("Cover!C1", {"f"});
+    model.Put("Cover!AD1", {"s"});
+    model.Put("Cover!C5", {"x"});
+    model.Put("Cover!P5", {1, 2, 1, 1, 1, 1, 1, 1, 1, 1});
+    model.Put("Cover!C9", {"i"});
+    model.Put("Cover!P9", {1});
+    model.Put("Cover!C10", {"end", 1});
+    model.Put("Cover!D8", {2});
     return model;
   }
 };
@@ -66,6 +90,8 @@ TEST_P(HostFaults, ReachTheCallerAndLeaveTheObjectsWorking) {
     EXPECT_EQ(bench.plan->calls, failing) << "the operation went on";
 
     operation.run(bench);
+    // Whatever mode the failure left behind, the next operation is right.
+    bench.freeze.SetSpinnerstoBase();
     bench.year_end.CopyCurrentYear();
     EXPECT_EQ(bench.model.Get("Plant!N5"), Value(26));
     EXPECT_TRUE(bench.model.application()->ScreenUpdating());
@@ -80,6 +106,16 @@ INSTANTIATE_TEST_SUITE_P(
         Operation{"SaveLastYear", [](Bench& b) { b.year_end.SaveLastYear(); }, 60},
         Operation{"ShiftHistory", [](Bench& b) { b.year_end.ShiftHistory(); }, 60},
         Operation{"CopyCurrentYear", [](Bench& b) { b.year_end.CopyCurrentYear(); }, 20},
+        Operation{"FreezeCurrentResults", [](Bench& b) { b.freeze.FreezeCurrentResults(); }, 20},
+        Operation{"SetSpinnerstoBase", [](Bench& b) { b.freeze.SetSpinnerstoBase(); }, 40},
+        Operation{"SpinnerChange",
+                  [](Bench& b) {
+                    b.model.Put("Cover!D10", {1});
+                    b.spinners.SpinnerChange();
+                  },
+                  60},
+        Operation{"ClearAllData", [](Bench& b) { b.clear.ClearAllData(); }, 60},
+        Operation{"RatiosCompDataSet", [](Bench& b) { b.ratios.RatiosCompDataSet(); }, 40},
         Operation{"BindRefSheet", [](Bench& b) { b.ref_sheet.Init(); }, 10},
         Operation{"PutDLLVersion", [](Bench& b) { b.ref_sheet.PutDLLVersion("line"); }, 2}),
     [](const auto& info) { return info.param.name; });

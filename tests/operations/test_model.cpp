@@ -65,6 +65,20 @@ void TestModel::Hide(std::string_view sheet) {
 
 void TestModel::Protect(std::string_view sheet) { SheetOf(sheet).is_protected = true; }
 
+void TestModel::AddSpinner(std::string_view sheet, std::string_view name,
+                           std::string_view linked_cell) {
+  embedded::OpcPackage& package = session_->file().package();
+  const std::string part = package.FreePartName("xl/drawings/vmlDrawing", ".vml");
+  std::string id(name);
+  for (std::size_t at; (at = id.find(' ')) != std::string::npos;) id.replace(at, 1, "_x0020_");
+  package.Write(part, "<xml><v:shape id=\"" + id + "\"><x:ClientData ObjectType=\"Spin\">" +
+                          "<x:FmlaLink>" + std::string(linked_cell) +
+                          "</x:FmlaLink></x:ClientData></v:shape></xml>");
+  package.AddRelationship(
+      session_->file().part_of(*model().IdOf(sheet)),
+      "http://schemas.openxmlformats.org/officeDocument/2006/relationships/vmlDrawing", part);
+}
+
 std::string TestModel::Formula(const std::string& cell) {
   Place place = PlaceOf(cell);
   embedded::SheetModel& sheet = SheetOf(place.sheet);

@@ -23,6 +23,10 @@ class TestModel {
   void Name(std::string name, std::string refers_to);
   void Hide(std::string_view sheet);
   void Protect(std::string_view sheet);
+  // A spin button, linked to a cell as its text says ("$C$12"). One for each sheet.
+  void AddSpinner(std::string_view sheet, std::string_view name, std::string_view linked_cell);
+  // The shape of the active sheet that runs the next operation.
+  void SetCaller(std::string_view shape) { session_->SetCaller(shape); }
   void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }

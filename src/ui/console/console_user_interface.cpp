@@ -19,8 +19,10 @@ void ConsoleUserInterface::WriteMessageBox(std::string_view text, int style,
                                            std::string_view title) {
   const std::string_view icon = IconWordOf(style);
   terminal_.Write("\n");
-  terminal_.WriteParagraph("[" + std::string(title) + "]" + (icon.empty() ? "" : " ") +
-                           std::string(icon));
+  std::string heading = title.empty() ? "" : "[" + std::string(title) + "]";
+  if (!heading.empty() && !icon.empty()) heading += " ";
+  heading += icon;
+  if (!heading.empty()) terminal_.WriteParagraph(heading);
   terminal_.WriteParagraph(text);
 }
 

@@ -70,6 +70,12 @@ class Calculator::Impl {
     }
   }
 
+  void CalculateAllAndNew() {
+    Prepare();
+    CalculateAll();
+  }
+  void CalculateOnEntry(int sheet, const Area& area);
+
   std::vector<Uncalculated> Uncalculable() const;
   std::string ReasonFor(int sheet, CellAddress cell) const;
   std::size_t evaluations() const { return evaluations_; }
@@ -216,6 +222,22 @@ void Calculator::Impl::Calculate(const CellPosition& target) {
     } else {
       Step();
     }
+  }
+}
+
+void Calculator::Impl::CalculateOnEntry(int sheet_id, const Area& area) {
+  SheetModel& sheet = *model_.sheets[sheet_id];
+  for (int column = area.first_column; column <= area.last_column; ++column) {
+    sheet.cells.ForEachInColumn(
+        column, area.first_row, area.last_row, [&](int row, const Cell& cell) {
+          if (!cell.formula || !(cell.flags & kNeedsCalculation)) return;
+          const CellPosition position{sheet_id, {row, column}};
+          Evaluation evaluation = Evaluate(model_, sheet.formulas[cell.formula], position, nullptr,
+                                           Precedents::kAsTheyAre);
+          ++evaluations_;
+          if (evaluation.outcome != Evaluation::Outcome::kValue) return;
+          sheet.cells.SetValue(position.cell, evaluation.value);
+        });
   }
 }
 
@@ -386,6 +408,15 @@ bool Calculator::EnsureCalculated(int sheet, const Area& area) {
 void Calculator::CalculateAll() {
   impl_->ApplyNameChanges();
   impl_->CalculateAll();
+}
+
+void Calculator::CalculateAllAndNew() {
+  impl_->ApplyNameChanges();
+  impl_->CalculateAllAndNew();
+}
+
+void Calculator::CalculateOnEntry(int sheet, const Area& area) {
+  impl_->CalculateOnEntry(sheet, area);
 }
 
 std::vector<Uncalculated> Calculator::Uncalculable() const { return impl_->Uncalculable(); }

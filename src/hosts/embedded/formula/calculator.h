@@ -47,8 +47,13 @@ class Calculator {
   bool EnsureCalculated(int sheet, CellAddress cell);
   // Same for every cell of the area; false when one can't be.
   bool EnsureCalculated(int sheet, const Area& area);
-  // Brings everything up to date.
+  // Brings everything up to date, as far as anything changed.
   void CalculateAll();
+  // The same, formulas that came without a value included.
+  void CalculateAllAndNew();
+  // Gives the formulas of the area that are out of date the values that the other cells' present
+  // ones make, up to date or not. They stay out of date.
+  void CalculateOnEntry(int sheet, const Area& area);
 
   // The formulas that hold values of before the last edits, in workbook order (sheet, row, column).
   // Complete after CalculateAll.

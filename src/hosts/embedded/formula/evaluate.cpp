@@ -41,9 +41,9 @@ std::vector<std::vector<CellValue>> FillArea(WorkbookModel& model, const Operand
 }  // namespace
 
 Evaluation Evaluate(WorkbookModel& model, const Formula& formula, const CellPosition& position,
-                    const Area* array_area) {
+                    const Area* array_area, Precedents precedents) {
   if (!formula.program) formula.program = std::make_shared<const Program>(Compile(formula));
-  Evaluator evaluator(model, position, array_area != nullptr);
+  Evaluator evaluator(model, position, array_area != nullptr, precedents);
   Operand result = evaluator.Run(formula, *formula.program);
   if (!evaluator.stopped()) {
     result = array_area ? evaluator.ToValues(result) : Operand(evaluator.ToScalar(result));

@@ -30,11 +30,15 @@ struct Evaluation {
   std::string reason;
 };
 
+// What is taken from cells flagged kNeedsCalculation.
+enum class Precedents { kUpToDate, kAsTheyAre };
+
 // Evaluates `formula` for the cell at `position`. Texts are interned in model.strings. A precedent
-// cell flagged kNeedsCalculation makes the outcome kPending; one flagged kStale kUncalculable.
+// cell flagged kNeedsCalculation makes the outcome kPending, unless they are taken as they are; one flagged kStale kUncalculable.
 // `array_area` is the area of an array formula, null for an ordinary one.
 Evaluation Evaluate(WorkbookModel& model, const Formula& formula, const CellPosition& position,
-                    const Area* array_area = nullptr);
+                    const Area* array_area = nullptr,
+                    Precedents precedents = Precedents::kUpToDate);
 
 // A text as a put or a typed entry reads it: number ("1,234.5", "12%", "(3)", "1e3", "$5"),
 // Boolean, error value, or the text itself.

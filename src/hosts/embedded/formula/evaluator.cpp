@@ -108,6 +108,7 @@ Scalar Evaluator::ScalarOf(const CellValue& value) const {
 
 bool Evaluator::IsUpToDate(int sheet, CellAddress cell, const Cell& stored) {
   if ((stored.flags & (kNeedsCalculation | kStale)) == 0) return true;
+  if (precedents_ == Precedents::kAsTheyAre && !(stored.flags & kStale)) return true;
   if (stored.flags & kStale) {
     if (!reason_.empty()) return false;
     reason_ =

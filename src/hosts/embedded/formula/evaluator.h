@@ -18,8 +18,12 @@ namespace vantora::embedded {
 class Evaluator {
  public:
   // `array_formula`: every expression is calculated for each element of its cells and arrays.
-  Evaluator(WorkbookModel& model, const CellPosition& position, bool array_formula)
-      : model_(model), position_(position), array_formula_(array_formula) {}
+  Evaluator(WorkbookModel& model, const CellPosition& position, bool array_formula,
+            Precedents precedents)
+      : model_(model),
+        position_(position),
+        array_formula_(array_formula),
+        precedents_(precedents) {}
 
   WorkbookModel& model() const { return model_; }
   const CellPosition& position() const { return position_; }
@@ -118,6 +122,7 @@ class Evaluator {
   WorkbookModel& model_;
   CellPosition position_;
   bool array_formula_;
+  Precedents precedents_;
   Frame frame_{};
   int names_deep_ = 0;
   int names_evaluated_ = 0;

@@ -79,6 +79,9 @@ class WorkbookModel : public SheetDirectory {
   Styles styles;
   std::vector<DefinedName> names;
   bool date_1904 = false;
+  // Formulas keep their values until somebody asks for calculation. The calculator does not look at
+  // this: whoever reads values does.
+  bool manual_calculation = false;
   // The workbook's structure is protected: sheets are neither hidden nor shown.
   bool structure_is_protected = false;
 

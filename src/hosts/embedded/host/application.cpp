@@ -85,8 +85,11 @@ std::vector<host::WorkbookPtr> EmbeddedApplication::Workbooks() {
 
 host::WindowPtr EmbeddedApplication::ActiveWindow() { RefuseMember("Application.ActiveWindow"); }
 
-void EmbeddedApplication::SetCalculation(host::XlCalculation) {
-  RefuseMember("Application.Calculation");
+// The mode is the application's: it holds for all its workbooks.
+void EmbeddedApplication::SetCalculation(host::XlCalculation calculation) {
+  for (const auto& workbook : state_->workbooks) {
+    workbook->SetManualCalculation(calculation == host::XlCalculation::kManual);
+  }
 }
 
 double EmbeddedApplication::UsableHeight() { RefuseMember("Application.UsableHeight"); }

@@ -1,5 +1,6 @@
 #include "host/objects.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace vantora::embedded {
@@ -18,6 +19,18 @@ Area OneCell(std::int64_t row, std::int64_t column) {
   return {valid_row, valid_column, valid_row, valid_column};
 }
 
+// What a paste of `from` at the selected `target` fills: whole copies of it. It is repeated where
+// the target is a multiple of it; the rest of any other target is left alone.
+Area FilledByPaste(const Area& from, const Area& target) {
+  const bool fits = (target.rows() < from.rows() || target.rows() % from.rows() == 0) &&
+                    (target.columns() < from.columns() || target.columns() % from.columns() == 0);
+  Area filled = target;
+  filled.last_row = target.first_row + (fits ? std::max(target.rows(), from.rows()) : from.rows()) - 1;
+  filled.last_column =
+      target.first_column + (fits ? std::max(target.columns(), from.columns()) : from.columns()) - 1;
+  return filled;
+}
+
 void PasteCopied(const BookHandle& book, int sheet, const Area& target, unsigned parts,
                  const std::string& method) {
   const auto& copied = book.application->copied;
@@ -26,13 +39,8 @@ void PasteCopied(const BookHandle& book, int sheet, const Area& target, unsigned
   if (copied->workbook != book.workbook || copied->sheet != sheet) {
     Refuse(method + " failed: a copy can be pasted on its own sheet only.");
   }
-  Area to = target;
-  if (target.rows() == 1 && target.columns() == 1) {
-    to.last_row = to.first_row + from.rows() - 1;
-    to.last_column = to.first_column + from.columns() - 1;
-  }
-  if (to.rows() % from.rows() != 0 || to.columns() % from.columns() != 0 || to.last_row > kMaxRow ||
-      to.last_column > kMaxColumn) {
+  const Area to = FilledByPaste(from, target);
+  if (to.last_row > kMaxRow || to.last_column > kMaxColumn) {
     Refuse("You can't paste this here because the Copy area and paste area aren't the same size.");
   }
   for (int row = to.first_row; row <= to.last_row; row += from.rows()) {

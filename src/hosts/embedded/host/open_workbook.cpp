@@ -78,7 +78,7 @@ void OpenWorkbook::RefusePartOfArray(int sheet_id, const Area& area) {
 }
 
 void OpenWorkbook::RefusePartOfMerge(int sheet_id, const Area& area) {
-  for (const Area& merged : MergedAreas(file_->markup(sheet_id))) {
+  for (const Area& merged : features_.MergedAreas(sheet_id, file_->markup(sheet_id))) {
     bool whole = area.Contains({merged.first_row, merged.first_column}) &&
                  area.Contains({merged.last_row, merged.last_column});
     if (area.Intersects(merged) && !whole) {
@@ -92,7 +92,9 @@ Value OpenWorkbook::Read(int sheet_id, CellAddress cell) {
   Cell stored = target.cells.Get(cell);
   // A formula may wait for changed names without being marked yet.
   if (stored.formula != 0 || (stored.flags & (kNeedsCalculation | kStale))) {
-    if (!calculator_.EnsureCalculated(sheet_id, cell)) {
+    // While calculation is manual, what needs it still has the value that it had.
+    if (model().manual_calculation ? (stored.flags & kStale) != 0
+                                   : !calculator_.EnsureCalculated(sheet_id, cell)) {
       Refuse("The value of " + Describe(sheet_id, {cell.row, cell.column, cell.row, cell.column}) +
              " is out of date: " + calculator_.ReasonFor(sheet_id, cell) +
              ". Open the workbook in Excel, let it calculate, save it, and run this again.");
@@ -130,32 +132,32 @@ void OpenWorkbook::PutText(int sheet_id, CellAddress cell, const std::string& te
   }
 }
 
+void OpenWorkbook::PutValue(int sheet_id, CellAddress cell, const Value& value) {
+  if (value.IsEmpty() || (value.IsText() && value.AsText().empty())) {
+    Clear(sheet_id, cell);
+    return;
+  }
+  CellStore& cells = sheet(sheet_id).cells;
+  KeepFormatOf(sheet(sheet_id), cell);
+  if (value.IsText()) {
+    PutText(sheet_id, cell, value.AsText());
+  } else if (value.IsNumber()) {
+    cells.SetConstant(cell, CellValue::Number(value.AsNumber()));
+  } else if (value.IsBoolean()) {
+    cells.SetConstant(cell, CellValue::Boolean(value.AsBoolean()));
+  } else {
+    cells.SetConstant(cell, CellValue::Error(value.AsError()));
+  }
+}
+
 void OpenWorkbook::Put(int sheet_id, const Area& area, const Value& value) {
-  RefuseOnProtectedSheet(sheet_id, area);
-  RefusePartOfArray(sheet_id, area);
-  SheetModel& target = sheet(sheet_id);
-  std::erase_if(target.arrays, [&](const ArrayFormula& array) {
-    return area.Intersects(array.area);
-  });
+  PrepareContents(sheet_id, area);
   for (int row = area.first_row; row <= area.last_row; ++row) {
     for (int column = area.first_column; column <= area.last_column; ++column) {
-      CellAddress cell{row, column};
-      bool clears = value.IsEmpty() || (value.IsText() && value.AsText().empty());
-      if (!clears) KeepFormatOf(target, cell);
-      if (clears) {
-        Clear(sheet_id, cell);
-      } else if (value.IsText()) {
-        PutText(sheet_id, cell, value.AsText());
-      } else if (value.IsNumber()) {
-        target.cells.SetConstant(cell, CellValue::Number(value.AsNumber()));
-      } else if (value.IsBoolean()) {
-        target.cells.SetConstant(cell, CellValue::Boolean(value.AsBoolean()));
-      } else {
-        target.cells.SetConstant(cell, CellValue::Error(value.AsError()));
-      }
+      PutValue(sheet_id, {row, column}, value);
     }
   }
-  calculator_.Changed(sheet_id, area);
+  ContentsChanged(sheet_id, area);
 }
 
 int OpenWorkbook::FillColorIndex(int sheet_id, CellAddress cell) {
@@ -192,6 +194,7 @@ void OpenWorkbook::InsertColumns(int sheet_id, int column, int count) {
   }
   ColumnInsertion insertion{sheet_id, column, count};
   calculator_.InsertColumns(insertion);
+  commented_cells_.clear();
   names_.Forget();
   file_->AddInsertion(insertion);
   insertions_.push_back(insertion);
@@ -236,16 +239,22 @@ void OpenWorkbook::PasteCell(SheetModel& target, const Cell& source, CellAddress
 
 void OpenWorkbook::PasteCells(SheetModel& target, const Area& from, const Area& to,
                               unsigned parts) {
-  Area used = UsedRange(target.id);
-  // Overlapping areas: the columns are taken in the order in which none is overwritten unread.
+  int rows = from.rows();
+  // What lies beyond the cells in use of both areas needs no visit.
+  if (rows > CellStore::kBlockRows) {
+    const int last_used = UsedRange(target.id).last_row;
+    rows = std::min(rows, std::max(last_used - from.first_row, last_used - to.first_row) + 1);
+  }
+  // Overlapping areas: columns and rows are taken in the order in which no cell is overwritten
+  // unread.
   bool rightward = to.first_column > from.first_column;
+  bool downward = to.first_row > from.first_row;
   for (int step = 0; step < from.columns(); ++step) {
     int index = rightward ? from.columns() - 1 - step : step;
     int source_column = from.first_column + index;
     int target_column = to.first_column + index;
-    int rows = std::min(from.rows(), std::max(used.last_row - from.first_row,
-                                              used.last_row - to.first_row) + 1);
-    for (int offset = 0; offset < rows; ++offset) {
+    for (int row_step = 0; row_step < rows; ++row_step) {
+      const int offset = downward ? rows - 1 - row_step : row_step;
       CellAddress source{from.first_row + offset, source_column};
       CellAddress destination{to.first_row + offset, target_column};
       PasteCell(target, target.cells.Get(source), source, destination, parts);
@@ -270,6 +279,7 @@ void OpenWorkbook::Paste(int sheet_id, const Area& from, const Area& to, unsigne
                                    [&](int row, const Cell&) { Read(sheet_id, {row, column}); });
     }
   }
+  if (parts & (kPasteFormulas | kPasteValues)) ForgetArrays(sheet_id, to);
   file_->FollowInsertions(sheet_id);
   PasteCells(target, from, to, parts);
   if ((parts & kPasteFormats) && from.IsWholeColumns()) PasteColumnFormats(target, from, to);
@@ -277,13 +287,18 @@ void OpenWorkbook::Paste(int sheet_id, const Area& from, const Area& to, unsigne
   if (parts & kPasteFormats) features |= kConditionalFormats | kMergedCells;
   if (parts & kPasteValidations) features |= kValidations;
   if (parts & kPasteHyperlinks) features |= kHyperlinks;
-  if (features) PasteFeatures(file_->markup(sheet_id), from, to, features);
-  if (parts & kPasteComments) Comments(sheet_id).Paste(from, to);
+  if (features && features_.TouchedBy(sheet_id, file_->markup(sheet_id), {from, to})) {
+    PasteFeatures(file_->markup(sheet_id), from, to, features);
+  }
+  if ((parts & kPasteComments) && HasCommentsIn(sheet_id, {from, to})) {
+    Comments(sheet_id).Paste(from, to);
+  }
   if (parts & (kPasteFormulas | kPasteValues)) calculator_.Changed(sheet_id, to);
 }
 
 SheetComments OpenWorkbook::Comments(int sheet_id) {
   file_->FollowInsertions(sheet_id);
+  commented_cells_.erase(sheet_id);
   return SheetComments(file_->package(), file_->markup(sheet_id), file_->part_of(sheet_id));
 }
 

@@ -2,6 +2,7 @@
 // makes it, with values kept true and everything around the cells following.
 #pragma once
 
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
@@ -13,6 +14,7 @@
 #include "core/value.h"
 #include "formula/calculator.h"
 #include "host/name_list.h"
+#include "host/feature_areas.h"
 #include "package/comments.h"
 #include "package/workbook_file.h"
 
@@ -39,10 +41,23 @@ class OpenWorkbook {
   SheetModel& sheet(int id) { return *model().sheets[id]; }
   Calculator& calculator() { return calculator_; }
 
+  // While calculation is manual, formulas keep the values that they had when it became so; one that
+  // is entered meanwhile is calculated once, from the values that the others have. Going automatic
+  // makes due whatever changed. Recorded in the file.
+  void SetManualCalculation(bool manual);
+
   // The value as a macro reads it. Throws HostError when it is out of date and can't be calculated.
   Value Read(int sheet, CellAddress cell);
   // A macro's put into every cell of the area.
   void Put(int sheet, const Area& area, const Value& value);
+  // "=A1+1"; for a constant the text that would enter it; "" for an empty cell.
+  std::string FormulaOf(int sheet, CellAddress cell);
+  // Enters a formula ("=..."), which reads in the first cell as given and is adjusted for the
+  // others, or a constant.
+  void PutFormula(int sheet, const Area& area, std::string_view formula);
+  // Empties the cells; formats, comments and validations stay.
+  void ClearContents(int sheet, const Area& area);
+  bool HasFormula(int sheet, CellAddress cell);
   int FillColorIndex(int sheet, CellAddress cell);
   Area UsedRange(int sheet);
 
@@ -94,10 +109,17 @@ class OpenWorkbook {
   // Refuses an edit that would change some but not all cells of an array formula.
   void RefusePartOfArray(int sheet, const Area& area);
   void RefusePartOfMerge(int sheet, const Area& area);
+  // Before contents of the area are overwritten: refuses what can't be, and array formulas go.
+  void PrepareContents(int sheet, const Area& area);
+  void ForgetArrays(int sheet, const Area& area);
+  // Contents of the area were overwritten: what depends on them is out of date.
+  void ContentsChanged(int sheet, const Area& area);
+  bool HasCommentsIn(int sheet, std::initializer_list<Area> areas);
   // The visible sheet that comes forward when a sheet is hidden: the next one to the right, else to
   // the left; nullopt when there is none.
   std::optional<int> VisibleNeighbour(int sheet);
   SheetComments Comments(int sheet);
+  void PutValue(int sheet, CellAddress cell, const Value& value);
   void PutText(int sheet, CellAddress cell, const std::string& text);
   void Clear(int sheet, CellAddress cell);
   void PasteCells(SheetModel& sheet, const Area& from, const Area& to, unsigned parts);
@@ -108,6 +130,9 @@ class OpenWorkbook {
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;
   NameList names_;
+  FeatureAreas features_;
+  // The cells of a sheet that have a comment or its box; of the sheets that were looked at.
+  std::map<int, std::vector<CellAddress>> commented_cells_;
   int active_sheet_ = 0;
   std::map<int, std::vector<Area>> selections_;
   std::vector<ColumnInsertion> insertions_;

@@ -190,11 +190,14 @@ void EmbeddedRange::SetValues(std::span<const vantora::Value>) {
   RefuseMember("Range.Value (put of an array)");
 }
 
-std::string EmbeddedRange::Formula() { RefuseMember("Range.Formula"); }
+std::string EmbeddedRange::Formula() { return book_->FormulaOf(sheet_, TopLeft(area_)); }
 
-void EmbeddedRange::SetFormula(std::string_view) { RefuseMember("Range.Formula (put)"); }
+void EmbeddedRange::SetFormula(std::string_view formula) {
+  EndCopy();
+  book_->PutFormula(sheet_, area_, formula);
+}
 
-bool EmbeddedRange::HasFormula() { RefuseMember("Range.HasFormula"); }
+bool EmbeddedRange::HasFormula() { return book_->HasFormula(sheet_, TopLeft(area_)); }
 
 std::vector<host::RangePtr> EmbeddedRange::Areas() {
   std::vector<host::RangePtr> areas;
@@ -265,7 +268,10 @@ void EmbeddedRange::Activate() { RefuseMember("Range.Activate"); }
 
 void EmbeddedRange::Clear() { RefuseMember("Range.Clear"); }
 
-void EmbeddedRange::ClearContents() { RefuseMember("Range.ClearContents"); }
+void EmbeddedRange::ClearContents() {
+  EndCopy();
+  book_->ClearContents(sheet_, area_);
+}
 
 void EmbeddedRange::ClearFormats() {
   EndCopy();

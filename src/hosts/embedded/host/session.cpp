@@ -78,9 +78,8 @@ std::vector<std::filesystem::path> Session::CommitSaves() { return impl_->state-
 void Session::SetCaller(std::string_view shape) {
   OpenWorkbook& workbook = impl_->workbook();
   int sheet = workbook.active_sheet();
-  for (std::string& name : ShapeNames(workbook.file().package(), workbook.file().part_of(sheet))) {
-    if (!EqualsIgnoreCase(name, shape)) continue;
-    impl_->state->caller = std::move(name);
+  if (auto name = ShapeOnSheet(workbook.file(), sheet, shape)) {
+    impl_->state->caller = *std::move(name);
     return;
   }
   throw HostError(HostError::kApplicationDefined, "The sheet \"" + workbook.sheet(sheet).name +

@@ -1,5 +1,6 @@
 #include "host/shapes.h"
 
+#include "core/convert.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {
@@ -30,6 +31,19 @@ void AddLegacyNames(std::string_view drawing, std::vector<std::string>& names) {
   }
 }
 
+// Form controls as the sheet itself lists them.
+void AddControlNames(const SheetMarkup& markup, std::vector<std::string>& names) {
+  for (const MarkupElement& element : markup.elements) {
+    if (element.name != "controls" && element.name != "AlternateContent") continue;
+    XmlScanner scanner(element.text);
+    while (scanner.Next() != XmlScanner::Token::kDone) {
+      if (scanner.token() == XmlScanner::Token::kStart && scanner.local_name() == "control") {
+        names.push_back(DecodeXml(scanner.Attribute("name").value_or("")));
+      }
+    }
+  }
+}
+
 }  // namespace
 
 std::vector<std::string> ShapeNames(const OpcPackage& package, std::string_view sheet_part) {
@@ -47,6 +61,15 @@ std::vector<std::string> ShapeNames(const OpcPackage& package, std::string_view 
     }
   }
   return names;
+}
+
+std::optional<std::string> ShapeOnSheet(WorkbookFile& file, int sheet, std::string_view name) {
+  std::vector<std::string> names = ShapeNames(file.package(), file.part_of(sheet));
+  AddControlNames(file.markup(sheet), names);
+  for (std::string& candidate : names) {
+    if (EqualsIgnoreCase(candidate, name)) return std::move(candidate);
+  }
+  return std::nullopt;
 }
 
 }  // namespace vantora::embedded

@@ -222,6 +222,28 @@ bool SheetComments::Has(CellAddress cell) const {
   return found && CommentsText(package_.Read(found->target)).comments().contains(cell);
 }
 
+std::vector<CellAddress> SheetComments::Cells() {
+  std::vector<CellAddress> cells;
+  Edit edit(*this);
+  if (edit.comments()) {
+    for (const auto& [cell, comment] : edit.comments()->comments()) cells.push_back(cell);
+  }
+  if (edit.shapes()) {
+    for (const auto& [cell, note] : edit.shapes()->notes()) cells.push_back(cell);
+  }
+  if (const Relationship* found = FindRelationship(package_, sheet_part_, "threadedComment")) {
+    const std::string text = package_.Read(found->target);
+    XmlScanner scanner(text);
+    while (scanner.Next() != XmlScanner::Token::kDone) {
+      if (scanner.token() != XmlScanner::Token::kStart) continue;
+      if (auto place = ParseA1(AttributeOf(scanner, "ref"))) {
+        cells.push_back({place->first_row, place->first_column});
+      }
+    }
+  }
+  return cells;
+}
+
 void SheetComments::Add(CellAddress cell) {
   Edit edit(*this);
   CommentsText& comments = edit.NeedComments();

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cells/address.h"
 #include "package/opc_package.h"
@@ -21,6 +22,8 @@ class SheetComments {
       : package_(package), markup_(markup), sheet_part_(std::move(sheet_part)) {}
 
   bool Has(CellAddress cell) const;
+  // The cells that have a comment, a box or a conversation, in any order.
+  std::vector<CellAddress> Cells();
   // Adds an empty comment, hidden, its box right of the cell as Excel places it. The cell has none.
   void Add(CellAddress cell);
   // The cell has a comment. Its formats go: the text becomes one run.

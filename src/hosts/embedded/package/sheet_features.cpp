@@ -299,6 +299,29 @@ void PasteFeatures(SheetMarkup& markup, const Area& from, const Area& to, unsign
   Edit(markup, features, {to, from});
 }
 
+std::vector<Area> AreasOfFeatures(const SheetMarkup& markup) {
+  std::vector<Area> areas;
+  const auto add = [&](std::string_view sqref) {
+    for (const Area& area : ParseAreas(sqref)) areas.push_back(area);
+  };
+  for (const MarkupElement& element : markup.elements) {
+    // The element itself may have the areas, or its children; extensions have them as texts.
+    XmlScanner scanner(element.text);
+    while (!element.text.empty() && scanner.Next() != Token::kDone) {
+      if (scanner.token() != Token::kStart) continue;
+      const std::string_view name = scanner.local_name();
+      if (name == "conditionalFormatting" || name == "dataValidation") {
+        if (auto sqref = scanner.Attribute("sqref")) add(*sqref);
+      } else if (name == "mergeCell" || name == "hyperlink") {
+        if (auto ref = scanner.Attribute("ref")) add(*ref);
+      } else if (name == "sqref" && !scanner.is_empty()) {
+        add(scanner.SkipElement());
+      }
+    }
+  }
+  return areas;
+}
+
 std::vector<Area> MergedAreas(const SheetMarkup& markup) {
   std::vector<Area> areas;
   const MarkupElement* element = markup.Find("mergeCells");

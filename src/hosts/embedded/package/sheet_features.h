@@ -23,6 +23,9 @@ void ClearFeatures(SheetMarkup& markup, const Area& area, unsigned features);
 // adds those of `from`, formulas shifted relatively. Both areas lie on the sheet of `markup`.
 void PasteFeatures(SheetMarkup& markup, const Area& from, const Area& to, unsigned features);
 
+// The areas of all these features, in any order.
+std::vector<Area> AreasOfFeatures(const SheetMarkup& markup);
+
 // Merged areas of the sheet.
 std::vector<Area> MergedAreas(const SheetMarkup& markup);
 

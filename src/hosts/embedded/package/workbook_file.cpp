@@ -439,6 +439,7 @@ void WorkbookFile::UpdateCharts(const std::vector<int>& sheets) {
 void WorkbookFile::WriteWorkbookPart() {
   WorkbookChanges changes;
   changes.calculate_on_opening = calculate_on_opening_;
+  if (records_calculation_mode_) changes.manual_calculation = model_.manual_calculation;
   if (active_now_ != active_written_) {
     changes.active_tab = model_.PositionOf(active_now_);
     for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {

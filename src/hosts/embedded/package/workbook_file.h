@@ -55,6 +55,8 @@ class WorkbookFile {
 
   // Formulas are left that could not be calculated: Excel is asked to calculate all on opening.
   void RequestCalculationOnOpening() { calculate_on_opening_ = true; }
+  // The calculation mode was set: the file is to say what the model does.
+  void RecordCalculationMode() { records_calculation_mode_ = true; }
   // The tab that is active on opening, written when it differs.
   void SetActiveSheet(int sheet);
   // Selection of a sheet, written into its active pane.
@@ -119,6 +121,7 @@ class WorkbookFile {
   // The active sheet as the parts say.
   int active_written_ = 0;
   bool calculate_on_opening_ = false;
+  bool records_calculation_mode_ = false;
   std::optional<std::vector<std::string>> table_names_;
   // What kept a save from bringing the parts up to date. Some of them may have followed insertions
   // and others not, so that no later save can be right.

@@ -145,6 +145,8 @@ WorkbookParts ReadWorkbook(const OpcPackage& package, const std::string& workboo
   pugi::xml_node workbook = Child(document, "workbook");
   if (!workbook) FailWorkbook("its main part holds no workbook");
   model.date_1904 = IsTrue(Child(workbook, "workbookPr").attribute("date1904").value());
+  model.manual_calculation =
+      Child(workbook, "calcPr").attribute("calcMode").value() == std::string_view("manual");
   model.structure_is_protected =
       IsTrue(Child(workbook, "workbookProtection").attribute("lockStructure").value());
   ReadSheetList(package, workbook, parts, model);

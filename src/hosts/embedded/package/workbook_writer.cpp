@@ -73,6 +73,7 @@ class WorkbookPatcher {
     } else if (name == "calcPr") {
       has_calculation_ = true;
       if (changes_.calculate_on_opening) SetAttribute("fullCalcOnLoad", "1");
+      if (changes_.manual_calculation) SetCalculationMode(*changes_.manual_calculation);
       xml_.SkipElement();
     } else if (name == "bookViews") {
       PatchViews();
@@ -92,6 +93,15 @@ class WorkbookPatcher {
     }
     std::size_t at = xml_.end() - (xml_.is_empty() ? 2 : 1);
     patch_.Insert(at, " " + std::string(name) + "=\"" + std::string(value) + "\"");
+  }
+
+  // Of the start tag at which the scanner stands. Automatic is what no attribute means.
+  void SetCalculationMode(bool manual) {
+    if (manual) {
+      SetAttribute("calcMode", "manual");
+    } else if (auto mode = xml_.Attribute("calcMode"); mode && *mode != "auto") {
+      patch_.Replace(*mode, "auto");
+    }
   }
 
   // In front of the element at which the scanner stands.
@@ -198,9 +208,11 @@ class WorkbookPatcher {
 
   void AddMissing() {
     AddMissingNames();
-    if (changes_.calculate_on_opening && !has_calculation_) {
+    const bool manual = changes_.manual_calculation.value_or(false);
+    if ((changes_.calculate_on_opening || manual) && !has_calculation_) {
       patch_.Insert(places_.calculation_after,
-                    "<" + places_.prefix + "calcPr fullCalcOnLoad=\"1\"/>");
+                    "<" + places_.prefix + "calcPr" + (manual ? " calcMode=\"manual\"" : "") +
+                        (changes_.calculate_on_opening ? " fullCalcOnLoad=\"1\"" : "") + "/>");
     }
   }
 

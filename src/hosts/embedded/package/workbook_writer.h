@@ -19,6 +19,8 @@ struct WorkbookChanges {
   // 0-based place of the active tab; nullopt leaves it.
   std::optional<int> active_tab;
   bool calculate_on_opening = false;
+  // Whether the workbook is calculated manually; nullopt leaves what it says.
+  std::optional<bool> manual_calculation = std::nullopt;
 };
 
 // The main part's text with the changes and the model's names; nullopt when it stays. Throws
