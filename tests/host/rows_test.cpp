@@ -76,7 +76,7 @@ TEST_F(RowsTest, ShowsTheOutlineUpToALevel) {
     int levels;
     std::string hidden, collapsed;
   } kSteps[] = {
-      {1, ".hhhhh..h", "....c.c.."},
+      {1, ".hhhhh..h", "......c.."},
       {2, "..hh....h", "....c...."},
       {3, "........h", "........."},
       {0, "........h", "........."},

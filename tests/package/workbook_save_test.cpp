@@ -22,6 +22,17 @@ class WorkbookSaveTest : public PackageTest {
   static void SetText(WorkbookFile& file, CellAddress place, std::string_view text) {
     Cells(file).SetConstant(place, CellValue::Text(file.model().strings.Intern(text)));
   }
+  // Makes a sheet the active one of the only window.
+  static void Activate(WorkbookFile& file, int sheet) {
+    file.WriteWindows({{.origin = 0, .view = file.windows()[0], .active_sheet = sheet, .sheets = {}}});
+  }
+  // Selects cells of the only sheet.
+  static void Select(WorkbookFile& file, const Area& area) {
+    SheetView view = ReadSheetView(file.markup(0), 0);
+    view.selection = {area};
+    view.active_cell = {area.first_row, area.first_column};
+    file.WriteWindows({{.origin = 0, .view = file.windows()[0], .sheets = {{0, view}}}});
+  }
   // <sheetData> of these rows after `edit` and a save.
   template <typename Edit>
   std::string Edited(const std::string& rows, Edit&& edit) const {
@@ -301,7 +312,7 @@ TEST_F(WorkbookSaveTest, EachInsertionIsFollowedOnce) {
   file->FollowInsertions(0);
   EXPECT_THAT(file->markup(0).Find("mergeCells")->text, HasSubstr("ref=\"C1:D1\""));
   InsertColumns(*file, 1, 1);
-  file->SetSelection(0, {{7, 7, 7, 7}}, {7, 7});
+  Select(*file, {7, 7, 7, 7});
   std::string saved = Saved(*file, kSheetPart);
   EXPECT_THAT(saved, HasSubstr("ref=\"D1:E1\""));
   EXPECT_THAT(saved, HasSubstr("sqref=\"G7\"")) << "selected where things stand now";
@@ -496,29 +507,28 @@ TEST_F(WorkbookSaveTest, SelectionsGoIntoTheActivePane) {
                 "</sheetViews>"},
        }) {
     auto file = OpenParts(OneSheet(std::string(c.before) + "<sheetData/>"));
-    file->SetSelection(0, {{2, 2, 3, 3}}, {2, 2});
+    Select(*file, {2, 2, 3, 3});
     std::string saved = Saved(*file, kSheetPart);
     EXPECT_THAT(saved, HasSubstr(std::string(c.after) + "<sheetData/>"));
     EXPECT_EQ(OneSheet(std::string(c.after) + "<sheetData/>")[kSheetPart], saved);
   }
   auto file = OpenParts(OneSheet("<sheetData/>"));
-  file->SetSelection(0, {{1, 1, 1, 1}}, {1, 1});
+  Select(*file, {1, 1, 1, 1});
   EXPECT_EQ(Saved(*file, kSheetPart), OneSheet("<sheetData/>")[kSheetPart]) << "as it is anyway";
 }
 
 TEST_F(WorkbookSaveTest, TheActiveTabIsWrittenWhenItDiffers) {
   auto created = WorkbookFile::Create({"One", "Two"});
-  created->SetActiveSheet(1);
+  Activate(*created, 1);
   created->Save(Path("two.xlsx"));
   auto file = WorkbookFile::Open(Path("two.xlsx"));
   EXPECT_EQ(file->active_sheet(), 1);
   EXPECT_THAT(file->markup(1).Find("sheetViews")->text, HasSubstr("tabSelected=\"1\""));
   EXPECT_EQ(file->markup(0).Find("sheetViews"), nullptr);
-  file->SetActiveSheet(0);
-  file->SetActiveSheet(1);
+  Activate(*file, 1);
   file->Save(Path("same.xlsx"));
   ExpectSameParts(Path("two.xlsx"), Path("same.xlsx"));
-  file->SetActiveSheet(0);
+  Activate(*file, 0);
   file->Save(Path("one.xlsx"));
   file = WorkbookFile::Open(Path("one.xlsx"));
   EXPECT_EQ(file->active_sheet(), 0);
@@ -535,12 +545,12 @@ TEST_F(WorkbookSaveTest, AWorkbookWithoutViewsGetsOneForItsActiveTab) {
                   "<sheet name=\"Other\" sheetId=\"2\" r:id=\"rIdworksheet\"/>");
   auto file = OpenParts(parts);
   EXPECT_EQ(Saved(*file, kWorkbookPart), workbook) << "the first tab is active without a view";
-  file->SetActiveSheet(1);
+  Activate(*file, 1);
   std::string expected = workbook;
   expected.insert(sheets, "<bookViews><workbookView activeTab=\"1\"/></bookViews>");
   EXPECT_EQ(Saved(*file, kWorkbookPart), expected);
   EXPECT_THAT(Saved(*file, "xl/worksheets/sheet2.xml"), HasSubstr("tabSelected=\"1\""));
-  file->SetActiveSheet(0);
+  Activate(*file, 0);
   EXPECT_THAT(Saved(*file, kWorkbookPart), HasSubstr("<workbookView activeTab=\"0\"/>"));
 }
 

@@ -11,7 +11,9 @@ class EmbeddedApplication : public host::Application {
   explicit EmbeddedApplication(std::shared_ptr<ApplicationState> state)
       : state_(std::move(state)) {}
 
-  host::WorkbookPtr ActiveWorkbook() override { return MakeWorkbook(Book()); }
+  host::WorkbookPtr ActiveWorkbook() override {
+    return HasWindow() ? MakeWorkbook(Book()) : nullptr;
+  }
   host::WorksheetPtr ActiveSheet() override;
   host::RangePtr Selection() override;
   void Goto(std::string_view reference) override;
@@ -26,9 +28,9 @@ class EmbeddedApplication : public host::Application {
 
   void SetCalculation(host::XlCalculation calculation) override;
 
-  double UsableHeight() override;
-  double UsableWidth() override;
-  bool DisplayFullScreen() override;
+  double UsableHeight() override { return state_->usable_height; }
+  double UsableWidth() override { return state_->usable_width; }
+  bool DisplayFullScreen() override { return state_->full_screen; }
 
   std::string Version() override { return state_->version; }
 
@@ -45,18 +47,22 @@ class EmbeddedApplication : public host::Application {
  private:
   // Refuses where nobody answers.
   Prompts& Asking();
+  // Without a window the workbook counts as closed.
+  bool HasWindow() const { return !state_->active_workbook->windows().order().empty(); }
   BookHandle Book() const { return {state_, state_->active_workbook}; }
 
   std::shared_ptr<ApplicationState> state_;
 };
 
 host::WorksheetPtr EmbeddedApplication::ActiveSheet() {
+  if (!HasWindow()) return nullptr;
   BookHandle book = Book();
   int sheet = book->active_sheet();
   return book->sheet(sheet).is_worksheet ? MakeWorksheet(book, sheet) : nullptr;
 }
 
 host::RangePtr EmbeddedApplication::Selection() {
+  if (!HasWindow()) return nullptr;
   BookHandle book = Book();
   int sheet = book->active_sheet();
   if (!book->sheet(sheet).is_worksheet) return nullptr;
@@ -78,12 +84,15 @@ void EmbeddedApplication::Goto(std::string_view reference) {
 std::vector<host::WorkbookPtr> EmbeddedApplication::Workbooks() {
   std::vector<host::WorkbookPtr> workbooks;
   for (const auto& workbook : state_->workbooks) {
+    if (workbook->windows().order().empty()) continue;
     workbooks.push_back(MakeWorkbook({state_, workbook.get()}));
   }
   return workbooks;
 }
 
-host::WindowPtr EmbeddedApplication::ActiveWindow() { RefuseMember("Application.ActiveWindow"); }
+host::WindowPtr EmbeddedApplication::ActiveWindow() {
+  return HasWindow() ? MakeWindows(Book()).front() : nullptr;
+}
 
 // The mode is the application's: it holds for all its workbooks.
 void EmbeddedApplication::SetCalculation(host::XlCalculation calculation) {
@@ -91,12 +100,6 @@ void EmbeddedApplication::SetCalculation(host::XlCalculation calculation) {
     workbook->SetManualCalculation(calculation == host::XlCalculation::kManual);
   }
 }
-
-double EmbeddedApplication::UsableHeight() { RefuseMember("Application.UsableHeight"); }
-
-double EmbeddedApplication::UsableWidth() { RefuseMember("Application.UsableWidth"); }
-
-bool EmbeddedApplication::DisplayFullScreen() { RefuseMember("Application.DisplayFullScreen"); }
 
 host::RangePtr EmbeddedApplication::Union(const host::RangePtr& first,
                                           const host::RangePtr& second) {

@@ -10,6 +10,7 @@
 #include "host/open_workbook.h"
 #include "host/pending_saves.h"
 #include "host/prompts.h"
+#include "host/workbook_windows.h"
 
 namespace vantora::embedded {
 
@@ -22,7 +23,8 @@ struct ApplicationState {
     Area area;
   };
 
-  // At least one, in the order in which they were opened; they stay open.
+  // At least one, in the order in which they were opened. They stay in memory and can be saved; for
+  // a macro, one whose last window was closed is no longer open.
   std::vector<std::unique_ptr<OpenWorkbook>> workbooks;
   OpenWorkbook* active_workbook = nullptr;
   std::optional<CopySource> copied;
@@ -32,6 +34,10 @@ struct ApplicationState {
   // Null when nobody answers what operations ask through the host.
   Prompts* prompts = nullptr;
   PendingSaves saves;
+  // Space for windows, in points.
+  double usable_height = kUsualWindowHeight;
+  double usable_width = kUsualWindowWidth;
+  bool full_screen = false;
   // Name of the shape that runs the macro.
   std::string caller;
 };

@@ -33,6 +33,7 @@ host::NamesPtr MakeNames(BookHandle book);
 host::NamePtr MakeName(BookHandle book, NameKey key);
 host::ShapePtr MakeShape(BookHandle book, int sheet, std::string_view name);
 std::vector<host::ChartObjectPtr> MakeChartObjects(BookHandle book, int sheet);
+// The open windows of the workbook, the active one first.
 std::vector<host::WindowPtr> MakeWindows(BookHandle book);
 host::CommandBarPtr MakeMenuBar(std::shared_ptr<ApplicationState> application);
 

@@ -8,7 +8,6 @@
 #include "formula/sheet_prefix.h"
 #include "host/column_formats.h"
 #include "host/pivot_areas.h"
-#include "host/sheet_selection.h"
 #include "package/sheet_features.h"
 
 namespace vantora::embedded {
@@ -43,8 +42,8 @@ Area Clip(const Area& area, int last_row, int last_column) {
 OpenWorkbook::OpenWorkbook(std::unique_ptr<WorkbookFile> file)
     : file_(std::move(file)),
       calculator_(file_->model()),
-      names_(file_->model(), calculator_),
-      active_sheet_(file_->active_sheet()) {}
+      windows_(*file_),
+      names_(file_->model(), calculator_) {}
 
 void OpenWorkbook::Refuse(const std::string& text) {
   throw HostError(HostError::kApplicationDefined, text);
@@ -324,14 +323,17 @@ void OpenWorkbook::Activate(int sheet_id) {
     Refuse("Activate method of Worksheet class failed: the sheet \"" + sheet(sheet_id).name +
            "\" is hidden.");
   }
-  active_sheet_ = sheet_id;
+  windows_.active().active_sheet = sheet_id;
 }
 
 std::vector<Area> OpenWorkbook::SelectedAreas(int sheet_id) {
-  if (auto selected = selections_.find(sheet_id); selected != selections_.end()) {
-    return selected->second;
-  }
-  return SelectionInMarkup(file_->markup(sheet_id));
+  return windows_.View(windows_.active(), sheet_id).selection;
+}
+
+void OpenWorkbook::SelectAreas(int sheet_id, std::vector<Area> areas) {
+  SheetView& view = windows_.View(windows_.active(), sheet_id);
+  view.active_cell = {areas.front().first_row, areas.front().first_column};
+  view.selection = std::move(areas);
 }
 
 void OpenWorkbook::SetVisibility(int sheet_id, Visibility visibility) {
@@ -347,7 +349,7 @@ void OpenWorkbook::SetVisibility(int sheet_id, Visibility visibility) {
     if (!neighbour) {
       Refuse(kRefused + Quoted(target.name) + " is the last visible sheet, and one must stay.");
     }
-    if (active_sheet_ == sheet_id) active_sheet_ = *neighbour;
+    windows_.Leave(sheet_id, *neighbour);
   }
   target.visibility = visibility;
 }
@@ -367,7 +369,7 @@ bool OpenWorkbook::DefineName(std::string_view name, std::string_view refers_to_
   for (const std::string& table : file_->TableNames()) {
     if (EqualsIgnoreCase(table, name)) return false;
   }
-  return names_.Define(name, refers_to_r1c1, active_sheet_);
+  return names_.Define(name, refers_to_r1c1, active_sheet());
 }
 
 std::vector<Uncalculated> OpenWorkbook::Calculate() {
@@ -380,10 +382,7 @@ std::vector<Uncalculated> OpenWorkbook::Calculate() {
 
 std::unique_ptr<ReplacementFile> OpenWorkbook::WriteBeside(const std::filesystem::path& path) {
   if (!Calculate().empty()) file_->RequestCalculationOnOpening();
-  file_->SetActiveSheet(active_sheet_);
-  for (const auto& [sheet_id, areas] : selections_) {
-    file_->SetSelection(sheet_id, areas, {areas.front().first_row, areas.front().first_column});
-  }
+  windows_.Write();
   return file_->WriteBeside(path);
 }
 

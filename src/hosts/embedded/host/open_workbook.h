@@ -15,6 +15,7 @@
 #include "formula/calculator.h"
 #include "host/name_list.h"
 #include "host/feature_areas.h"
+#include "host/workbook_windows.h"
 #include "package/comments.h"
 #include "package/workbook_file.h"
 
@@ -70,7 +71,9 @@ class OpenWorkbook {
   void SetCommentText(int sheet, CellAddress cell, std::string_view text);
   void SetCommentVisible(int sheet, CellAddress cell, bool visible);
 
-  int active_sheet() const { return active_sheet_; }
+  WorkbookWindows& windows() { return windows_; }
+  // What follows concerns the active window.
+  int active_sheet() const { return windows_.active().active_sheet; }
   // Throws HostError for a hidden sheet.
   void Activate(int sheet);
   // What is selected on a sheet: what the file says until something else is selected. Never empty;
@@ -78,7 +81,7 @@ class OpenWorkbook {
   std::vector<Area> SelectedAreas(int sheet);
   Area Selection(int sheet) { return SelectedAreas(sheet).front(); }
   void Select(int sheet, const Area& area) { SelectAreas(sheet, {area}); }
-  void SelectAreas(int sheet, std::vector<Area> areas) { selections_[sheet] = std::move(areas); }
+  void SelectAreas(int sheet, std::vector<Area> areas);
 
   // Shows or hides a sheet. Throws HostError where no sheet would stay visible. When the active
   // sheet is hidden, the next visible one is activated.
@@ -89,7 +92,7 @@ class OpenWorkbook {
   bool DefineName(std::string_view name, std::string_view refers_to_r1c1);
   // The cells that the name refers to and their sheet; nullopt when it refers to something else.
   std::optional<Place> PlaceOf(const DefinedName& name) {
-    return names_.PlaceOf(name, active_sheet_);
+    return names_.PlaceOf(name, active_sheet());
   }
 
   // Insertions made and comments added since the workbook was opened, for the list of changes.
@@ -129,12 +132,11 @@ class OpenWorkbook {
 
   std::unique_ptr<WorkbookFile> file_;
   Calculator calculator_;
+  WorkbookWindows windows_;
   NameList names_;
   FeatureAreas features_;
   // The cells of a sheet that have a comment or its box; of the sheets that were looked at.
   std::map<int, std::vector<CellAddress>> commented_cells_;
-  int active_sheet_ = 0;
-  std::map<int, std::vector<Area>> selections_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;
 };

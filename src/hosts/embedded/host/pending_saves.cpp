@@ -26,14 +26,14 @@ bool IsOldFormat(std::string_view filename, host::XlFileFormat format) {
 }
 
 // A workbook takes another format only with a save that succeeds.
-class FormatChange {
+class FileFormatChange {
  public:
-  explicit FormatChange(WorkbookFile& file) : file_(file), was_(file.main_content_type()) {}
-  ~FormatChange() {
+  explicit FileFormatChange(WorkbookFile& file) : file_(file), was_(file.main_content_type()) {}
+  ~FileFormatChange() {
     if (!kept_) file_.SetMainContentType(was_);
   }
-  FormatChange(const FormatChange&) = delete;
-  FormatChange& operator=(const FormatChange&) = delete;
+  FileFormatChange(const FileFormatChange&) = delete;
+  FileFormatChange& operator=(const FileFormatChange&) = delete;
   void Keep() { kept_ = true; }
 
  private:
@@ -52,7 +52,7 @@ void PendingSaves::Save(OpenWorkbook& workbook) {
 
 void PendingSaves::SaveAs(OpenWorkbook& workbook, const std::string& filename,
                           host::XlFileFormat format) {
-  FormatChange change(workbook.file());
+  FileFormatChange change(workbook.file());
   SaveRequest request{.workbook = workbook.file().name(), .filename = filename, .ending = {}};
   if (IsOldFormat(filename, format)) {
     request.ending = kOldEnding;

@@ -116,10 +116,14 @@ void ShowRowLevels(OpenWorkbook& book, int sheet_id, int levels) {
       SetRowsHidden(book, sheet_id, {entry.row, 1, entry.row, kMaxColumn}, hidden);
     }
     const int summary = entry.row + to_summary;
-    if (summary < 1 || summary > kMaxRow || sheet.rows.Of(summary).outline_level >= level) continue;
-    if (sheet.rows.Of(summary).collapsed == hidden) continue;
+    if (summary < 1 || summary > kMaxRow) continue;
+    const RowFormat& sums_up = sheet.rows.Of(summary);
+    if (sums_up.outline_level >= level) continue;
+    // Excel marks only where a user sees the mark: not within a group that is hidden as a whole.
+    const bool collapsed = hidden && sums_up.outline_level < levels;
+    if (sums_up.collapsed == collapsed) continue;
     EditRows(book, sheet_id, {summary, 1, summary, kMaxColumn},
-             [&](RowFormat& format) { format.collapsed = hidden; });
+             [&](RowFormat& format) { format.collapsed = collapsed; });
   }
 }
 

@@ -71,7 +71,11 @@ host::Palette EmbeddedWorkbook::Colors() { RefuseMember("Workbook.Colors"); }
 
 void EmbeddedWorkbook::SetColors(const host::Palette&) { RefuseMember("Workbook.Colors"); }
 
-host::WindowPtr EmbeddedWorkbook::NewWindow() { RefuseMember("Workbook.NewWindow"); }
+host::WindowPtr EmbeddedWorkbook::NewWindow() {
+  book_->windows().Open();
+  book_.application->active_workbook = book_.workbook;
+  return MakeWindows(book_).front();
+}
 
 }  // namespace
 

@@ -45,9 +45,13 @@ struct FormatChange {
   std::optional<bool> wrap_text;
 };
 
+// The styles part of a workbook that has nothing but the default format.
+std::string NewStylesPart();
+
 class StyleEditor {
  public:
-  // `part` is the styles part as it is now, "" for a workbook without one; `theme_part` likewise.
+  // `part` is the styles part as it is now; "" for a workbook without one, which then is as
+  // NewStylesPart has it. `theme_part` may be "" too.
   // `styles` is what was read of it, and gets an entry for each format that is added. Package and
   // styles must outlive the editor. Throws FileError.
   StyleEditor(const OpcPackage& package, std::string_view part, std::string_view theme_part,

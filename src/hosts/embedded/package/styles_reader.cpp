@@ -1,204 +1,25 @@
 #include "package/styles_reader.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
-#include <optional>
-#include <set>
-
-#include "package/sheet_reader.h"
+#include "package/fill_colors.h"
+#include "package/format_reader.h"
 #include "package/xml_tree.h"
 
 namespace vantora::embedded {
-namespace {
-
-constexpr std::uint32_t kWhite = 0xFFFFFF;
-constexpr std::uint32_t kBlack = 0x000000;
-constexpr int kNoFill = -4142;
-constexpr unsigned kTextNumberFormat = 49;
-// Indexed colours: the first eight repeat the palette's first eight, which follow them.
-constexpr int kPaletteStart = 8;
-constexpr int kSystemForeground = 64;
-constexpr int kSystemBackground = 65;
-
-// Dark and light swap their places between the theme's order and that of the indices.
-constexpr std::array<std::string_view, 12> kThemeOrder = {
-    "lt1",     "dk1",     "lt2",     "dk2",     "accent1", "accent2",
-    "accent3", "accent4", "accent5", "accent6", "hlink",   "folHlink"};
-// What Excel's standard theme has.
-constexpr std::array<std::uint32_t, 12> kStandardTheme = {0xFFFFFF, 0x000000, 0xEEECE1, 0x1F497D,
-                                                          0x4F81BD, 0xC0504D, 0x9BBB59, 0x8064A2,
-                                                          0x4BACC6, 0xF79646, 0x0000FF, 0x800080};
-using Theme = std::array<std::uint32_t, 12>;
-
-// "RRGGBB" or "AARRGGBB".
-std::optional<std::uint32_t> ParseRgb(std::string_view text) {
-  if (text.size() == 8) text.remove_prefix(2);
-  std::uint32_t rgb = 0;
-  auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), rgb, 16);
-  if (text.size() != 6 || error != std::errc() || end != text.data() + 6) return std::nullopt;
-  return rgb;
-}
-
-Theme ReadTheme(const OpcPackage& package, std::string_view part) {
-  Theme theme = kStandardTheme;
-  if (part.empty() || !package.Has(part)) return theme;
-  pugi::xml_document document = ParseTree(package, part);
-  pugi::xml_node scheme = Child(Child(Child(document, "theme"), "themeElements"), "clrScheme");
-  for (std::size_t i = 0; i < kThemeOrder.size(); ++i) {
-    pugi::xml_node entry = Child(scheme, kThemeOrder[i]);
-    auto rgb = ParseRgb(Child(entry, "srgbClr").attribute("val").value());
-    if (!rgb) rgb = ParseRgb(Child(entry, "sysClr").attribute("lastClr").value());
-    if (rgb) theme[i] = *rgb;
-  }
-  return theme;
-}
-
-struct Hls {
-  double hue = 0;  // of a turn
-  double lightness = 0;
-  double saturation = 0;
-};
-
-Hls ToHls(std::uint32_t rgb) {
-  double red = (rgb >> 16 & 255) / 255.0;
-  double green = (rgb >> 8 & 255) / 255.0;
-  double blue = (rgb & 255) / 255.0;
-  double high = std::max({red, green, blue});
-  double low = std::min({red, green, blue});
-  double range = high - low;
-  Hls hls;
-  hls.lightness = (high + low) / 2;
-  if (range == 0) return hls;
-  hls.saturation = hls.lightness <= 0.5 ? range / (high + low) : range / (2 - high - low);
-  if (high == red) {
-    hls.hue = (green - blue) / range / 6;
-  } else if (high == green) {
-    hls.hue = (2 + (blue - red) / range) / 6;
-  } else {
-    hls.hue = (4 + (red - green) / range) / 6;
-  }
-  hls.hue -= std::floor(hls.hue);
-  return hls;
-}
-
-std::uint32_t ToRgb(const Hls& hls) {
-  double most = hls.lightness <= 0.5 ? hls.lightness * (1 + hls.saturation)
-                                     : hls.lightness + hls.saturation * (1 - hls.lightness);
-  double least = 2 * hls.lightness - most;
-  auto channel = [&](double hue) {
-    hue -= std::floor(hue);
-    double level = hue < 1.0 / 6   ? least + (most - least) * 6 * hue
-                   : hue < 0.5     ? most
-                   : hue < 2.0 / 3 ? least + (most - least) * 6 * (2.0 / 3 - hue)
-                                   : least;
-    return static_cast<std::uint32_t>(std::lround(std::clamp(level, 0.0, 1.0) * 255));
-  };
-  return channel(hls.hue + 1.0 / 3) << 16 | channel(hls.hue) << 8 | channel(hls.hue - 1.0 / 3);
-}
-
-// `tint` from -1 (black) over 0 (as it is) to 1 (white) moves the lightness.
-std::uint32_t Tinted(std::uint32_t rgb, double tint) {
-  if (tint == 0 || std::isnan(tint)) return rgb;
-  tint = std::clamp(tint, -1.0, 1.0);
-  Hls hls = ToHls(rgb);
-  hls.lightness = tint < 0 ? hls.lightness * (1 + tint) : hls.lightness * (1 - tint) + tint;
-  return ToRgb(hls);
-}
-
-double ParseTint(std::string_view text) {
-  double tint = 0;
-  std::from_chars(text.data(), text.data() + text.size(), tint);
-  return tint;
-}
-
-class StylesReader {
- public:
-  explicit StylesReader(const Theme& theme) : theme_(theme) {}
-
-  Styles Read(pugi::xml_node sheet) {
-    ReadPalette(Child(Child(sheet, "colors"), "indexedColors"));
-    std::vector<int> fills;
-    ForEachChild(Child(sheet, "fills"), "fill",
-                 [&](pugi::xml_node fill) { fills.push_back(FillIndex(fill)); });
-    std::set<unsigned> text_formats = {kTextNumberFormat};
-    ForEachChild(Child(sheet, "numFmts"), "numFmt", [&](pugi::xml_node format) {
-      unsigned id = format.attribute("numFmtId").as_uint();
-      if (std::string_view(format.attribute("formatCode").value()) == "@") {
-        text_formats.insert(id);
-      } else {
-        text_formats.erase(id);
-      }
-    });
-    styles_.formats.clear();
-    ForEachChild(Child(sheet, "cellXfs"), "xf", [&](pugi::xml_node xf) {
-      CellFormat& format = styles_.formats.emplace_back();
-      std::size_t fill = xf.attribute("fillId").as_uint();
-      if (fill < fills.size()) format.fill_color_index = fills[fill];
-      format.text_format = text_formats.contains(xf.attribute("numFmtId").as_uint());
-      pugi::xml_attribute locked = Child(xf, "protection").attribute("locked");
-      format.locked = !locked || IsTrue(locked.value());
-    });
-    if (styles_.formats.empty()) styles_.formats.emplace_back();
-    return std::move(styles_);
-  }
-
- private:
-  void ReadPalette(pugi::xml_node colors) {
-    std::size_t index = 0;
-    ForEachChild(colors, "rgbColor", [&](pugi::xml_node color) {
-      auto rgb = ParseRgb(color.attribute("rgb").value());
-      if (rgb && index >= kPaletteStart && index - kPaletteStart < styles_.palette.size()) {
-        styles_.palette[index - kPaletteStart] = *rgb;
-      }
-      ++index;
-    });
-  }
-
-  int FillIndex(pugi::xml_node fill) const {
-    if (pugi::xml_node gradient = Child(fill, "gradientFill")) {
-      return ColorIndex(Child(Child(gradient, "stop"), "color"), kWhite);
-    }
-    pugi::xml_node pattern = Child(fill, "patternFill");
-    std::string_view type = pattern.attribute("patternType").value();
-    if (type.empty() || type == "none") return kNoFill;
-    if (type == "solid") return ColorIndex(Child(pattern, "fgColor"), kBlack);
-    // A pattern is drawn over a fill, white as long as none is chosen.
-    return ColorIndex(Child(pattern, "bgColor"), kWhite);
-  }
-
-  // Palette index of a colour element; `automatic` stands for the system's colour.
-  int ColorIndex(pugi::xml_node color, std::uint32_t automatic) const {
-    if (pugi::xml_attribute indexed = color.attribute("indexed")) {
-      int index = indexed.as_int(kSystemForeground);
-      if (index >= 0 && index < kPaletteStart) return index + 1;
-      if (index >= 0 && index < kSystemForeground) return index - kPaletteStart + 1;
-      if (index == kSystemBackground) return Nearest(kWhite);
-    } else if (pugi::xml_attribute theme = color.attribute("theme")) {
-      std::size_t index = theme.as_uint();
-      double tint = ParseTint(color.attribute("tint").value());
-      if (index < theme_.size()) return Nearest(Tinted(theme_[index], tint));
-    } else if (auto rgb = ParseRgb(color.attribute("rgb").value())) {
-      return Nearest(Tinted(*rgb, ParseTint(color.attribute("tint").value())));
-    }
-    return Nearest(automatic);
-  }
-
-  int Nearest(std::uint32_t rgb) const { return NearestPaletteIndex(styles_.palette, rgb); }
-
-  const Theme& theme_;
-  Styles styles_;
-};
-
-}  // namespace
 
 Styles ReadStyles(const OpcPackage& package, std::string_view styles_part,
                   std::string_view theme_part) {
   if (styles_part.empty() || !package.Has(styles_part)) return {};
-  Theme theme = ReadTheme(package, theme_part);
+  FillColors colors(package, theme_part);
   pugi::xml_document document = ParseTree(package, styles_part);
-  return StylesReader(theme).Read(Child(document, "styleSheet"));
+  pugi::xml_node style_sheet = Child(document, "styleSheet");
+  Styles styles;
+  styles.palette = ReadPalette(style_sheet);
+  FormatReader reader(colors, styles.palette, style_sheet);
+  styles.formats.clear();
+  ForEachChild(Child(style_sheet, "cellXfs"), "xf",
+               [&](pugi::xml_node xf) { styles.formats.push_back(reader.Read(xf)); });
+  if (styles.formats.empty()) styles.formats.emplace_back();
+  return styles;
 }
 
 }  // namespace vantora::embedded

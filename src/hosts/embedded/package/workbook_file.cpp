@@ -28,14 +28,6 @@ constexpr std::string_view kSharedStringsType =
     "application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml";
 constexpr std::string_view kMacroEnabledType =
     "application/vnd.ms-excel.sheet.macroEnabled.main+xml";
-constexpr std::string_view kStyles =
-    "<fonts count=\"1\"><font><sz val=\"11\"/><name val=\"Calibri\"/><family val=\"2\"/></font>"
-    "</fonts><fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill><fill>"
-    "<patternFill patternType=\"gray125\"/></fill></fills><borders count=\"1\"><border><left/>"
-    "<right/><top/><bottom/><diagonal/></border></borders><cellStyleXfs count=\"1\"><xf "
-    "numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/></cellStyleXfs><cellXfs count=\"1\">"
-    "<xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"/></cellXfs>"
-    "<cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/></cellStyles>";
 constexpr std::string_view kEmptySheet = "<dimension ref=\"A1\"/><sheetData/>";
 
 std::string SpreadsheetType(std::string_view kind) {
@@ -80,7 +72,7 @@ std::unique_ptr<OpcPackage> CreatePackage(const std::vector<std::string>& sheet_
   package->Write(parts.workbook,
                  Document("workbook",
                           "<bookViews><workbookView/></bookViews><sheets>" + sheets + "</sheets>"));
-  package->Write(parts.styles, Document("styleSheet", kStyles));
+  package->Write(parts.styles, NewStylesPart());
   package->SetContentType(parts.styles, SpreadsheetType("styles"));
   package->AddRelationship(parts.workbook, RelationshipType("styles"), parts.styles);
   return package;
@@ -100,6 +92,8 @@ std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string
   file->name_ = "Book1";
   file->parts_ = std::make_unique<WorkbookParts>();
   file->package_ = CreatePackage(sheet_names, *file->parts_);
+  file->windows_ = {BookView{}};
+  file->active_sheets_ = {0};
   const std::string text = Document("worksheet", kEmptySheet);
   for (const std::string& name : sheet_names) {
     SheetModel& sheet = file->model_.AddSheet(name);
@@ -261,6 +255,25 @@ std::vector<std::pair<int, CellAddress>> WorkbookFile::MatchTables() {
   return written;
 }
 
+StyleEditor& WorkbookFile::style_editor() {
+  if (!style_editor_) {
+    style_editor_ =
+        std::make_unique<StyleEditor>(*package_, parts_->styles, parts_->theme, model_.styles);
+  }
+  return *style_editor_;
+}
+
+void WorkbookFile::WriteStyles() {
+  if (!style_editor_ || !style_editor_->changed()) return;
+  std::string& part = parts_->styles;
+  if (part.empty()) {
+    part = package_->FreePartName("xl/styles", ".xml");
+    package_->SetContentType(part, SpreadsheetType("styles"));
+    package_->AddRelationship(parts_->workbook, RelationshipType("styles"), part);
+  }
+  package_->Write(part, style_editor_->Text());
+}
+
 std::set<std::string> WorkbookFile::ChartParts() const {
   std::set<std::string> charts;
   for (const SheetPart& sheet : sheets_) {
@@ -276,12 +289,36 @@ std::set<std::string> WorkbookFile::ChartParts() const {
   return charts;
 }
 
-void WorkbookFile::SetActiveSheet(int sheet) { active_now_ = sheet; }
-
-void WorkbookFile::SetSelection(int sheet, const std::vector<Area>& areas,
-                                CellAddress active_cell) {
-  FollowInsertions(sheet);
-  WriteSelection(sheets_[sheet].markup, areas, active_cell);
+void WorkbookFile::WriteWindows(const std::vector<WindowToWrite>& windows) {
+  std::vector<BookViewToWrite> book_views;
+  for (const WindowToWrite& window : windows) {
+    book_views.push_back({window.origin, window.view});
+    book_views.back().view.active_tab = model_.PositionOf(window.active_sheet);
+  }
+  try {
+    if (auto text = PatchBookViews(package_->Read(parts_->workbook), book_views)) {
+      package_->Write(parts_->workbook, std::move(*text));
+    }
+  } catch (const XmlError& error) {
+    ThrowDamaged(parts_->workbook, error);
+  }
+  for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
+    std::vector<SheetViewToWrite> views;
+    for (const WindowToWrite& window : windows) {
+      SheetViewToWrite& view = views.emplace_back();
+      view.origin = window.origin;
+      if (auto sheet = window.sheets.find(id); sheet != window.sheets.end()) {
+        view.view = sheet->second;
+      }
+      const bool same_tab = window.origin && active_sheets_[*window.origin] == window.active_sheet;
+      // A hidden sheet that stays in a group of selected tabs would take edits unseen.
+      const bool same_visibility = model_.sheets[id]->visibility == sheets_[id].loaded_visibility;
+      if (!same_tab || !same_visibility) view.tab_selected = id == window.active_sheet;
+    }
+    WriteSheetViews(sheets_[id].markup, views);
+  }
+  active_sheets_.clear();
+  for (const WindowToWrite& window : windows) active_sheets_.push_back(window.active_sheet);
 }
 
 const std::vector<std::string>& WorkbookFile::TableNames() {
@@ -440,19 +477,6 @@ void WorkbookFile::WriteWorkbookPart() {
   WorkbookChanges changes;
   changes.calculate_on_opening = calculate_on_opening_;
   if (records_calculation_mode_) changes.manual_calculation = model_.manual_calculation;
-  if (active_now_ != active_written_) {
-    changes.active_tab = model_.PositionOf(active_now_);
-    for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
-      WriteTabSelected(sheets_[id].markup, id == active_now_);
-    }
-    active_written_ = active_now_;
-  }
-  // A hidden sheet that stays in a group of selected tabs would take edits unseen.
-  for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
-    if (model_.sheets[id]->visibility != sheets_[id].loaded_visibility) {
-      WriteTabSelected(sheets_[id].markup, id == active_now_);
-    }
-  }
   try {
     if (auto text = PatchWorkbook(package_->Read(parts_->workbook), model_, changes)) {
       package_->Write(parts_->workbook, std::move(*text));
@@ -478,6 +502,7 @@ void WorkbookFile::WriteParts() {
   FollowInSharedParts();
   MatchTables();
   WriteWorkbookPart();
+  WriteStyles();
   std::vector<int> sheets = ChangedSheets();
   if (!sheets.empty()) {
     NewSharedStrings added = CollectSharedStrings(sheets);

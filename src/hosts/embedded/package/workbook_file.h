@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -12,10 +13,24 @@
 #include <vector>
 
 #include "formula/workbook_model.h"
+#include "package/book_view.h"
 #include "package/opc_package.h"
 #include "package/sheet_markup.h"
+#include "package/sheet_view.h"
+#include "package/style_editor.h"
 
 namespace vantora::embedded {
+
+// One of the workbook's windows as the file is to hold it.
+struct WindowToWrite {
+  // The window's number in the file as it was last written; nullopt for a window that is new.
+  std::optional<int> origin;
+  // Its active tab is that of `active_sheet`.
+  BookView view;
+  int active_sheet = 0;
+  // By id, of the sheets whose view may differ.
+  std::map<int, SheetView> sheets;
+};
 
 struct WorkbookParts;
 class NewSharedStrings;
@@ -43,6 +58,9 @@ class WorkbookFile {
   bool is_macro_enabled() const;
   void MakeMacroEnabled();
 
+  // Changes to the workbook's cell formats.
+  StyleEditor& style_editor();
+
   // Id of the active sheet when the workbook was opened.
   int active_sheet() const { return active_sheet_; }
 
@@ -57,10 +75,13 @@ class WorkbookFile {
   void RequestCalculationOnOpening() { calculate_on_opening_ = true; }
   // The calculation mode was set: the file is to say what the model does.
   void RecordCalculationMode() { records_calculation_mode_ = true; }
-  // The tab that is active on opening, written when it differs.
-  void SetActiveSheet(int sheet);
-  // Selection of a sheet, written into its active pane.
-  void SetSelection(int sheet, const std::vector<Area>& areas, CellAddress active_cell);
+
+  // The workbook's windows when it was opened, at least one, and the id of each one's active sheet.
+  const std::vector<BookView>& windows() const { return windows_; }
+  int active_sheet_of(int window) const { return active_sheets_[window]; }
+  // Makes the parts hold these windows, at least one, in their order: places, active sheets, views
+  // of the sheets. What does not differ stays as it is written. Throws FileError.
+  void WriteWindows(const std::vector<WindowToWrite>& windows);
 
   // Writes what changed and copies the rest. Throws FileError and leaves `path` as it was on
   // failure. May be called again after further edits.
@@ -102,6 +123,7 @@ class WorkbookFile {
   void WriteSharedStrings(const NewSharedStrings& added);
   void WriteSheets(const std::vector<int>& sheets, const NewSharedStrings& added);
   void WriteWorkbookPart();
+  void WriteStyles();
   // Brings the package's parts up to date.
   void WriteParts();
   void RemoveCalculationChain();
@@ -112,14 +134,16 @@ class WorkbookFile {
   std::unique_ptr<OpcPackage> package_;
   std::unique_ptr<WorkbookParts> parts_;
   std::vector<SheetPart> sheets_;
+  // Made when it is first needed.
+  std::unique_ptr<StyleEditor> style_editor_;
   std::vector<ColumnInsertion> insertions_;
   // Of the parts that belong to no sheet: charts, pivot caches.
   std::size_t insertions_followed_ = 0;
   std::string name_;
   int active_sheet_ = 0;
-  int active_now_ = 0;
-  // The active sheet as the parts say.
-  int active_written_ = 0;
+  // As opened, and the active sheets as the parts say now.
+  std::vector<BookView> windows_;
+  std::vector<int> active_sheets_;
   bool calculate_on_opening_ = false;
   bool records_calculation_mode_ = false;
   std::optional<std::vector<std::string>> table_names_;

@@ -1,5 +1,7 @@
 // Opening a package: the one place where a workbook file is read. Everything else of the class
 // works on the model and the parts, wherever they come from.
+#include <algorithm>
+
 #include "package/styles_reader.h"
 #include "package/workbook_file.h"
 #include "package/workbook_reader.h"
@@ -18,7 +20,11 @@ void WorkbookFile::ReadParts() {
   std::string workbook = FindWorkbookPart(*package_, name_);
   parts_ =
       std::make_unique<WorkbookParts>(ReadWorkbook(*package_, workbook, model_, active_sheet_));
-  active_now_ = active_written_ = active_sheet_;
+  windows_ = ReadBookViews(package_->Read(workbook));
+  for (const BookView& window : windows_) {
+    const int last = static_cast<int>(model_.tab_order.size()) - 1;
+    active_sheets_.push_back(model_.tab_order[std::min(window.active_tab, last)]);
+  }
   model_.styles = ReadStyles(*package_, parts_->styles, parts_->theme);
   ReadSharedStrings(*package_, parts_->shared_strings, model_.strings);
   sheets_.resize(parts_->sheets.size());

@@ -75,10 +75,7 @@ class WorkbookPatcher {
       if (changes_.calculate_on_opening) SetAttribute("fullCalcOnLoad", "1");
       if (changes_.manual_calculation) SetCalculationMode(*changes_.manual_calculation);
       xml_.SkipElement();
-    } else if (name == "bookViews") {
-      PatchViews();
     } else if (name == "sheets") {
-      if (changes_.active_tab && !has_views_) InsertViews();
       PatchSheets();
     } else {
       xml_.SkipElement();
@@ -101,29 +98,6 @@ class WorkbookPatcher {
       SetAttribute("calcMode", "manual");
     } else if (auto mode = xml_.Attribute("calcMode"); mode && *mode != "auto") {
       patch_.Replace(*mode, "auto");
-    }
-  }
-
-  // In front of the element at which the scanner stands.
-  void InsertViews() {
-    patch_.Insert(xml_.begin(), "<" + places_.prefix + "bookViews><" + places_.prefix +
-                                    "workbookView activeTab=\"" +
-                                    std::to_string(*changes_.active_tab) + "\"/></" +
-                                    places_.prefix + "bookViews>");
-  }
-
-  void PatchViews() {
-    has_views_ = true;
-    if (xml_.is_empty()) return;
-    bool first = true;
-    while (xml_.Next() != Token::kEnd) {
-      if (xml_.token() != Token::kStart) continue;
-      if (first && changes_.active_tab) {
-        std::string tab = std::to_string(*changes_.active_tab);
-        if (xml_.Attribute("activeTab").value_or("0") != tab) SetAttribute("activeTab", tab);
-      }
-      first = false;
-      xml_.SkipElement();
     }
   }
 
@@ -263,71 +237,8 @@ class WorkbookPatcher {
   std::size_t names_end_ = 0;
   // The names there in their order, case-folded, with the place where each begins.
   std::vector<std::pair<std::u32string, std::size_t>> names_there_;
-  bool has_views_ = false;
   bool has_calculation_ = false;
 };
-
-// Start tag of the first view, and its children, of a sheet's views.
-struct ViewPlaces {
-  std::size_t begin = 0;
-  std::size_t tag_end = 0;
-  std::string name;
-  bool is_empty = false;
-  std::string tab_selected;  // raw; "" when absent
-  std::size_t tab_selected_at = 0;
-  std::string active_pane = "topLeft";
-  // End of the last pane or selection; 0 when there is none.
-  std::size_t selections_end = 0;
-  // Of the active pane's selection.
-  std::size_t selection_begin = 0;
-  std::size_t selection_end = 0;
-};
-
-std::optional<ViewPlaces> FindView(const std::string& text) {
-  XmlScanner xml(text);
-  while (xml.Next() != Token::kDone) {
-    if (xml.token() != Token::kStart || xml.local_name() != "sheetView") continue;
-    ViewPlaces places;
-    places.begin = xml.begin();
-    places.tag_end = xml.end();
-    places.name = xml.name();
-    places.is_empty = xml.is_empty();
-    if (auto selected = xml.Attribute("tabSelected")) {
-      places.tab_selected = *selected;
-      places.tab_selected_at = static_cast<std::size_t>(selected->data() - text.data());
-    }
-    if (places.is_empty) return places;
-    while (xml.Next() != Token::kEnd) {
-      if (xml.token() != Token::kStart) continue;
-      const std::size_t begin = xml.begin();
-      const std::string name(xml.local_name());
-      const std::string pane(xml.Attribute("pane").value_or("topLeft"));
-      const std::string active(xml.Attribute("activePane").value_or("topLeft"));
-      xml.SkipElement();
-      if (name != "pane" && name != "selection") continue;
-      places.selections_end = xml.end();
-      if (name == "pane") {
-        places.active_pane = active;
-      } else if (pane == places.active_pane) {
-        places.selection_begin = begin;
-        places.selection_end = xml.end();
-      }
-    }
-    return places;
-  }
-  return std::nullopt;
-}
-
-// The sheet's views, made when there are none.
-MarkupElement& EnsureView(SheetMarkup& markup) {
-  MarkupElement& views = markup.FindOrInsert("sheetViews");
-  if (!views.text.empty() && FindView(views.text)) return views;
-  const std::string& prefix = markup.prefix;
-  views.text = "<" + prefix + "sheetViews><" + prefix + "sheetView workbookViewId=\"0\"/></" +
-               prefix + "sheetViews>";
-  markup.changed = true;
-  return views;
-}
 
 }  // namespace
 
@@ -444,50 +355,6 @@ void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area) {
   patch.Replace(*old, now);
   element->text = patch.Apply();
   markup.changed = true;
-}
-
-void WriteSelection(SheetMarkup& markup, const std::vector<Area>& areas, CellAddress active_cell) {
-  std::string cell = ToA1(active_cell);
-  std::string cells = ToSqref(areas);
-  const MarkupElement* existing = markup.Find("sheetViews");
-  std::optional<ViewPlaces> places = existing ? FindView(existing->text) : std::nullopt;
-  // What is selected where nothing says so.
-  if ((!places || places->selection_end == 0) && cell == "A1" && cells == "A1") return;
-  MarkupElement& views = EnsureView(markup);
-  places = FindView(views.text);
-  std::string attributes = " activeCell=\"" + cell + "\" sqref=\"" + cells + "\"";
-  if (places->active_pane != "topLeft") {
-    attributes = " pane=\"" + places->active_pane + "\"" + attributes;
-  }
-  std::string selection = "<" + markup.prefix + "selection" + attributes + "/>";
-  std::string& text = views.text;
-  if (places->selection_end > 0) {
-    std::size_t size = places->selection_end - places->selection_begin;
-    if (text.compare(places->selection_begin, size, selection) == 0) return;
-    text.replace(places->selection_begin, size, selection);
-  } else if (places->selections_end > 0) {
-    text.insert(places->selections_end, selection);
-  } else if (places->is_empty) {
-    text.replace(places->tag_end - 2, 2, ">" + selection + "</" + places->name + ">");
-  } else {
-    text.insert(places->tag_end, selection);
-  }
-  markup.changed = true;
-}
-
-void WriteTabSelected(SheetMarkup& markup, bool selected) {
-  const MarkupElement* existing = markup.Find("sheetViews");
-  std::optional<ViewPlaces> places = existing ? FindView(existing->text) : std::nullopt;
-  bool is_selected = places && IsTrue(places->tab_selected);
-  if (is_selected == selected) return;
-  std::string& text = EnsureView(markup).text;
-  places = FindView(text);
-  markup.changed = true;
-  if (!places->tab_selected.empty()) {
-    text.replace(places->tab_selected_at, places->tab_selected.size(), selected ? "1" : "0");
-  } else {
-    text.insert(places->begin + 1 + places->name.size(), " tabSelected=\"1\"");
-  }
 }
 
 }  // namespace vantora::embedded

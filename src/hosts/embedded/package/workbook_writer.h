@@ -16,8 +16,6 @@ namespace vantora::embedded {
 
 // What the main part is to say.
 struct WorkbookChanges {
-  // 0-based place of the active tab; nullopt leaves it.
-  std::optional<int> active_tab;
   bool calculate_on_opening = false;
   // Whether the workbook is calculated manually; nullopt leaves what it says.
   std::optional<bool> manual_calculation = std::nullopt;
@@ -52,9 +50,5 @@ void WriteColumnFormats(SheetMarkup& markup, const std::vector<ColumnFormat>& fo
 void WriteRowOutline(SheetMarkup& markup, const SheetModel& sheet);
 // Makes <dimension> say `area` (nullopt: an empty sheet).
 void WriteDimension(SheetMarkup& markup, const std::optional<Area>& area);
-// Selection in the active pane of the first view.
-void WriteSelection(SheetMarkup& markup, const std::vector<Area>& areas, CellAddress active_cell);
-// Whether the sheet's tab is among the selected ones.
-void WriteTabSelected(SheetMarkup& markup, bool selected);
 
 }  // namespace vantora::embedded
