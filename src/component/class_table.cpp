@@ -6,6 +6,7 @@
 #include "core/convert.h"
 #include "core/globals.h"
 #include "maintenance/clear_all_data.h"
+#include "maintenance/development_mode.h"
 #include "maintenance/freeze.h"
 #include "maintenance/planning_spinners.h"
 #include "maintenance/ratios_comp_data_set.h"
@@ -221,6 +222,18 @@ PublicClass Formatting() {
       .create = Create<clsFormatting>};
 }
 
+PublicClass DevelopmentMode() {
+  return {.name = "clsDevelopmentMode",
+          .help = "Switching between normal and development mode",
+          .methods = {{.name = "CheckPlanningKeys",
+                       .parameters = {},
+                       .asks = "message (OK) when there are discrepancies",
+                       .help = "Lists the planning keys and their discrepancies",
+                       .call =
+                           Run<clsDevelopmentMode, &clsDevelopmentMode::CheckPlanningKeys>}},
+          .create = Create<clsDevelopmentMode>};
+}
+
 // A class that is part of the component's surface but does not exist yet.
 PublicClass Missing(std::string_view name, std::string_view help) {
   return {.name = name, .help = help, .methods = {}, .create = nullptr};
@@ -237,7 +250,7 @@ const std::vector<PublicClass>& PublicClasses() {
       PlanningSpinners(),
       Missing("clsDisplayModes", "Window arrangements beside the dashboard"),
       RatiosCompDataSet(),
-      Missing("clsDevelopmentMode", "Switching between normal and development mode"),
+      DevelopmentMode(),
       ClearAllData(),
       Missing("clsMenuManagement", "The model's and the dashboard's menus"),
       Missing("clsDashboard", "The dashboard's chart list and column configurations"),

@@ -53,6 +53,14 @@ class YearEndClient : public Client {
   void CopyCurrentYear() { Call("CopyCurrentYear"); }
 };
 
+class DevelopmentModeClient : public Client {
+ public:
+  DevelopmentModeClient(Services& services, host::ApplicationPtr application)
+      : Client("clsDevelopmentMode", services, std::move(application)) {}
+
+  void CheckPlanningKeys() { Call("CheckPlanningKeys"); }
+};
+
 class RefSheetClient : public Client {
  public:
   RefSheetClient(Services& services, host::ApplicationPtr application)

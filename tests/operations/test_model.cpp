@@ -5,7 +5,6 @@
 namespace vantora::testing {
 namespace {
 
-constexpr embedded::StyleId kFilled = 1;
 constexpr int kFillColor = 36;
 
 struct Place {
@@ -22,10 +21,7 @@ Place PlaceOf(const std::string& reference) {
 }  // namespace
 
 TestModel::TestModel(const std::vector<std::string>& sheet_names)
-    : session_(embedded::Session::Create(sheet_names)) {
-  model().styles.formats.resize(kFilled + 1);
-  model().styles.formats[kFilled].fill_color_index = kFillColor;
-}
+    : session_(embedded::Session::Create(sheet_names)) {}
 
 void TestModel::Put(const std::string& cell, const std::vector<Value>& values) {
   host::RangePtr first = session_->Range(cell);
@@ -43,8 +39,7 @@ std::vector<Value> TestModel::Get(const std::string& first_cell, int count) {
 }
 
 void TestModel::Fill(const std::string& cell) {
-  Place place = PlaceOf(cell);
-  SheetOf(place.sheet).cells.SetStyle(place.cell, kFilled);
+  session_->Range(cell)->Interior()->SetColorIndex(kFillColor);
 }
 
 bool TestModel::IsFilled(const std::string& cell) {

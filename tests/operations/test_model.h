@@ -27,6 +27,11 @@ class TestModel {
   void AddSpinner(std::string_view sheet, std::string_view name, std::string_view linked_cell);
   // The shape of the active sheet that runs the next operation.
   void SetCaller(std::string_view shape) { session_->SetCaller(shape); }
+  // The workbook has the routines that the Reference Sheet's code module offers.
+  void HaveSortButtons() {
+    session_->AddSheetRoutine("ResetKeySortButtons");
+    session_->AddSheetRoutine("resetNamesSortButtons");
+  }
   void Activate(std::string_view sheet) { session_->Worksheet(sheet)->Activate(); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }

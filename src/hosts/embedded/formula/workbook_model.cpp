@@ -7,7 +7,11 @@
 namespace vantora::embedded {
 
 StyleId SheetModel::StyleOf(CellAddress cell) const {
-  if (Cell stored = cells.Get(cell); stored.exists()) return stored.style;
+  Cell stored = cells.Get(cell);
+  return stored.exists() ? stored.style : StyleBehind(cell);
+}
+
+StyleId SheetModel::StyleBehind(CellAddress cell) const {
   if (auto row = row_styles.find(cell.row); row != row_styles.end()) return row->second;
   auto run =
       std::partition_point(column_formats.begin(), column_formats.end(),

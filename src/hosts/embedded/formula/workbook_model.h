@@ -59,6 +59,8 @@ struct SheetModel {
 
   // The format of a cell, whether or not it exists: its own, its row's, its column's.
   StyleId StyleOf(CellAddress cell) const;
+  // That of its row or its column.
+  StyleId StyleBehind(CellAddress cell) const;
 };
 
 struct DefinedName {
@@ -67,6 +69,8 @@ struct DefinedName {
   int scope = -1;
   // Without "=".
   std::string refers_to;
+  // Not shown to users.
+  bool is_hidden = false;
 };
 
 class WorkbookModel : public SheetDirectory {

@@ -109,7 +109,7 @@ Value OpenWorkbook::Read(int sheet_id, CellAddress cell) {
   }
 }
 
-void OpenWorkbook::Clear(int sheet_id, CellAddress cell) {
+void OpenWorkbook::ClearCell(int sheet_id, CellAddress cell) {
   CellStore& cells = sheet(sheet_id).cells;
   if (cells.Exists(cell)) cells.SetConstant(cell, CellValue::Blank());
 }
@@ -133,7 +133,7 @@ void OpenWorkbook::PutText(int sheet_id, CellAddress cell, const std::string& te
 
 void OpenWorkbook::PutValue(int sheet_id, CellAddress cell, const Value& value) {
   if (value.IsEmpty() || (value.IsText() && value.AsText().empty())) {
-    Clear(sheet_id, cell);
+    ClearCell(sheet_id, cell);
     return;
   }
   CellStore& cells = sheet(sheet_id).cells;

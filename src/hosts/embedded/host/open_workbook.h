@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "host/feature_areas.h"
 #include "host/workbook_windows.h"
 #include "package/comments.h"
+#include "package/style_editor.h"
 #include "package/workbook_file.h"
 
 namespace vantora::embedded {
@@ -59,11 +61,31 @@ class OpenWorkbook {
   // Empties the cells; formats, comments and validations stay.
   void ClearContents(int sheet, const Area& area);
   bool HasFormula(int sheet, CellAddress cell);
+  // Puts one value a row into the cells from `first` down.
+  void PutColumn(int sheet, CellAddress first, std::span<const Value> rows);
   int FillColorIndex(int sheet, CellAddress cell);
   Area UsedRange(int sheet);
 
   void InsertColumns(int sheet, int column, int count);
   void ClearFormats(int sheet, const Area& area);
+  // Contents, formats, comments, validations, merges, hyperlinks.
+  void Clear(int sheet, const Area& area);
+
+  void Format(int sheet, const std::vector<Area>& areas, const FormatChange& change);
+  // The lines between the columns of each area, and those around it.
+  void FormatInsideVerticals(int sheet, const std::vector<Area>& areas, const LineChange& line);
+  void FormatOutline(int sheet, const std::vector<Area>& areas, const LineChange& line);
+
+  // Sorts the rows of the area by two of its columns, as Excel does with its header guess.
+  void Sort(int sheet, const Area& area, int key1_column, int key2_column);
+  // Writes the names that the sheet can use from the cell down, with what they refer to as texts.
+  void ListNames(int sheet, CellAddress cell);
+
+  // Routines of sheets' code modules that a workbook without macros is taken to have.
+  void AddSheetRoutine(std::string_view routine) { sheet_routines_.emplace_back(routine); }
+  // Throws HostError 438 when the workbook is not known to have the routine.
+  void CallSheetRoutine(std::string_view routine);
+
   // Both areas lie on `sheet`; `to` is of the same size as `from`.
   void Paste(int sheet, const Area& from, const Area& to, unsigned parts);
 
@@ -124,7 +146,16 @@ class OpenWorkbook {
   SheetComments Comments(int sheet);
   void PutValue(int sheet, CellAddress cell, const Value& value);
   void PutText(int sheet, CellAddress cell, const std::string& text);
-  void Clear(int sheet, CellAddress cell);
+  void ClearCell(int sheet, CellAddress cell);
+  void EmptyCells(int sheet, const Area& area);
+  // Takes away empty cells that look as their rows and columns do.
+  void DropPlainCells(int sheet, const Area& area);
+  void PutPlainText(int sheet, CellAddress cell, const std::string& text);
+  bool HasHeader(int sheet, const Area& area);
+  void RefuseSorting(int sheet, const Area& area);
+  void MoveRows(int sheet, const RowMoves& moves);
+  void MoveCells(int sheet, int column, const RowMoves& moves);
+  void RefuseFormatting(int sheet, const std::vector<Area>& areas);
   void PasteCells(SheetModel& sheet, const Area& from, const Area& to, unsigned parts);
   void PasteCell(SheetModel& sheet, const Cell& source, CellAddress from, CellAddress to,
                  unsigned parts);
@@ -139,6 +170,7 @@ class OpenWorkbook {
   std::map<int, std::vector<CellAddress>> commented_cells_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;
+  std::vector<std::string> sheet_routines_;
 };
 
 }  // namespace vantora::embedded

@@ -1,6 +1,7 @@
 // Range and what belongs to it over an open workbook.
 #include <algorithm>
 
+#include "host/format_objects.h"
 #include "host/objects.h"
 #include "host/row_edits.h"
 
@@ -12,27 +13,6 @@ using host::XlPasteSpecialOperation;
 using host::XlPasteType;
 
 CellAddress TopLeft(const Area& area) { return {area.first_row, area.first_column}; }
-
-class EmbeddedInterior : public host::Interior {
- public:
-  EmbeddedInterior(BookHandle book, int sheet, const Area& area)
-      : book_(std::move(book)), sheet_(sheet), area_(area) {}
-
-  int ColorIndex() override { return book_->FillColorIndex(sheet_, TopLeft(area_)); }
-
-  void SetColorIndex(int color_index) override;
-
-  void SetPattern(host::XlPattern pattern) override;
-
- private:
-  BookHandle book_;
-  int sheet_;
-  Area area_;
-};
-
-void EmbeddedInterior::SetColorIndex(int) { RefuseMember("Interior.ColorIndex (put)"); }
-
-void EmbeddedInterior::SetPattern(host::XlPattern) { RefuseMember("Interior.Pattern (put)"); }
 
 class EmbeddedComment : public host::Comment {
  public:
@@ -82,7 +62,7 @@ class EmbeddedRange : public host::Range {
   }
 
   host::InteriorPtr Interior() override {
-    return std::make_shared<EmbeddedInterior>(book_, sheet_, area_);
+    return MakeInterior(book_, sheet_, areas_);
   }
 
   host::FontPtr Font() override;
@@ -186,8 +166,10 @@ void EmbeddedRange::SetValue(const vantora::Value& value) {
   book_->Put(sheet_, area_, value);
 }
 
-void EmbeddedRange::SetValues(std::span<const vantora::Value>) {
-  RefuseMember("Range.Value (put of an array)");
+void EmbeddedRange::SetValues(std::span<const vantora::Value> rows) {
+  EndCopy();
+  book_->PutColumn(sheet_, TopLeft(area_),
+                   rows.first(std::min(rows.size(), static_cast<std::size_t>(area_.rows()))));
 }
 
 std::string EmbeddedRange::Formula() { return book_->FormulaOf(sheet_, TopLeft(area_)); }
@@ -205,17 +187,35 @@ std::vector<host::RangePtr> EmbeddedRange::Areas() {
   return areas;
 }
 
-host::FontPtr EmbeddedRange::Font() { RefuseMember("Range.Font"); }
+host::FontPtr EmbeddedRange::Font() { return MakeFont(book_, sheet_, areas_); }
 
-host::BordersPtr EmbeddedRange::Borders(host::XlBordersIndex) { RefuseMember("Range.Borders"); }
-
-void EmbeddedRange::BorderAround(host::XlBorderWeight, int) { RefuseMember("Range.BorderAround"); }
-
-void EmbeddedRange::SetHorizontalAlignment(host::XlHAlign) {
-  RefuseMember("Range.HorizontalAlignment (put)");
+host::BordersPtr EmbeddedRange::Borders(host::XlBordersIndex index) {
+  if (index != host::XlBordersIndex::kInsideVertical) RefuseMember("such lines of Range.Borders");
+  return MakeInsideVerticals(book_, sheet_, areas_);
 }
 
-void EmbeddedRange::SetWrapText(bool) { RefuseMember("Range.WrapText (put)"); }
+void EmbeddedRange::BorderAround(host::XlBorderWeight weight, int color_index) {
+  EndCopy();
+  book_->FormatOutline(
+      sheet_, areas_,
+      {.weight = LineWeightOf(weight),
+       .color_index = CheckedColor(color_index, true, "lines around the range")});
+}
+
+void EmbeddedRange::SetHorizontalAlignment(host::XlHAlign alignment) {
+  EndCopy();
+  FormatChange change;
+  change.horizontal_alignment = alignment == host::XlHAlign::kLeft ? HorizontalAlignment::kLeft
+                                                                   : HorizontalAlignment::kRight;
+  book_->Format(sheet_, areas_, change);
+}
+
+void EmbeddedRange::SetWrapText(bool wrap) {
+  EndCopy();
+  FormatChange change;
+  change.wrap_text = wrap;
+  book_->Format(sheet_, areas_, change);
+}
 
 bool EmbeddedRange::RowsHidden() { return embedded::RowsHidden(*book_, sheet_, area_); }
 
@@ -266,7 +266,10 @@ void EmbeddedRange::Select() {
 
 void EmbeddedRange::Activate() { RefuseMember("Range.Activate"); }
 
-void EmbeddedRange::Clear() { RefuseMember("Range.Clear"); }
+void EmbeddedRange::Clear() {
+  EndCopy();
+  for (const Area& area : areas_) book_->Clear(sheet_, area);
+}
 
 void EmbeddedRange::ClearContents() {
   EndCopy();
@@ -275,7 +278,7 @@ void EmbeddedRange::ClearContents() {
 
 void EmbeddedRange::ClearFormats() {
   EndCopy();
-  book_->ClearFormats(sheet_, area_);
+  for (const Area& area : areas_) book_->ClearFormats(sheet_, area);
 }
 
 void EmbeddedRange::Copy() {
@@ -313,10 +316,28 @@ host::CommentPtr EmbeddedRange::AddComment() {
   return std::make_shared<EmbeddedComment>(book_, sheet_, TopLeft(area_));
 }
 
-void EmbeddedRange::ListNames() { RefuseMember("Range.ListNames"); }
+void EmbeddedRange::ListNames() {
+  EndCopy();
+  book_->ListNames(sheet_, TopLeft(area_));
+}
 
-void EmbeddedRange::Sort(const host::RangePtr&, const host::RangePtr&) {
-  RefuseMember("Range.Sort");
+void EmbeddedRange::Sort(const host::RangePtr& key1, const host::RangePtr& key2) {
+  EndCopy();
+  const auto column_of = [&](const host::RangePtr& key) {
+    const auto* cell = dynamic_cast<const EmbeddedRange*>(key.get());
+    const bool within = cell && cell->book_ == book_ && cell->sheet_ == sheet_ &&
+                        cell->area_.first_column >= area_.first_column &&
+                        cell->area_.first_column <= area_.last_column;
+    if (!within) {
+      Refuse(
+          "The sort reference is not valid. Make sure that it's within the data you want to sort.");
+    }
+    return cell->area_.first_column;
+  };
+  if (areas_.size() > 1) {
+    Refuse("Sort method of Range class failed: several areas can't be sorted at once.");
+  }
+  book_->Sort(sheet_, area_, column_of(key1), column_of(key2));
 }
 
 }  // namespace

@@ -87,6 +87,10 @@ void Session::SetCaller(std::string_view shape) {
                                                       std::string(shape) + "\".");
 }
 
+void Session::AddSheetRoutine(std::string_view routine) {
+  impl_->workbook().AddSheetRoutine(routine);
+}
+
 std::vector<Uncalculated> Session::Calculate() { return impl_->workbook().Calculate(); }
 
 void Session::Save(const std::filesystem::path& path) { impl_->workbook().Save(path); }

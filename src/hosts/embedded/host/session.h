@@ -81,6 +81,10 @@ class Session {
   // Puts the saved files in their places and gives those. Throws FileError.
   std::vector<std::filesystem::path> CommitSaves();
 
+  // Says that a workbook without macros has the routine in its sheets' code modules, as one with
+  // macros is taken to have those that the model's workbook offers.
+  void AddSheetRoutine(std::string_view routine);
+
   // Brings every value up to date and tells which formulas could not be calculated.
   std::vector<Uncalculated> Calculate();
   // Calculates, then writes the workbook. Throws FileError and leaves `path` as it was on failure.

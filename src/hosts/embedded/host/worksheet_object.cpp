@@ -102,7 +102,7 @@ void EmbeddedWorksheet::OutlineShowLevels(int row_levels) {
   ShowRowLevels(*book_, sheet_, row_levels);
 }
 
-void EmbeddedWorksheet::CallRoutine(std::string_view) { RefuseMember("sheet routine"); }
+void EmbeddedWorksheet::CallRoutine(std::string_view routine) { book_->CallSheetRoutine(routine); }
 
 }  // namespace
 

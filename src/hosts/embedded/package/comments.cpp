@@ -289,6 +289,25 @@ void SheetComments::Clear(const Area& area) {
   ClearConversations(package_, sheet_part_, area);
 }
 
+void SheetComments::MoveRows(const RowMoves& moves) {
+  constexpr std::pair<std::string_view, std::string_view> kParts[] = {
+      {"comments", "comment"}, {"threadedComment", "threadedComment"}};
+  for (const auto& [kind, element] : kParts) {
+    const Relationship* found = FindRelationship(package_, sheet_part_, kind);
+    if (!found || !package_.Has(found->target)) continue;
+    const std::string part = found->target;
+    if (auto text = MoveReferences(package_.Read(part), element, moves)) {
+      package_.Write(part, std::move(*text));
+    }
+  }
+  Edit edit(*this);
+  if (!edit.shapes()) return;
+  for (const auto& [cell, note] : edit.shapes()->notes()) {
+    if (auto moved = moves.Of(cell)) edit.shapes()->MoveToRow(note, cell.row, moved->row);
+  }
+  edit.Finish();
+}
+
 void SheetComments::Paste(const Area& from, const Area& to) {
   Edit edit(*this);
   edit.RemoveComments(to);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cells/address.h"
+#include "package/move_rows.h"
 #include "package/opc_package.h"
 #include "package/sheet_markup.h"
 
@@ -32,6 +33,8 @@ class SheetComments {
   void SetVisible(CellAddress cell, bool visible);
   // Removes the comments of an area, and the conversations that they stand for.
   void Clear(const Area& area);
+  // Comments and conversations follow the cells of rows that moved.
+  void MoveRows(const RowMoves& moves);
   // As a paste of `from` at `to` (the same size) does: texts, formats and sizes come along, and
   // what stood at `to` goes. A conversation is pasted as a plain comment.
   void Paste(const Area& from, const Area& to);

@@ -241,6 +241,11 @@ void NoteShapes::AddCopy(CellAddress from, const Note& note, CellAddress to) {
   ++shapes_;
 }
 
+void NoteShapes::MoveToRow(const Note& note, int from_row, int to_row) {
+  patch_.Replace(note.row, std::to_string(to_row - 1));
+  MoveAnchor(note.anchor, to_row - from_row, 0, patch_);
+}
+
 void NoteShapes::SetVisible(const Note& note, bool visible) {
   constexpr std::string_view kProperty = "visibility:";
   const std::string_view value = visible ? "visible" : "hidden";

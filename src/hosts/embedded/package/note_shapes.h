@@ -49,6 +49,7 @@ class NoteShapes {
   void AddCopy(CellAddress from, const Note& note, CellAddress to);
   void SetVisible(const Note& note, bool visible);
   void Remove(const Note& note);
+  void MoveToRow(const Note& note, int from_row, int to_row);
 
   // Shapes of any kind are left after the edits.
   bool has_shapes() const { return shapes_ > 0; }

@@ -101,7 +101,10 @@ class StyleEditor::Impl {
     Complete();
     Draft format(formats_[style]);
     SetAttribute(format.node(), "borderId", std::to_string(border));
-    SetAttribute(format.node(), "applyBorder", "1");
+    format.node().remove_attribute("applyBorder");
+    if (pugi::xml_attribute apply = formats_[border_source].attribute("applyBorder")) {
+      format.node().append_copy(apply);
+    }
     return StyleOf(style, format.node());
   }
 
@@ -186,8 +189,12 @@ class StyleEditor::Impl {
   // The style of a format that came from `style`; `style` when it says the same.
   StyleId StyleOf(StyleId style, pugi::xml_node xf) {
     if (style != kNoStyle && CanonicalText(xf) == CanonicalText(formats_[style])) return style;
+    const std::size_t size = formats_.size();
     const std::size_t index = formats_.FindOrAdd(xf);
-    if (index >= styles_.formats.size()) styles_.formats.push_back(reader_.Read(xf));
+    if (formats_.size() > size) {
+      styles_.formats.resize(std::max(styles_.formats.size(), formats_.size()));
+      styles_.formats[index] = reader_.Read(xf);
+    }
     return static_cast<StyleId>(index);
   }
 

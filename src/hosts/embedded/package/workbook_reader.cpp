@@ -69,6 +69,7 @@ void ReadNames(pugi::xml_node workbook, WorkbookModel& model) {
     DefinedName name;
     name.name = node.attribute("name").value();
     name.refers_to = node.child_value();
+    name.is_hidden = IsTrue(node.attribute("hidden").value());
     if (pugi::xml_attribute local = node.attribute("localSheetId")) {
       name.scope = local.as_int(-1);
       if (name.scope < 0 || name.scope >= static_cast<int>(model.sheets.size())) {
