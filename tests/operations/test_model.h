@@ -1,7 +1,10 @@
 // A workbook in memory for the tests of operations, and what they ask of it afterwards.
 #pragma once
 
+#include <deque>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,10 +14,28 @@
 
 namespace vantora::testing {
 
+// The person at the host: gives its answers in order, cancels where none is left.
+struct HostUser : embedded::Prompts {
+  std::deque<std::string> answers;
+  // "title|prompt" for cells, "title|initial name|filter" for a file; for another try the refusal.
+  std::vector<std::string> asked;
+
+  std::optional<std::string> InputRange(std::string_view prompt, std::string_view title,
+                                        std::string_view refusal) override;
+  std::optional<std::string> GetSaveAsFilename(std::string_view initial_filename,
+                                               std::string_view file_filter,
+                                               std::string_view title) override;
+
+ private:
+  std::optional<std::string> Answer();
+};
+
 // Cells are named "Data!O3"; sheet names here need no quotes.
 class TestModel {
  public:
   explicit TestModel(const std::vector<std::string>& sheet_names);
+  TestModel(TestModel&&) = default;
+  ~TestModel();
 
   // Puts the values side by side, beginning at the cell. A text "=..." is a formula.
   void Put(const std::string& cell, const std::vector<Value>& values);
@@ -50,6 +71,23 @@ class TestModel {
   std::string Comment(const std::string& cell);
   // Whether comments of the sheet are hidden until pointed at.
   bool CommentsAreHidden(std::string_view sheet);
+  HostUser& user() { return *user_; }
+  bool HasName(std::string_view name) { return model().FindName(name, 0) != nullptr; }
+  // The selected cells: "J5:N6 J10:N12".
+  std::string Selected();
+  void Select(const std::string& reference) { session_->Range(reference)->Select(); }
+  // The elements of the styles part that a cell uses, as they stand there.
+  std::string FontOf(const std::string& cell) { return StyleOf(cell, "fonts", "fontId"); }
+  std::string BorderOf(const std::string& cell) { return StyleOf(cell, "borders", "borderId"); }
+  std::string FormatOf(const std::string& cell) { return StyleOf(cell, "cellXfs", ""); }
+  void SetVersion(const std::string& version) { session_->SetVersion(version); }
+  // Saves that operations make fail, or succeed and can be opened.
+  void RefuseSaves() { session_->DirectSaves(nullptr); }
+  bool WasSaved() { return session_->saves().any(); }
+  // The requests so far: "Save .xlsx", "SaveAs Plan.xls .xls".
+  const std::vector<std::string>& save_requests() const { return *save_requests_; }
+  // The file that the last save wrote.
+  std::unique_ptr<embedded::Session> Saved();
   // "Data!R inserted" for each inserted column, then "Data!J3: 1 -> 2" for each changed cell.
   std::vector<std::string> Changes();
 
@@ -61,7 +99,13 @@ class TestModel {
   // The part of that kind which belongs to a sheet; "" when there is none.
   std::string PartOf(std::string_view sheet, std::string_view kind);
 
+  std::string StyleOf(const std::string& cell, std::string_view table, std::string_view id);
+
   std::unique_ptr<embedded::Session> session_;
+  std::unique_ptr<HostUser> user_ = std::make_unique<HostUser>();
+  std::unique_ptr<std::vector<std::string>> save_requests_ =
+      std::make_unique<std::vector<std::string>>();
+  std::filesystem::path folder_;
 };
 
 }  // namespace vantora::testing
