@@ -348,7 +348,7 @@ TEST(List, NamesEveryClassAndWhatIsNotThereYet) {
   EXPECT_THAT(result.out, HasSubstr("      asks: frmSaveHistoryPrompt, confirmation (OK/Cancel), "
                                     "frmSaveComments\n"));
   EXPECT_THAT(result.out, HasSubstr("  PutDLLVersion versionText\n"));
-  EXPECT_THAT(result.out, HasSubstr("clsFreeze: Freezing the current results (not available yet)"));
+  EXPECT_THAT(result.out, HasSubstr("clsFormatting: Column-block selection and formula paste\n"));
 }
 
 }  // namespace
