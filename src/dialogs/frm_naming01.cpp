@@ -16,10 +16,9 @@ frmNaming01::frmNaming01()
                    {"Change the definition of that name to refer to this row",
                     "Leave the definition of that name alone, and use the new name I'm entering "
                     "below for this row"}),
-      new_name_(Add<TextBox>("txtNewName", Bounds{.left = kMargin,
-                                                  .top = kNameTop,
-                                                  .width = kWidth - 2 * kMargin,
-                                                  .height = 18})) {
+      new_name_(Add<TextBox>(
+          "txtNewName",
+          Bounds{.left = kMargin, .top = kNameTop, .width = kWidth - 2 * kMargin, .height = 18})) {
   // Whoever types a name wants to use it.
   new_name_.on_change = [this] { Choose(2); };
   AddButtons(kButtonTop);

@@ -9,8 +9,8 @@ frmSaveMsg::frmSaveMsg(UserInterface& user_interface)
 }
 
 void frmSaveMsg::OuterWindow(double top, double left, double height, double width) {
-  SetPosition({.left = left + (width - this->width()) / 2,
-               .top = top + (height - this->height()) / 2});
+  SetPosition(
+      {.left = left + (width - this->width()) / 2, .top = top + (height - this->height()) / 2});
 }
 
 void frmSaveMsg::ShowForm() {

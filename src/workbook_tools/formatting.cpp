@@ -32,7 +32,7 @@ constexpr std::array<ColumnBlock, 5> kColumnBlocks = {{
     {model::kFirstHistoryColumn, model::kHistoryYears},                       // history
     {model::kCurrentYearColumn, 1},                                           // current year
     {model::kFirstPlanningColumn, kPlanningYears},                            // planning
-    {model::kFirstHistoryColumn, model::kHistoryYears + 1},                   // up to the current year
+    {model::kFirstHistoryColumn, model::kHistoryYears + 1},  // up to the current year
 }};
 
 constexpr std::string_view kRangePrompt =
@@ -46,14 +46,14 @@ constexpr int kRowsOfSmallSheet = 65536;
 constexpr int kColumnsOfSmallSheet = 256;
 
 const ColumnBlock& BlockAfter(int first_column, int column_count, bool forward) {
-  const auto found = std::find_if(
-      kColumnBlocks.begin(), kColumnBlocks.end(), [&](const ColumnBlock& block) {
+  const auto found =
+      std::find_if(kColumnBlocks.begin(), kColumnBlocks.end(), [&](const ColumnBlock& block) {
         return block.first_column == first_column && block.column_count == column_count;
       });
   // A selection that is none of the blocks counts as the last one.
-  const std::size_t from =
-      found == kColumnBlocks.end() ? kColumnBlocks.size() - 1
-                                   : static_cast<std::size_t>(found - kColumnBlocks.begin());
+  const std::size_t from = found == kColumnBlocks.end()
+                               ? kColumnBlocks.size() - 1
+                               : static_cast<std::size_t>(found - kColumnBlocks.begin());
   const std::size_t step = forward ? 1 : kColumnBlocks.size() - 1;
   return kColumnBlocks[(from + step) % kColumnBlocks.size()];
 }

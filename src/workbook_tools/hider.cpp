@@ -75,8 +75,8 @@ std::optional<clsHider::SaveTarget> clsHider::AskForTarget() {
   std::string filter = "Excel 2003 (*.xls), *.xls";
   if (is_new) filter = "Excel 2007 (*.xlsm), *.xlsm, " + filter;
   const std::string name = application()->ActiveWorkbook()->Name();
-  const std::optional<std::string> filename = application()->GetSaveAsFilename(
-      name.substr(0, name.rfind('.')), filter, "Vantora SaveAs");
+  const std::optional<std::string> filename =
+      application()->GetSaveAsFilename(name.substr(0, name.rfind('.')), filter, "Vantora SaveAs");
   if (!filename) return std::nullopt;
   XlFileFormat format = XlFileFormat::kWorkbookNormal;
   if (EndsWith(*filename, "xlsm")) {
@@ -141,8 +141,7 @@ void clsHider::Save(const std::optional<SaveTarget>& target) {
   } catch (const HostError& error) {
     const std::string detail =
         "error " + std::to_string(error.number()) + " during workbook save operation";
-    ReportProgrammingError(services().user_interface,
-                           {.module = class_name(), .detail = detail});
+    ReportProgrammingError(services().user_interface, {.module = class_name(), .detail = detail});
   }
   message.Unload();
 }

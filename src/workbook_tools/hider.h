@@ -14,8 +14,8 @@ class clsHider : public BoundObject {
  public:
   explicit clsHider(Services& services) : BoundObject("clsHider", services) {}
 
-  // After opening: shows every sheet, takes the instruction away, goes back to the sheet of the last
-  // save, and in normal mode protects the sheets with the flag "P".
+  // After opening: shows every sheet, takes the instruction away, goes back to the sheet of the
+  // last save, and in normal mode protects the sheets with the flag "P".
   void AtOpen();
   // Saves the model itself with its sheets hidden and then puts them back as they were. With
   // `save_as_ui` the user is asked for the file.

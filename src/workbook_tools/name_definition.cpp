@@ -21,7 +21,7 @@ struct Layout {
 constexpr Layout kNormalLayout = {9, 1, 28};  // I; A to AB
 constexpr Layout kYearsLayout = {26, model::kFirstPlanningColumn, model::kLastPlanningColumn};  // Z
 
-constexpr int kNameInPlace = 0;    // the automatic colour
+constexpr int kNameInPlace = 0;  // the automatic colour
 constexpr int kNameNotCreated = 9;
 constexpr double kNameFontSize = 8;
 

@@ -18,9 +18,9 @@ void clsNameManagement::Reporting(Work work) {
   try {
     work();
   } catch (const HostError& error) {
-    ReportProgrammingError(services().user_interface, {.module = class_name(),
-                                                       .detail = error.description(),
-                                                       .number = error.number()});
+    ReportProgrammingError(
+        services().user_interface,
+        {.module = class_name(), .detail = error.description(), .number = error.number()});
   }
 }
 

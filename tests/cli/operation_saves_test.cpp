@@ -35,8 +35,8 @@ TEST(OperationSaves, TheTargetHoldsTheStateAtTheSaveAndNothingElseIsWritten) {
 TEST(OperationSaves, ADryRunOrACancelledQuestionWritesNothing) {
   SmallModel model;
   EXPECT_EQ(model.Run(WithTitle({"clsHider.BeforeSave", "false", "--dry-run"})).exit_code, 0);
-  const CommandResult cancelled = model.Run(
-      WithTitle({"clsHider.BeforeSave", "true", "--in-place", "--answer", "Cancel"}));
+  const CommandResult cancelled =
+      model.Run(WithTitle({"clsHider.BeforeSave", "true", "--in-place", "--answer", "Cancel"}));
   EXPECT_EQ(cancelled.exit_code, 3);
   EXPECT_THAT(cancelled.err, HasSubstr("[Vantora SaveAs]\nSave as: Excel 2007 (*.xlsm), Excel "
                                        "2003 (*.xls)\n(answered: Cancel)"));
@@ -85,8 +85,8 @@ TEST(OperationSaves, AnswersGiveRangesOfSeveralAreas) {
       {"clsFormatting.LeftFormat", "--dry-run", "--answer", "InputRange=Planning!A1,'Data 01'!A1"});
   EXPECT_EQ(malformed.exit_code, 4);
   EXPECT_THAT(malformed.err, HasSubstr("cells of several sheets"));
-  EXPECT_EQ(model.Run({"clsFormatting.LeftFormat", "--dry-run", "--answer", "InputRange="}).exit_code,
-            2);
+  EXPECT_EQ(
+      model.Run({"clsFormatting.LeftFormat", "--dry-run", "--answer", "InputRange="}).exit_code, 2);
 }
 
 }  // namespace

@@ -146,7 +146,8 @@ class Saves : public Names {
   Saves() {
     std::string pattern = (std::filesystem::temp_directory_path() / "saves_XXXXXX").string();
     folder_ = ::mkdtemp(pattern.data());
-    session_->DirectSaves([this](const SaveRequest& request) { return folder_ / ("book" + request.ending); });
+    session_->DirectSaves(
+        [this](const SaveRequest& request) { return folder_ / ("book" + request.ending); });
   }
   ~Saves() override { std::filesystem::remove_all(folder_); }
   host::WorkbookPtr Book() { return session_->application()->ActiveWorkbook(); }

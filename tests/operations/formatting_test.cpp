@@ -10,11 +10,11 @@ namespace {
 
 using ::testing::AllOf;
 using ::testing::ElementsAre;
+using testing::FakeServices;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::SizeIs;
-using testing::FakeServices;
 using testing::TestModel;
 
 class Formatting : public ::testing::Test {
@@ -33,13 +33,13 @@ TEST_F(Formatting, StepsThroughTheColumnBlocksAndKeepsTheView) {
     int index;
     const char* to;
   } cases[] = {
-      {"J5:Y9", true, 0, "J5:N9"},   {"J5:N9", true, 0, "O5:O9"},
-      {"O5:O9", true, 0, "P5:Y9"},   {"P5:Y9", true, 0, "J5:O9"},
-      {"J5:O9", true, 0, "J5:Y9"},   {"J5:Y9", false, 0, "J5:O9"},
-      {"O5:O9", false, 0, "J5:N9"},  {"C5", true, 0, "J5:Y5"},
-      {"C5", false, 0, "P5:Y5"},     {"J5:Y6,J10:Y12", true, 0, "J5:N6 J10:N12"},
-      {"A1:B2", true, 3, "O1:O2"},   {"A1:B2", false, 5, "J1:O2"},
-      {"J5:Y9", false, 9, "J5:O9"},  {"J5:Y9", true, -1, "J5:N9"},
+      {"J5:Y9", true, 0, "J5:N9"},  {"J5:N9", true, 0, "O5:O9"},
+      {"O5:O9", true, 0, "P5:Y9"},  {"P5:Y9", true, 0, "J5:O9"},
+      {"J5:O9", true, 0, "J5:Y9"},  {"J5:Y9", false, 0, "J5:O9"},
+      {"O5:O9", false, 0, "J5:N9"}, {"C5", true, 0, "J5:Y5"},
+      {"C5", false, 0, "P5:Y5"},    {"J5:Y6,J10:Y12", true, 0, "J5:N6 J10:N12"},
+      {"A1:B2", true, 3, "O1:O2"},  {"A1:B2", false, 5, "J1:O2"},
+      {"J5:Y9", false, 9, "J5:O9"}, {"J5:Y9", true, -1, "J5:N9"},
   };
   for (const auto& one : cases) {
     SCOPED_TRACE(one.from);

@@ -8,13 +8,13 @@
 namespace vantora {
 namespace {
 
+using host::XlSheetVisibility;
 using ::testing::AllOf;
 using ::testing::ElementsAre;
+using testing::FakeServices;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-using host::XlSheetVisibility;
-using testing::FakeServices;
 using testing::TestModel;
 
 constexpr const char* kInstruction = "You must enable Excel macros to run Vantora";
@@ -80,8 +80,8 @@ TEST_F(Hider, TheTitleSheetsFlagPlacesTheInstruction) {
   const struct {
     const char* flag;
     const char* cell;
-  } cases[] = {{"L12", "Title!E12"}, {"L0", "Title!E34"}, {"xl 6000", "Title!E34"},
-               {"l7", "Title!E7"}};
+  } cases[] = {
+      {"L12", "Title!E12"}, {"L0", "Title!E34"}, {"xl 6000", "Title!E34"}, {"l7", "Title!E7"}};
   for (const auto& one : cases) {
     SCOPED_TRACE(one.flag);
     model.Put("Title!E1", {one.flag});

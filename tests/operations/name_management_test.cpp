@@ -10,10 +10,10 @@ namespace {
 
 using ::testing::AllOf;
 using ::testing::ElementsAre;
+using testing::FakeServices;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-using testing::FakeServices;
 using testing::TestModel;
 
 constexpr const char* kDeleted =
