@@ -4,6 +4,7 @@
 #include "operations/client.h"
 #include "operations/test_model.h"
 #include "support/fake_services.h"
+#include "support/faulty_host.h"
 
 namespace vantora {
 namespace {
@@ -146,6 +147,34 @@ TEST_F(Naming, AnErrorValueInTheNameColumnIsReported) {
   Define("A3", {"OK"});
   EXPECT_THAT(Boxes(), ElementsAre(AllOf(HasSubstr("Module: clsNameManagement"),
                                          HasSubstr("error message #: 13"))));
+}
+
+TEST(NamingFaults, AreReportedOrTakenAsAnOutcomeAndNeverEscape) {
+  int calls = 1;
+  for (int failing = 0; failing <= calls; ++failing) {
+    SCOPED_TRACE(failing);
+    TestModel model({"Plan"});
+    model.Put("Plan!I3", {"First"});
+    model.Select("A3");
+    auto plan = std::make_shared<testing::FaultPlan>();
+    FakeServices fake({"OK"});
+    testing::NameManagementClient names(
+        fake.services, std::make_shared<testing::FaultyApplication>(model.application(), plan));
+    plan->calls = 0;
+    plan->failing_call = failing;
+    names.NameDefinition();
+    if (failing == 0) calls = plan->calls;
+    const auto& boxes = fake.user_interface.message_boxes();
+    if (failing == 0) {
+      EXPECT_THAT(boxes, IsEmpty());
+    }
+    for (const auto& box : boxes) {
+      EXPECT_THAT(box.text, ::testing::AnyOf(HasSubstr("error message #: 1004"), kInvalid));
+    }
+    names.NameDefinition();
+    EXPECT_TRUE(model.HasName("First")) << "the object works on";
+  }
+  EXPECT_GE(calls, 15);
 }
 
 TEST(NameCleanup, DeletesTheFlaggedNamesThatThereAre) {
