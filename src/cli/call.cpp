@@ -89,9 +89,6 @@ const component::PublicClass& ClassOf(const std::string& name) {
   if (found == nullptr) {
     throw UsageError("There is no class \"" + name + "\"; 'vantora list' shows all.");
   }
-  if (!found->create) {
-    throw UsageError("The class " + std::string(found->name) + " is not available yet.");
-  }
   return *found;
 }
 

@@ -21,8 +21,7 @@ void WriteMethod(const component::Method& method, std::ostream& out) {
 
 void WriteClassList(std::ostream& out) {
   for (const auto& public_class : component::PublicClasses()) {
-    out << public_class.name << ": " << public_class.help
-        << (public_class.create ? "" : " (not available yet)") << '\n';
+    out << public_class.name << ": " << public_class.help << '\n';
     for (const auto& method : public_class.methods) WriteMethod(method, out);
   }
 }

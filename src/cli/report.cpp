@@ -88,6 +88,7 @@ void WriteUncalculated(const std::vector<UncalculatedFormula>& formulas, std::os
 void WriteError(const ReportedError& error, std::ostream& err) {
   if (error.was_shown) {
     err << "vantora: the model reported an error.\n";
+    if (!error.save_failure.empty()) err << ui::Printable(error.save_failure) << '\n';
     return;
   }
   err << "vantora: ";
@@ -145,6 +146,7 @@ Json ErrorJson(const ReportedError& error) {
     json["number"] = *error.number;
     json["source"] = error.source;
   }
+  if (!error.save_failure.empty()) json["save_failure"] = error.save_failure;
   return json;
 }
 

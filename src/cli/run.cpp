@@ -59,7 +59,11 @@ void NameCaller(embedded::Session& session, const std::string& shape) {
 void Prepare(embedded::Session& session, const RunOptions& options) {
   if (!options.sheet.empty()) SheetOf(session, options.sheet)->Activate();
   for (const CellToSet& cell : options.cells_to_set) {
-    RangeOf(session, cell.reference)->SetValue(Value(cell.value));
+    const host::RangePtr range = RangeOf(session, cell.reference);
+    if (range->Areas().size() > 1) {
+      throw UsageError("--set writes one area at a time, not \"" + cell.reference + "\".");
+    }
+    range->SetValue(Value(cell.value));
   }
   if (!options.selection.empty()) RangeOf(session, options.selection)->Select();
   if (!options.caller.empty()) NameCaller(session, options.caller);
@@ -127,6 +131,8 @@ void Execute(const RunOptions& options, const Operation& operation,
   if (!options.journal.empty()) journal.emplace(options.model);
   const std::unique_ptr<embedded::Session> session = embedded::Session::Open(options.model);
   for (const FurtherWorkbook& workbook : options.further) session->OpenFurther(workbook.path);
+  session->SetPrompts(user_interface);
+  session->DirectSaves(DirectorOf(options));
   // Whether another workbook is left with unsaved changes is always told.
   if (RecordsChanges(options) || !options.further.empty()) session->RecordChanges();
   Prepare(*session, options);
@@ -134,8 +140,11 @@ void Execute(const RunOptions& options, const Operation& operation,
   operation(model, outcome);
   if (user_interface.reported_error()) {
     outcome.exit_code = ExitCode::kError;
-    outcome.error = {
-        .text = *user_interface.reported_error(), .number = {}, .source = "", .was_shown = true};
+    outcome.error = {.text = *user_interface.reported_error(),
+                     .number = {},
+                     .source = "",
+                     .was_shown = true,
+                     .save_failure = session->saves().failure()};
     return;
   }
   if (user_interface.cancelled()) {

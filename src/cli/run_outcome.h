@@ -28,6 +28,9 @@ struct ReportedError {
   std::string source;
   // It was a message box of the model, which the user has seen.
   bool was_shown = false;
+  // Why a save that the operation made failed, which the model's message box does not say; "" for
+  // none.
+  std::string save_failure = {};
 };
 
 struct ShownMessage {

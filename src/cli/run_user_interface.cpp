@@ -1,7 +1,9 @@
 #include "cli/run_user_interface.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "core/convert.h"
 #include "core/message_box.h"
 #include "ui/console/terminal_text.h"
 
@@ -18,6 +20,20 @@ Button* CancelButtonOf(const Form& form) {
     if (button->is_cancel()) return button;
   }
   return nullptr;
+}
+
+// "Save as: Excel 2007 (*.xlsm), Excel 2003 (*.xls)" for a filter of descriptions and patterns.
+std::string FileTypesText(std::string_view file_filter) {
+  std::string text = "Save as:";
+  for (bool is_description = true; !file_filter.empty(); is_description = !is_description) {
+    const std::size_t comma = std::min(file_filter.find(','), file_filter.size());
+    if (is_description) {
+      text += text.back() == ':' ? " " : ", ";
+      text += TrimBlanks(file_filter.substr(0, comma));
+    }
+    file_filter.remove_prefix(std::min(comma + 1, file_filter.size()));
+  }
+  return text;
 }
 
 // Tells whether a form's cancel button is pressed while this object exists.
@@ -108,6 +124,43 @@ MessageBoxResult RunUserInterface::Answer(std::string_view text, int style,
       is_question ? scripted_.MessageBox(text, style, title) : MessageBoxResult::kOk;
   console_.ShowAnswered(text, style, title, result);
   return result;
+}
+
+std::optional<std::string> RunUserInterface::InputRange(std::string_view prompt,
+                                                        std::string_view title,
+                                                        std::string_view refusal) {
+  if (refusal.empty()) return Ask(ui::kInputRange, title, prompt, "");
+  if (prompt_was_scripted_) throw ui::AnswerError(std::string(refusal));
+  return Ask(ui::kInputRange, title, refusal, "");
+}
+
+std::optional<std::string> RunUserInterface::GetSaveAsFilename(std::string_view initial_filename,
+                                                               std::string_view file_filter,
+                                                               std::string_view title) {
+  return Ask(ui::kGetSaveAsFilename, title, FileTypesText(file_filter), initial_filename);
+}
+
+std::optional<std::string> RunUserInterface::Ask(std::string_view name, std::string_view title,
+                                                 std::string_view text, std::string_view initial) {
+  const auto scripted = scripted_.AnswerPrompt(name, text);
+  prompt_was_scripted_ = scripted.has_value();
+  std::optional<std::string> answer;
+  if (scripted) {
+    answer = *scripted;
+    console_.ShowAnsweredLine(title, text, answer.value_or("Cancel"));
+  } else if (unanswered_ == Unanswered::kTerminal) {
+    answer = console_.AskLine(title, text, initial);
+  } else {
+    throw ui::MissingAnswer("No answer is left for " + std::string(name) + " \"" +
+                            std::string(text) + "\"; it looks like " + std::string(name) + "=...");
+  }
+  question_cancelled_ = !answer.has_value();
+  messages_.push_back({std::string(title),
+                       std::string(text),
+                       kOkCancel,
+                       {"OK", "Cancel"},
+                       answer.value_or("Cancel")});
+  return answer;
 }
 
 void RunUserInterface::ShowModal(Form& form) {

@@ -76,24 +76,46 @@ void RequireSameEnding(const fs::path& source, const fs::path& output, const std
                    " as the " + kind + " does: Excel opens a workbook only under its own ending.");
 }
 
+// Of a symbolic link, the file behind it.
+fs::path FileBehind(const fs::path& path) {
+  return fs::is_symlink(path) ? fs::canonical(path) : path;
+}
+
+bool HasEnding(const fs::path& path, const std::string& ending) {
+  return EqualsIgnoreCase(path.extension().string(), ending);
+}
+
+[[noreturn]] void RefuseSave(const std::string& why) {
+  throw HostError(HostError::kApplicationDefined, why);
+}
+
+void Write(embedded::Session& session, const fs::path& file) {
+  if (session.saves().any()) {
+    session.CommitSaves();
+  } else {
+    session.Save(file);
+  }
+}
+
+void RefuseModelItself(const fs::path& model, const fs::path& output) {
+  if (!IsSameFile(model, output)) return;
+  throw UsageError("--output names the model itself; use --in-place, which keeps the file before.");
+}
+
 SavedFiles SaveInPlace(embedded::Session& session, const fs::path& model) {
   std::error_code error;
-  // Of a symbolic link, the file behind it.
-  const fs::path file = fs::is_symlink(model) ? fs::canonical(model) : model;
+  const fs::path file = FileBehind(model);
   const fs::path backup = WithSuffix(file, ".bak");
   if (fs::is_directory(backup, error)) throw CannotKeep(backup, "a folder has that name");
   SecondName before(file, WithSuffix(file, ".bak-" + std::to_string(getpid())));
-  session.Save(file);
+  Write(session, file);
   return {file, before.KeepAs(backup)};
 }
 
 }  // namespace
 
 void CheckOutput(const fs::path& model, const fs::path& output) {
-  if (IsSameFile(model, output)) {
-    throw UsageError(
-        "--output names the model itself; use --in-place, which keeps the file before.");
-  }
+  RefuseModelItself(model, output);
   RequireSameEnding(model, output, "model");
 }
 
@@ -108,10 +130,15 @@ void CheckTarget(const RunOptions& options) {
   if (options.target == Target::kNowhere && !outputs.empty()) {
     throw UsageError("--dry-run writes nothing: leave --output-for out.");
   }
-  if (options.target == Target::kOutputFile) CheckOutput(options.model, options.output);
+  if (options.target == Target::kOutputFile) RefuseModelItself(options.model, options.output);
   for (std::size_t i = 0; i < outputs.size(); ++i) {
     const auto& [source, output] = outputs[i];
-    RequireSameEnding(source, output, options.model == source ? "model" : "workbook");
+    // An operation may save the model in another format; whether it did shows at the end.
+    const bool may_differ =
+        source == options.model && (HasEnding(output, ".xlsm") || HasEnding(output, ".xls"));
+    if (!may_differ) {
+      RequireSameEnding(source, output, source == options.model ? "model" : "workbook");
+    }
     for (const fs::path& path : opened) {
       if (!IsSameFile(path, output)) continue;
       throw UsageError("The output " + output.string() + " is the workbook " + path.string() +
@@ -122,6 +149,26 @@ void CheckTarget(const RunOptions& options) {
       throw UsageError("Two workbooks can't both be written to " + output.string() + ".");
     }
   }
+}
+
+embedded::SaveDirector DirectorOf(const RunOptions& options) {
+  return [&options](const embedded::SaveRequest& request) -> std::optional<fs::path> {
+    if (options.target == Target::kNowhere) return std::nullopt;
+    std::error_code ignored;
+    if (options.target == Target::kInPlace) {
+      if (request.filename && fs::path(*request.filename) != options.model.filename() &&
+          !fs::equivalent(*request.filename, options.model, ignored)) {
+        RefuseSave("The operation saves as \"" + *request.filename +
+                   "\", and --in-place writes the model only. Use --output FILE.");
+      }
+      return FileBehind(options.model);
+    }
+    if (!HasEnding(options.output, request.ending)) {
+      RefuseSave("The operation saves a workbook whose name must end in " + request.ending +
+                 ", and --output is " + options.output.string() + ".");
+    }
+    return options.output;
+  };
 }
 
 SavedFiles Save(embedded::Session& session, const RunOptions& options) {
@@ -139,7 +186,8 @@ SavedFiles Save(embedded::Session& session, const RunOptions& options) {
   if (options.target == Target::kInPlace) {
     files = SaveInPlace(session, options.model);
   } else {
-    session.Save(options.output);
+    if (!session.saves().any()) RequireSameEnding(options.model, options.output, "model");
+    Write(session, options.output);
     files.written = options.output;
   }
   for (const auto& file : further) file->Commit();

@@ -12,11 +12,15 @@
 #include "maintenance/planning_spinners.h"
 #include "maintenance/ratios_comp_data_set.h"
 #include "maintenance/year_end.h"
+#include "presentation/chart_list_control.h"
 #include "presentation/dashboard.h"
 #include "presentation/display_modes.h"
 #include "presentation/menu_management.h"
 #include "refsheet/ref_sheet.h"
 #include "workbook_tools/copy_worksheet.h"
+#include "workbook_tools/formatting.h"
+#include "workbook_tools/hider.h"
+#include "workbook_tools/name_management.h"
 
 namespace vantora::component {
 namespace {
@@ -294,6 +298,85 @@ PublicClass DisplayModes() {
           .create = Create<clsDisplayModes>};
 }
 
+PublicClass Hider() {
+  return {.name = "clsHider",
+          .help = "Handling of workbook open and save",
+          .methods = {{.name = "AtOpen",
+                       .parameters = {},
+                       .asks = "",
+                       .help = "Shows the sheets and goes back to the sheet of the last save",
+                       .call = Run<clsHider, &clsHider::AtOpen>},
+                      {.name = "BeforeSave",
+                       .parameters = {{.name = "saveAsUI",
+                                       .type = ParameterType::kBoolean,
+                                       .help = "whether to ask for a file to save to"}},
+                       .asks = "GetSaveAsFilename (when saveAsUI is true)",
+                       .help = "Saves the workbook with all sheets but the title sheet hidden",
+                       .call =
+                           [](PublicObject& object, std::span<Argument> arguments) {
+                             static_cast<clsHider&>(object).BeforeSave(
+                                 std::get<Value>(arguments[0]).AsBoolean());
+                             return Value();
+                           }}},
+          .create = Create<clsHider>};
+}
+
+PublicClass NameManagement() {
+  return {.name = "clsNameManagement",
+          .help = "Defining and cleaning up defined names",
+          .methods = {{.name = "NameDefinition",
+                       .parameters = {},
+                       .asks = "frmNaming01, frmNaming02 (where a name or a row is in use)",
+                       .help = "Defines the names typed beside the selected rows",
+                       .call = Run<clsNameManagement, &clsNameManagement::NameDefinition>},
+                      {.name = "NameCleanup",
+                       .parameters = {},
+                       .asks = kAsksToConfirm,
+                       .help = "Deletes the names that the names list marks as broken",
+                       .call = Run<clsNameManagement, &clsNameManagement::NameCleanup>}},
+          .create = Create<clsNameManagement>};
+}
+
+PublicClass Formatting() {
+  return {
+      .name = "clsFormatting",
+      .help = "Column-block selection and formula paste",
+      .methods = {{.name = "RangeSelect",
+                   .parameters = {{.name = "direction",
+                                   .type = ParameterType::kBoolean,
+                                   .help = "true for the next block, false for the one before"},
+                                  {.name = "index",
+                                   .type = ParameterType::kInteger,
+                                   .help = "the number of the block, 1 to 5",
+                                   .is_optional = true}},
+                   .asks = "",
+                   .help = "Selects another block of yearly columns in the selected rows",
+                   .call =
+                       [](PublicObject& object, std::span<Argument> arguments) {
+                         const Value& index = std::get<Value>(arguments[1]);
+                         static_cast<clsFormatting&>(object).RangeSelect(
+                             std::get<Value>(arguments[0]).AsBoolean(),
+                             index.IsNumber() ? NumberToInteger(index.AsNumber()) : std::nullopt);
+                         return Value();
+                       }},
+                  {.name = "LeftFormat",
+                   .parameters = {},
+                   .asks = "InputRange",
+                   .help = "Formats the chosen cells as headings",
+                   .call = Run<clsFormatting, &clsFormatting::LeftFormat>},
+                  {.name = "RightFormat",
+                   .parameters = {},
+                   .asks = "InputRange",
+                   .help = "Formats the chosen cells as figures to be entered",
+                   .call = Run<clsFormatting, &clsFormatting::RightFormat>},
+                  {.name = "PasteFormula",
+                   .parameters = {},
+                   .asks = "",
+                   .help = "Pastes the copied formulas into every selected area",
+                   .call = Run<clsFormatting, &clsFormatting::PasteFormula>}},
+      .create = Create<clsFormatting>};
+}
+
 PublicClass DevelopmentMode() {
   return {.name = "clsDevelopmentMode",
           .help = "Switching between normal and development mode",
@@ -315,11 +398,6 @@ PublicClass DevelopmentMode() {
           .create = Create<clsDevelopmentMode>};
 }
 
-// A class that is part of the component's surface but does not exist yet.
-PublicClass Missing(std::string_view name, std::string_view help) {
-  return {.name = name, .help = help, .methods = {}, .create = nullptr};
-}
-
 }  // namespace
 
 const std::vector<PublicClass>& PublicClasses() {
@@ -336,10 +414,13 @@ const std::vector<PublicClass>& PublicClasses() {
       MenuManagement(),
       Dashboard(),
       CopyWorksheet(),
-      Missing("clsHider", "Handling of workbook open and save"),
-      Missing("clsChartListControl", "The dashboard's chart list control"),
-      Missing("clsNameManagement", "Defining and cleaning up defined names"),
-      Missing("clsFormatting", "Column-block selection and formula paste"),
+      Hider(),
+      {.name = "clsChartListControl",
+       .help = "The dashboard's chart list control: nothing to call yet",
+       .methods = {},
+       .create = Create<clsChartListControl>},
+      NameManagement(),
+      Formatting(),
   };
   return classes;
 }

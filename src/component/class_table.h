@@ -51,7 +51,7 @@ struct PublicClass {
   std::string_view help;
   // In declaration order; `Init` and the members that hold objects (`App`, `Menus`) are not listed.
   std::vector<Method> methods;
-  // Creates an object that is not yet initialised; null while the class does not exist.
+  // Creates an object that is not yet initialised.
   std::function<std::unique_ptr<PublicObject>(Services& services)> create;
 };
 

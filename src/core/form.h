@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,12 @@ struct Bounds {
   double top = 0;
   double width = 0;
   double height = 0;
+};
+
+// Top left corner of a form on the screen, in points.
+struct FormPosition {
+  double left = 0;
+  double top = 0;
 };
 
 enum class ControlKind { kLabel, kTextBox, kComboBox, kListBox, kOptionButton, kCheckBox, kButton };
@@ -180,6 +187,8 @@ class Form {
   void SetCaption(std::string_view caption);
   double width() const { return width_; }
   double height() const { return height_; }
+  // Nullopt leaves the place to the user interface.
+  const std::optional<FormPosition>& position() const { return position_; }
   bool visible() const { return visible_; }
   bool unloaded() const { return unloaded_; }
 
@@ -215,6 +224,8 @@ class Form {
     return added;
   }
 
+  // Before the form is shown.
+  void SetPosition(const FormPosition& position) { position_ = position; }
   // Runs each time the form is shown.
   virtual void OnActivate() {}
   // Runs when the form is unloaded.
@@ -227,6 +238,7 @@ class Form {
   std::string caption_;
   double width_;
   double height_;
+  std::optional<FormPosition> position_;
   bool visible_ = false;
   bool unloaded_ = false;
   std::vector<std::unique_ptr<Control>> controls_;

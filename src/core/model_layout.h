@@ -16,6 +16,9 @@ inline constexpr std::string_view kFreezeSheetFlag = "F";
 inline constexpr std::string_view kClearSheetFlag = "Z";
 inline constexpr std::string_view kKeyListSheetFlag = "L";
 inline constexpr std::string_view kRatioSheetFlag = "G";
+inline constexpr std::string_view kTitleSheetFlag = "T";
+inline constexpr std::string_view kProtectedSheetFlag = "P";
+inline constexpr std::string_view kPlanningNamesSheetFlag = "Y";
 
 // The yearly columns.
 inline constexpr int kFirstHistoryColumn = 10;  // J, the oldest year

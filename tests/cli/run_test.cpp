@@ -339,7 +339,7 @@ TEST(Run, PlanningModelGetsAColumnOnEveryHistorySheet) {
   EXPECT_EQ(saved_sheets, 2);
 }
 
-TEST(List, NamesEveryClassAndWhatIsNotThereYet) {
+TEST(List, NamesEveryClassWithItsMethods) {
   SmallModel model;
   const CommandResult result = model.Command({"list"});
   EXPECT_EQ(result.exit_code, 0);

@@ -188,4 +188,36 @@ class CopyWorksheetClient : public Client {
   void CopyWorksheet() { Call("CopyWorksheet"); }
 };
 
+class NameManagementClient : public Client {
+ public:
+  NameManagementClient(Services& services, host::ApplicationPtr application)
+      : Client("clsNameManagement", services, std::move(application)) {}
+
+  void NameDefinition() { Call("NameDefinition"); }
+  void NameCleanup() { Call("NameCleanup"); }
+};
+
+class FormattingClient : public Client {
+ public:
+  FormattingClient(Services& services, host::ApplicationPtr application)
+      : Client("clsFormatting", services, std::move(application)) {}
+
+  // Without an index for 0.
+  void RangeSelect(bool forward, int index = 0) {
+    Call("RangeSelect", {Value(forward), index == 0 ? Value() : Value(index)});
+  }
+  void LeftFormat() { Call("LeftFormat"); }
+  void RightFormat() { Call("RightFormat"); }
+  void PasteFormula() { Call("PasteFormula"); }
+};
+
+class HiderClient : public Client {
+ public:
+  HiderClient(Services& services, host::ApplicationPtr application)
+      : Client("clsHider", services, std::move(application)) {}
+
+  void AtOpen() { Call("AtOpen"); }
+  void BeforeSave(bool save_as_ui) { Call("BeforeSave", {Value(save_as_ui)}); }
+};
+
 }  // namespace vantora::testing

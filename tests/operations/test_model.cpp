@@ -1,6 +1,9 @@
 #include "operations/test_model.h"
 
+#include <stdlib.h>
+
 #include <cmath>
+#include <system_error>
 
 #include "core/convert.h"
 #include "package/xml_scanner.h"
@@ -44,7 +47,97 @@ void DescribeEntries(const std::vector<embedded::MenuEntry>& entries, const std:
 }  // namespace
 
 TestModel::TestModel(const std::vector<std::string>& sheet_names)
-    : session_(embedded::Session::Create(sheet_names)) {}
+    : session_(embedded::Session::Create(sheet_names)) {
+  std::string pattern = (std::filesystem::temp_directory_path() / "vantora-model-XXXXXX").string();
+  folder_ = mkdtemp(pattern.data());
+  session_->SetPrompts(*user_);
+  session_->DirectSaves(
+      [requests = save_requests_.get(), folder = folder_](const embedded::SaveRequest& request) {
+        requests->push_back(request.filename ? "SaveAs " + *request.filename + " " + request.ending
+                                             : "Save " + request.ending);
+        return folder / ("saved" + request.ending);
+      });
+}
+
+TestModel& TestModel::operator=(TestModel&& other) noexcept {
+  // What this one held goes with `other`.
+  session_.swap(other.session_);
+  std::swap(workbook_, other.workbook_);
+  user_.swap(other.user_);
+  save_requests_.swap(other.save_requests_);
+  folder_.swap(other.folder_);
+  return *this;
+}
+
+TestModel::~TestModel() {
+  session_.reset();
+  std::error_code ignored;
+  if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
+}
+
+std::optional<std::string> HostUser::InputRange(std::string_view prompt, std::string_view title,
+                                                std::string_view refusal) {
+  asked.push_back(refusal.empty() ? std::string(title) + "|" + std::string(prompt)
+                                  : std::string(refusal));
+  return Answer();
+}
+
+std::optional<std::string> HostUser::GetSaveAsFilename(std::string_view initial_filename,
+                                                       std::string_view file_filter,
+                                                       std::string_view title) {
+  asked.push_back(std::string(title) + "|" + std::string(initial_filename) + "|" +
+                  std::string(file_filter));
+  return Answer();
+}
+
+std::optional<std::string> HostUser::Answer() {
+  if (answers.empty()) return std::nullopt;
+  std::string answer = std::move(answers.front());
+  answers.pop_front();
+  return answer;
+}
+
+std::string TestModel::Selected() {
+  std::string text;
+  for (const host::RangePtr& area : application()->Selection()->Areas()) {
+    const embedded::Area cells = {area->Row(), area->Column(), area->Row() + area->RowsCount() - 1,
+                                  area->Column() + area->ColumnsCount() - 1};
+    text += (text.empty() ? "" : " ") + embedded::ToA1(cells);
+  }
+  return text;
+}
+
+std::unique_ptr<embedded::Session> TestModel::Saved() {
+  return embedded::Session::Open(session_->CommitSaves().back());
+}
+
+std::string TestModel::StyleOf(const std::string& cell, std::string_view table,
+                               std::string_view id) {
+  using Token = embedded::XmlScanner::Token;
+  session_->Save(folder_ / "styles.xlsx");
+  const std::string part = session_->file().package().Read("xl/styles.xml");
+  // The n-th child of a table of the part.
+  const auto entry = [&](std::string_view wanted, std::size_t index) -> std::string {
+    embedded::XmlScanner xml(part);
+    while (xml.Next() != Token::kDone) {
+      if (xml.token() != Token::kStart || xml.local_name() != wanted) continue;
+      for (std::size_t at = 0; xml.Next() != Token::kEnd;) {
+        if (xml.token() != Token::kStart) continue;
+        const std::size_t begin = xml.begin();
+        xml.SkipElement();
+        if (at++ == index) return part.substr(begin, xml.end() - begin);
+      }
+      break;
+    }
+    return "";
+  };
+  Place place = PlaceOf(cell);
+  const std::string format = entry("cellXfs", SheetOf(place.sheet).StyleOf(place.cell));
+  if (id.empty()) return format;
+  embedded::XmlScanner xml(format);
+  xml.Next();
+  return entry(table, std::stoul(std::string(xml.Attribute(id).value_or("0"))));
+}
 
 void TestModel::Put(const std::string& cell, const std::vector<Value>& values) {
   host::RangePtr first = session_->Range(cell, workbook_);

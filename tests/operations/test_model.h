@@ -1,7 +1,10 @@
 // A workbook in memory for the tests of operations, and what they ask of it afterwards.
 #pragma once
 
+#include <deque>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,10 +22,29 @@ struct TestChart {
   std::string title;
 };
 
+// The person at the host: gives its answers in order, cancels where none is left.
+struct HostUser : embedded::Prompts {
+  std::deque<std::string> answers;
+  // "title|prompt" for cells, "title|initial name|filter" for a file; for another try the refusal.
+  std::vector<std::string> asked;
+
+  std::optional<std::string> InputRange(std::string_view prompt, std::string_view title,
+                                        std::string_view refusal) override;
+  std::optional<std::string> GetSaveAsFilename(std::string_view initial_filename,
+                                               std::string_view file_filter,
+                                               std::string_view title) override;
+
+ private:
+  std::optional<std::string> Answer();
+};
+
 // Cells are named "Data!O3", "'Copy of Data'!O3".
 class TestModel {
  public:
   explicit TestModel(const std::vector<std::string>& sheet_names);
+  TestModel(TestModel&&) = default;
+  TestModel& operator=(TestModel&& other) noexcept;
+  ~TestModel();
   // Opens another workbook, not the active one, and returns its number.
   int AddWorkbook(const std::string& name, const std::vector<std::string>& sheet_names) {
     return session_->CreateFurther(name, sheet_names);
@@ -89,6 +111,22 @@ class TestModel {
   // then "caption = macro #face [tag]" for each entry, as far as it has them. A popup ends with a
   // colon, its entries follow with two blanks before them; what is hidden stands in brackets.
   std::vector<std::string> Menu(std::string_view tag, std::size_t n = 0);
+  HostUser& user() { return *user_; }
+  bool HasName(std::string_view name) { return model().FindName(name, 0) != nullptr; }
+  // The selected cells: "J5:N6 J10:N12".
+  std::string Selected();
+  // The elements of the styles part that a cell uses, as they stand there.
+  std::string FontOf(const std::string& cell) { return StyleOf(cell, "fonts", "fontId"); }
+  std::string BorderOf(const std::string& cell) { return StyleOf(cell, "borders", "borderId"); }
+  std::string FormatOf(const std::string& cell) { return StyleOf(cell, "cellXfs", ""); }
+  void SetVersion(const std::string& version) { session_->SetVersion(version); }
+  // Saves that operations make fail, or succeed and can be opened.
+  void RefuseSaves() { session_->DirectSaves(nullptr); }
+  bool WasSaved() { return session_->saves().any(); }
+  // The requests so far: "Save .xlsx", "SaveAs Plan.xls .xls".
+  const std::vector<std::string>& save_requests() const { return *save_requests_; }
+  // The file that the last save wrote.
+  std::unique_ptr<embedded::Session> Saved();
   // "Data!R inserted" for each inserted column, then "Data!J3: 1 -> 2" for each changed cell.
   std::vector<std::string> Changes();
 
@@ -100,8 +138,14 @@ class TestModel {
   // The part of that kind which belongs to a sheet; "" when there is none.
   std::string PartOf(std::string_view sheet, std::string_view kind);
 
+  std::string StyleOf(const std::string& cell, std::string_view table, std::string_view id);
+
   std::unique_ptr<embedded::Session> session_;
   int workbook_ = 0;
+  std::unique_ptr<HostUser> user_ = std::make_unique<HostUser>();
+  std::unique_ptr<std::vector<std::string>> save_requests_ =
+      std::make_unique<std::vector<std::string>>();
+  std::filesystem::path folder_;
 };
 
 }  // namespace vantora::testing

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <zip.h>
 
 #include <csignal>
@@ -268,6 +270,23 @@ TEST_F(OpcPackageTest, FailedSavesLeaveTheTargetAndNoOtherFile) {
   EXPECT_THAT(files, ::testing::UnorderedElementsAre("book.xlsx", "folder.xlsx"));
   package->Save(path);
   EXPECT_EQ(OpcPackage::Open(path)->Read("xl/large.bin"), noise);
+}
+
+TEST_F(OpcPackageTest, ACrashBeforeTheRenameLeavesTheFileBefore) {
+  auto path = WriteZipFile("book.xlsx", OneSheet("<sheetData/>"));
+  const std::string before = FileBytes(path);
+  const pid_t child = fork();
+  if (child == 0) {
+    auto package = OpcPackage::Open(path);
+    package->Write("xl/new.bin", "x");
+    auto written = package->WriteBeside(path);
+    _exit(0);  // without Commit, and without cleaning up
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(FileBytes(path), before);
+  OpcPackage::Open(path)->Save(path);  // what the crash left behind is in nobody's way
 }
 
 TEST_F(OpcPackageTest, PartsAreReadAndWrittenFromSeveralThreads) {

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "core/convert.h"
 #include "core/message_box.h"
 #include "ui/console/choice_prompt.h"
 #include "ui/console/form_prompts.h"
@@ -50,6 +51,33 @@ void ConsoleUserInterface::ShowAnswered(std::string_view text, int style, std::s
   line_.Clear();
   WriteMessageBox(text, style, title);
   terminal_.WriteParagraph("(answered: " + std::string(CaptionOf(answer)) + ")");
+}
+
+void ConsoleUserInterface::WriteQuestion(std::string_view title, std::string_view text) {
+  terminal_.Write("\n");
+  terminal_.WriteParagraph("[" + std::string(title) + "]");
+  if (!text.empty()) terminal_.WriteParagraph(text);
+}
+
+std::optional<std::string> ConsoleUserInterface::AskLine(std::string_view title,
+                                                         std::string_view text,
+                                                         std::string_view initial) {
+  SuspendProgress();
+  WriteQuestion(title, text);
+  const std::string prompt = initial.empty() ? "> " : "[" + std::string(initial) + "]: ";
+  while (true) {
+    const std::optional<std::string> typed = terminal_.Ask(prompt);
+    if (!typed || EqualsIgnoreCase(*typed, "cancel")) return std::nullopt;
+    if (!typed->empty()) return typed;
+    if (!initial.empty()) return std::string(initial);
+  }
+}
+
+void ConsoleUserInterface::ShowAnsweredLine(std::string_view title, std::string_view text,
+                                            std::string_view answer) {
+  line_.Clear();
+  WriteQuestion(title, text);
+  terminal_.WriteParagraph("(answered: " + std::string(answer) + ")");
 }
 
 void ConsoleUserInterface::ShowModal(Form& form) {

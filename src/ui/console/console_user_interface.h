@@ -3,6 +3,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "core/user_interface.h"
 #include "ui/console/interrupt.h"
@@ -24,6 +26,12 @@ class ConsoleUserInterface : public UserInterface {
   // Shows a message box that has been answered elsewhere, without asking.
   void ShowAnswered(std::string_view text, int style, std::string_view title,
                     MessageBoxResult answer);
+  // Asks for a line of text, `title` and `text` above it. Enter alone gives `initial`, or asks again
+  // where that is empty. Nullopt for Ctrl-D, Escape and the word "cancel".
+  std::optional<std::string> AskLine(std::string_view title, std::string_view text,
+                                     std::string_view initial);
+  // Shows such a question that has been answered elsewhere.
+  void ShowAnsweredLine(std::string_view title, std::string_view text, std::string_view answer);
   // Throws InputEnded when the input ends and the form can't be left without an answer.
   void ShowModal(Form& form) override;
   void ShowModeless(Form& form) override;
@@ -33,6 +41,7 @@ class ConsoleUserInterface : public UserInterface {
   void DoEvents() override;
 
  private:
+  void WriteQuestion(std::string_view title, std::string_view text);
   void WriteMessageBox(std::string_view text, int style, std::string_view title);
   void DrawProgress();
   void SuspendProgress();

@@ -1,5 +1,8 @@
 #include "ui/scripted/answer.h"
 
+#include <optional>
+#include <utility>
+
 #include "core/convert.h"
 #include "core/message_box.h"
 
@@ -10,7 +13,7 @@ std::invalid_argument Malformed(std::string_view text, const std::string& proble
   return std::invalid_argument(
       "The answer \"" + std::string(text) + "\" " + problem +
       ". An answer is OK, Cancel, Yes or No, or form:control=value;...;button, for example "
-      "frmSaveHistoryPrompt:cboYear=2;butGO.");
+      "frmSaveHistoryPrompt:cboYear=2;butGO, or InputRange=CELLS or GetSaveAsFilename=FILE.");
 }
 
 // The parts between the semicolons; "\;" is a semicolon within a part, any other backslash stands
@@ -41,10 +44,24 @@ ControlAnswer ParseControl(std::string_view part, std::string_view whole) {
   return answer;
 }
 
+// Nullopt for an answer of another kind.
+std::optional<PromptAnswer> ParsePrompt(std::string_view text) {
+  const std::size_t equals = text.find('=');
+  if (equals == std::string_view::npos) return std::nullopt;
+  for (const std::string_view prompt : {kInputRange, kGetSaveAsFilename}) {
+    if (!EqualsIgnoreCase(TrimBlanks(text.substr(0, equals)), prompt)) continue;
+    PromptAnswer answer{std::string(prompt), std::string(TrimBlanks(text.substr(equals + 1)))};
+    if (answer.value.empty()) throw Malformed(text, "has nothing behind the equals sign");
+    return answer;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 Answer ParseAnswer(std::string_view text) {
   if (auto result = ButtonOfCaption(TrimBlanks(text))) return {std::string(text), *result};
+  if (auto prompt = ParsePrompt(text)) return {std::string(text), std::move(*prompt)};
   std::size_t colon = text.find(':');
   if (colon == std::string_view::npos) {
     throw Malformed(text, "is no button of a message box and names no dialog");

@@ -4,6 +4,8 @@
 //   frmSaveHistoryPrompt:cboYear=2;butGO         sets controls of a dialog in the order given, then
 //                                                presses the button named last
 //   frmSaveComments:close                        presses the dialog's close box
+//   GetSaveAsFilename=Model 2027.xlsm            answers what the host asks: a file to save to,
+//   InputRange=Planning!J4:N9,Planning!J12:N14   or cells; Cancel leaves either
 //
 // Names are compared without regard to case, and blanks around names don't count. A value depends
 // on the control:
@@ -37,10 +39,20 @@ struct DialogAnswer {
   std::string button;
 };
 
+// Names of what the host itself asks.
+inline constexpr std::string_view kInputRange = "InputRange";
+inline constexpr std::string_view kGetSaveAsFilename = "GetSaveAsFilename";
+
+struct PromptAnswer {
+  // One of the names above.
+  std::string prompt;
+  std::string value;
+};
+
 struct Answer {
   // As it was given, for messages.
   std::string text;
-  std::variant<MessageBoxResult, DialogAnswer> action;
+  std::variant<MessageBoxResult, DialogAnswer, PromptAnswer> action;
 };
 
 // Throws std::invalid_argument, with what is wrong and how it should look, for a text that is no

@@ -183,6 +183,19 @@ MessageBoxResult ScriptedUserInterface::AnswerMessageBox(std::string_view text, 
   return *result;
 }
 
+std::optional<std::optional<std::string>> ScriptedUserInterface::AnswerPrompt(
+    std::string_view prompt, std::string_view text) {
+  if (answers_.empty()) return std::nullopt;
+  Answer answer = TakeAnswer();
+  if (auto* value = std::get_if<PromptAnswer>(&answer.action); value && value->prompt == prompt) {
+    return std::optional(std::move(value->value));
+  }
+  const auto* button = std::get_if<MessageBoxResult>(&answer.action);
+  if (button && *button == MessageBoxResult::kCancel) return std::optional<std::string>();
+  throw AnswerError("The answer " + Quoted(answer.text) + " does not fit " + std::string(prompt) +
+                    " " + Quoted(text) + ", which was asked.");
+}
+
 void ScriptedUserInterface::ShowModal(Form& form) {
   bool asks = fallback_ && when_exhausted_ == WhenExhausted::kAsk;
   if (asks && answers_.empty()) return fallback_->ShowModal(form);

@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,12 @@ class ScriptedUserInterface : public UserInterface {
   const std::vector<ShownMessageBox>& message_boxes() const { return message_boxes_; }
   // The answers that nothing has asked for yet.
   const std::deque<Answer>& unused_answers() const { return answers_; }
+
+  // Takes the next answer for what the host itself asks, `prompt` being its name (kInputRange) and
+  // `text` its wording: the value, or nullopt inside for Cancel. Nullopt outside when no answer is
+  // left. Throws AnswerError when the answer is for something else.
+  std::optional<std::optional<std::string>> AnswerPrompt(std::string_view prompt,
+                                                         std::string_view text);
 
   MessageBoxResult MessageBox(std::string_view text, int style, std::string_view title) override;
   void ShowModal(Form& form) override;

@@ -13,8 +13,8 @@ namespace {
 constexpr std::size_t kLongestName = 255;
 // Names with a meaning of their own; the file keeps them under a prefix.
 constexpr std::string_view kBuiltInPrefix = "_xlnm.";
-constexpr std::string_view kBuiltInNames[] = {"Print_Area",       "Print_Titles", "Criteria",
-                                              "Consolidate_Area", "Database",     "Extract",
+constexpr std::string_view kBuiltInNames[] = {"Print_Area",       "Print_Titles",   "Criteria",
+                                              "Consolidate_Area", "Database",       "Extract",
                                               "Sheet_Title",      "_FilterDatabase"};
 
 bool IsBuiltIn(std::string_view name) {

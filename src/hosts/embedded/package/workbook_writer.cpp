@@ -81,6 +81,8 @@ class WorkbookPatcher {
       if (changes_.calculate_on_opening) SetAttribute("fullCalcOnLoad", "1");
       if (changes_.manual_calculation) SetCalculationMode(*changes_.manual_calculation);
       xml_.SkipElement();
+    } else if (name == "bookViews") {
+      PatchFirstSheets();
     } else if (name == "sheets") {
       PatchSheets();
       sheets_.Patch(model_, changes_.first_added_sheet, patch_);
@@ -105,6 +107,20 @@ class WorkbookPatcher {
       SetAttribute("calcMode", "manual");
     } else if (auto mode = xml_.Attribute("calcMode"); mode && *mode != "auto") {
       patch_.Replace(*mode, "auto");
+    }
+  }
+
+  // The first tab that each window shows; the rest of the views is up to date already.
+  void PatchFirstSheets() {
+    if (xml_.is_empty()) return;
+    while (xml_.Next() != Token::kEnd) {
+      if (xml_.token() != Token::kStart) continue;
+      if (auto tab = xml_.Attribute("firstSheet")) {
+        const int position = TextToInteger(*tab).value_or(0);
+        const int now = sheets_.PositionNow(position, model_);
+        if (now != position) patch_.Replace(*tab, std::to_string(now));
+      }
+      xml_.SkipElement();
     }
   }
 
