@@ -19,12 +19,14 @@ host::NamePtr ExcelNames::Item(std::string_view name) {
 
 bool ExcelNames::Add(std::string_view name, std::string_view refers_to_r1c1) {
   try {
-    object_.Call(Member::kNamesAdd, {}, {{L"Name", name}, {L"RefersToR1C1", refers_to_r1c1}});
+    // Nothing comes back for a reference to what does not exist.
+    return object_
+        .FindChild(Member::kNamesAdd, {}, {{L"Name", name}, {L"RefersToR1C1", refers_to_r1c1}})
+        .has_value();
   } catch (const HostError& error) {
     if (IsRefusal(error)) return false;
     throw;
   }
-  return true;
 }
 
 }  // namespace vantora::excel
