@@ -5,7 +5,11 @@
 
 #include "Orvanemcro1.h"
 #include "component/com/automation_object.h"
+#include "component/com/clear_all_data_object.h"
+#include "component/com/freeze_object.h"
 #include "component/com/globals_object.h"
+#include "component/com/planning_spinners_object.h"
+#include "component/com/ratios_comp_data_set_object.h"
 #include "component/com/ref_sheet_object.h"
 #include "component/com/year_end_object.h"
 
@@ -24,6 +28,12 @@ std::span<const ComClass> ComClasses() {
       {L"clsGlobals", CLSID_clsGlobals, IID__clsGlobals, Create<GlobalsObject>},
       {L"clsRefSheet", CLSID_clsRefSheet, IID__clsRefSheet, Create<RefSheetObject>},
       {L"clsYearEnd", CLSID_clsYearEnd, IID__clsYearEnd, Create<YearEndObject>},
+      {L"clsFreeze", CLSID_clsFreeze, IID__clsFreeze, Create<FreezeObject>},
+      {L"clsPlanningSpinners", CLSID_clsPlanningSpinners, IID__clsPlanningSpinners,
+       Create<PlanningSpinnersObject>},
+      {L"clsRatiosCompDataSet", CLSID_clsRatiosCompDataSet, IID__clsRatiosCompDataSet,
+       Create<RatiosCompDataSetObject>},
+      {L"clsClearAllData", CLSID_clsClearAllData, IID__clsClearAllData, Create<ClearAllDataObject>},
   };
   return classes;
 }
