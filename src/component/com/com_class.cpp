@@ -6,6 +6,7 @@
 #include "Orvanemcro1.h"
 #include "component/com/automation_object.h"
 #include "component/com/clear_all_data_object.h"
+#include "component/com/copy_worksheet_object.h"
 #include "component/com/freeze_object.h"
 #include "component/com/globals_object.h"
 #include "component/com/planning_spinners_object.h"
@@ -34,6 +35,8 @@ std::span<const ComClass> ComClasses() {
       {L"clsRatiosCompDataSet", CLSID_clsRatiosCompDataSet, IID__clsRatiosCompDataSet,
        Create<RatiosCompDataSetObject>},
       {L"clsClearAllData", CLSID_clsClearAllData, IID__clsClearAllData, Create<ClearAllDataObject>},
+      {L"clsCopyWorksheet", CLSID_clsCopyWorksheet, IID__clsCopyWorksheet,
+       Create<CopyWorksheetObject>},
   };
   return classes;
 }

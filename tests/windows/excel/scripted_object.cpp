@@ -128,7 +128,14 @@ void ScriptedObject::Has(const std::string& member, MemberKind kind, Reply reply
                          std::vector<std::string> arguments) {
   DISPID next = 100 + static_cast<DISPID>(journal_.ids.size());
   DISPID id = journal_.ids.emplace(kind_ + "." + member, next).first->second;
-  members_[id] = {member, kind, reply ? std::move(reply) : FailsWith(S_OK), std::move(arguments)};
+  members_[id] = {
+      member, kind, reply ? std::move(reply) : FailsWith(S_OK), std::move(arguments), {}};
+}
+
+void ScriptedObject::TakesPut(const std::string& member,
+                              std::function<void(const VARIANT& value)> take) {
+  Has(member, MemberKind::kReadWrite);
+  members_.at(journal_.ids.at(kind_ + "." + member)).take = std::move(take);
 }
 
 STDMETHODIMP ScriptedObject::QueryInterface(REFIID iid, void** object) {
@@ -178,6 +185,7 @@ STDMETHODIMP ScriptedObject::Invoke(DISPID id, REFIID, LCID locale, WORD flags,
   const ScriptedMember& member = found->second;
   if (!MayBeCalled(member.kind, flags, *parameters, result)) return DISP_E_MEMBERNOTFOUND;
   Record(member, flags, *parameters);
+  if (member.take && (flags & DISPATCH_PROPERTYPUT)) member.take(parameters->rgvarg[0]);
   return member.reply(result, info);
 }
 
