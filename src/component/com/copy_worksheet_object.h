@@ -7,7 +7,8 @@
 
 namespace vantora::com {
 
-class CopyWorksheetObject final : public BoundAutomationObject<_clsCopyWorksheet, clsCopyWorksheet> {
+class CopyWorksheetObject final
+    : public BoundAutomationObject<_clsCopyWorksheet, clsCopyWorksheet> {
  public:
   explicit CopyWorksheetObject(const ComClass& com_class) : BoundAutomationObject(com_class) {}
 

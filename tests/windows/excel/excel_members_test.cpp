@@ -233,9 +233,10 @@ TEST_F(ExcelMembersTest, PutsAColumnOfValuesInOneAssignment) {
   VariantInit(&put);
   auto block = Make("Range");
   block->Has("Areas", MemberKind::kRead);
-  block->TakesPut("Value", [&](const VARIANT& value) { VariantCopy(&put, &value); });
+  block->TakesPut("Value",
+                  [&](const VARIANT& value) { VariantCopy(&put, const_cast<VARIANT*>(&value)); });
   Holds(excel_->application, "Selection", block);
-  const Value rows[] = {Value("=1+1"), Value(2.5), Value(), Value(CellError::kNa)};
+  const Value rows[] = {Value("=1+1"), Value(2.5), Value(), Value(CellError::kRef)};
   Cell()->SetValues(rows);
   ASSERT_EQ(put.vt, VT_ARRAY | VT_VARIANT);
   ASSERT_EQ(SafeArrayGetDim(put.parray), 2u);
@@ -257,7 +258,8 @@ TEST_F(ExcelMembersTest, ReadsAndPutsThePalette) {
   colors[55] = 7;
   excel_->workbook->Has("Colors", MemberKind::kReadWrite, Gives(Variant::ListOf(colors)));
   EXPECT_EQ(Book()->Colors(), colors);
-  excel_->workbook->TakesPut("Colors", [&](const VARIANT& value) { VariantCopy(&put, &value); });
+  excel_->workbook->TakesPut(
+      "Colors", [&](const VARIANT& value) { VariantCopy(&put, const_cast<VARIANT*>(&value)); });
   Book()->SetColors(colors);
   LONG last = 56;
   Variant element;

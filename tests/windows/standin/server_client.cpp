@@ -203,6 +203,11 @@ void Client::Init() {
   Invoke(*impl_->object, "Init", DISPATCH_METHOD, {&globals});
 }
 
+void Client::SetMenus(Client& menus) {
+  Variant object(menus.impl_->object.get());
+  Invoke(*impl_->globals, "Menus", DISPATCH_PROPERTYPUTREF, {&object});
+}
+
 Value Client::Call(std::string_view method, std::vector<Argument> arguments) {
   return CallByReference(method, arguments);
 }
