@@ -226,6 +226,7 @@ TEST_F(ExcelMembersTest, FormatsAndMeasuresCells) {
     return S_OK;
   });
   EXPECT_FALSE(cell->RowsHidden());
+  excel_->range->Has("Cells", MemberKind::kRead);  // it held itself
 }
 
 TEST_F(ExcelMembersTest, PutsAColumnOfValuesInOneAssignment) {
@@ -344,6 +345,7 @@ TEST_F(ExcelMembersTest, WorksOnSheetsAndWorkbooks) {
             "Worksheet.Name get()\nWorksheet.Parent get()\nWorkbook.Sheets get()\n"
             "Sheets.Item get(\"Überblick\")\nWorksheet.ResetKeySortButtons call()\n");
   EXPECT_THROW(worksheet->CallRoutine("NoSuchRoutine"), HostError);
+  sheet->Has("Parent", MemberKind::kRead);  // it held itself
 }
 
 TEST_F(ExcelMembersTest, ReadsChartsAndControls) {

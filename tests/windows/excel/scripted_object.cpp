@@ -16,6 +16,7 @@ namespace {
 constexpr HRESULT kOldTypeLibrary = static_cast<HRESULT>(0x80028018);
 
 std::string TextOf(const VARIANT& argument) {
+  if (argument.vt & VT_ARRAY) return "array";
   if (argument.vt == VT_DISPATCH) return argument.pdispVal ? "object" : "Nothing";
   if (argument.vt == VT_ERROR && argument.scode == DISP_E_PARAMNOTFOUND) return "missing";
   Variant copy;
