@@ -34,6 +34,8 @@ Variant MadeSheet(const ExcelPtr& excel, host::SheetPtr sheet);
 // The sheet behind an object that MadeSheet gave; null for anything else.
 host::SheetPtr SheetOf(IDispatch* object);
 Variant MadeRange(const ExcelPtr& excel, host::RangePtr range);
+// The same for a range that is known to be one cell.
+Variant MadeCell(const ExcelPtr& excel, host::RangePtr cell);
 // The range behind an object that MadeRange gave; null for anything else.
 host::RangePtr RangeOf(IDispatch* object);
 Variant MadeInterior(const ExcelPtr& excel, host::InteriorPtr interior);

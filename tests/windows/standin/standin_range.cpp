@@ -11,9 +11,15 @@ class RangeObject final : public StandInObject {
  public:
   // What Count counts.
   enum class Unit { kCells, kRows, kColumns };
+  // What is known of the range's size without asking the host: tests count the calls of the host.
+  enum class Extent { kAny, kCell, kWholeRows, kWholeColumns };
 
-  RangeObject(ExcelPtr excel, host::RangePtr range, Unit unit = Unit::kCells)
-      : StandInObject(std::move(excel), "Range"), range_(std::move(range)), unit_(unit) {}
+  RangeObject(ExcelPtr excel, host::RangePtr range, Unit unit = Unit::kCells,
+              Extent extent = Extent::kAny)
+      : StandInObject(std::move(excel), "Range"),
+        range_(std::move(range)),
+        unit_(unit),
+        extent_(extent) {}
 
   const host::RangePtr& range() const { return range_; }
 
@@ -36,10 +42,18 @@ class RangeObject final : public StandInObject {
   void Sort(const Call& call);
   Variant AddComment(const Call& call);
 
-  bool IsWholeRows() { return range_->ColumnsCount() == kLastColumn; }
-  bool IsWholeColumns() { return range_->RowsCount() == kLastRow; }
-  Variant WholeRows();
-  Variant WholeColumns();
+  bool IsCell() {
+    return extent_ == Extent::kCell || (range_->RowsCount() == 1 && range_->ColumnsCount() == 1);
+  }
+  bool IsWholeRows() {
+    return extent_ == Extent::kWholeRows ||
+           (extent_ == Extent::kAny && range_->ColumnsCount() == kLastColumn);
+  }
+  bool IsWholeColumns() {
+    return extent_ == Extent::kWholeColumns ||
+           (extent_ == Extent::kAny && range_->RowsCount() == kLastRow);
+  }
+  Variant Whole(Extent extent);
   Variant Hidden();
   void SetHidden(bool hidden);
   // What `of` gives for each cell of a line, or Null where that differs.
@@ -48,6 +62,7 @@ class RangeObject final : public StandInObject {
 
   host::RangePtr range_;
   Unit unit_;
+  Extent extent_;
 };
 
 [[noreturn]] void NotWhole(const char* what) {
@@ -57,13 +72,16 @@ class RangeObject final : public StandInObject {
 
 Variant RangeObject::Answer(const Call& call) {
   std::string_view name = call.member().name;
+  const bool is_whole = extent_ == Extent::kWholeRows || extent_ == Extent::kWholeColumns;
+  if (is_whole && name != "Hidden" && name != "OutlineLevel") Refuse(call);
   if (call.is_put()) return Put(call);
   if (name == "Value") return Value(call);
   if (name == "Formula") {
-    if (Count() != 1) throw NotServed{"the formulas of several cells"};
+    if (!IsCell()) throw NotServed{"the formulas of several cells"};
     return Variant(std::string_view(range_->Formula()));
   }
   if (name == "HasFormula") {
+    if (extent_ == Extent::kCell) return range_->HasFormula();
     return Common(range_->RowsCount(),
                   [&](int row) { return range_->Cells(row, 1)->HasFormula(); });
   }
@@ -74,14 +92,17 @@ Variant RangeObject::Answer(const Call& call) {
   if (name == "Width") return range_->Width();
   if (name == "Hidden") return Hidden();
   if (name == "RowHeight") {
+    if (extent_ == Extent::kCell) return range_->RowHeight();
     return Common(range_->RowsCount(), [&](int row) { return range_->Cells(row, 1)->RowHeight(); });
   }
   if (name == "ColumnWidth") {
+    if (extent_ == Extent::kCell) return range_->ColumnWidth();
     return Common(range_->ColumnsCount(),
                   [&](int column) { return range_->Cells(1, column)->ColumnWidth(); });
   }
   if (name == "OutlineLevel") {
     if (!IsWholeRows()) NotWhole("OutlineLevel");
+    if (unit_ == Unit::kCells && extent_ == Extent::kWholeRows) return range_->OutlineLevel();
     return Common(range_->RowsCount(),
                   [&](int row) { return range_->Cells(row, 1)->OutlineLevel(); });
   }
@@ -95,8 +116,8 @@ Variant RangeObject::Part(const Call& call) {
   if (name == "Cells") return Cells(call);
   if (name == "Rows") return Lines(call, Unit::kRows);
   if (name == "Columns") return Lines(call, Unit::kColumns);
-  if (name == "EntireRow") return WholeRows();
-  if (name == "EntireColumn") return WholeColumns();
+  if (name == "EntireRow") return Whole(Extent::kWholeRows);
+  if (name == "EntireColumn") return Whole(Extent::kWholeColumns);
   if (name == "Areas") return Areas();
   if (name == "Worksheet") return MadeWorksheet(excel(), range_->Worksheet());
   if (name == "Name") return Name();
@@ -174,10 +195,7 @@ Variant RangeObject::Do(const Call& call) {
 
 Variant RangeObject::Value(const Call& call) {
   call.RefuseFrom(0);
-  if (range_->RowsCount() == 1 && range_->ColumnsCount() == 1) {
-    return Variant::From(range_->Value());
-  }
-  return Table();
+  return IsCell() ? Variant::From(range_->Value()) : Table();
 }
 
 // One value for all cells, or a block of one column with a value for each row.
@@ -235,7 +253,7 @@ Variant RangeObject::Table() {
 
 Variant RangeObject::Cells(const Call& call) {
   if (!call.Has(0) && !call.Has(1)) return MadeRange(excel(), range_);
-  return MadeRange(excel(), range_->Cells(call.Int(0), call.Int(1)));
+  return MadeCell(excel(), range_->Cells(call.Int(0), call.Int(1)));
 }
 
 Variant RangeObject::Areas() {
@@ -322,26 +340,16 @@ Variant RangeObject::AddComment(const Call& call) {
   return MadeComment(excel(), std::move(comment));
 }
 
-Variant RangeObject::WholeRows() {
-  const int row = range_->Row();
-  return MadeRange(excel(),
-                   range_->Worksheet()->Range(row, 1, row + range_->RowsCount() - 1, kLastColumn));
-}
-
-Variant RangeObject::WholeColumns() {
-  const int column = range_->Column();
-  return MadeRange(excel(), range_->Worksheet()->Range(1, column, kLastRow,
-                                                       column + range_->ColumnsCount() - 1));
+// The host tells of a range whether its whole rows or columns are hidden, so that they need no
+// range of their own.
+Variant RangeObject::Whole(Extent extent) {
+  return Made(new RangeObject(excel(), range_, Unit::kCells, extent));
 }
 
 Variant RangeObject::Hidden() {
-  if (IsWholeRows()) {
-    return Common(range_->RowsCount(),
-                  [&](int row) { return range_->Cells(row, 1)->RowsHidden(); });
-  }
-  if (!IsWholeColumns()) NotWhole("Hidden");
-  return Common(range_->ColumnsCount(),
-                [&](int column) { return range_->Cells(1, column)->ColumnsHidden(); });
+  if (extent_ == Extent::kWholeRows) return range_->RowsHidden();
+  if (extent_ == Extent::kWholeColumns) return range_->ColumnsHidden();
+  NotWhole("Hidden");
 }
 
 void RangeObject::SetHidden(bool hidden) {
@@ -372,6 +380,11 @@ Variant RangeObject::Common(int count, const Of& of) {
 
 Variant MadeRange(const ExcelPtr& excel, host::RangePtr range) {
   return range ? Made(new RangeObject(excel, std::move(range))) : Nothing();
+}
+
+Variant MadeCell(const ExcelPtr& excel, host::RangePtr cell) {
+  return Made(new RangeObject(excel, std::move(cell), RangeObject::Unit::kCells,
+                              RangeObject::Extent::kCell));
 }
 
 host::RangePtr RangeOf(IDispatch* object) {

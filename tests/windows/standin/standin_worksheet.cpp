@@ -108,7 +108,7 @@ class WorksheetObject final : public AnySheet {
     if (!call.Has(0) && !call.Has(1)) {
       return MadeRange(excel(), sheet_->Range(1, 1, kLastRow, kLastColumn));
     }
-    return MadeRange(excel(), sheet_->Cells(call.Int(0), call.Int(1)));
+    return MadeCell(excel(), sheet_->Cells(call.Int(0), call.Int(1)));
   }
 
   // The smallest rectangle around both ranges.
