@@ -12,6 +12,7 @@
 #include "maintenance/planning_spinners.h"
 #include "maintenance/ratios_comp_data_set.h"
 #include "maintenance/year_end.h"
+#include "presentation/chart_list_control.h"
 #include "presentation/dashboard.h"
 #include "presentation/display_modes.h"
 #include "presentation/menu_management.h"
@@ -337,7 +338,10 @@ const std::vector<PublicClass>& PublicClasses() {
       Dashboard(),
       CopyWorksheet(),
       Missing("clsHider", "Handling of workbook open and save"),
-      Missing("clsChartListControl", "The dashboard's chart list control"),
+      {.name = "clsChartListControl",
+       .help = "The dashboard's chart list control",
+       .methods = {},
+       .create = Create<clsChartListControl>},
       Missing("clsNameManagement", "Defining and cleaning up defined names"),
       Missing("clsFormatting", "Column-block selection and formula paste"),
   };

@@ -66,7 +66,7 @@ class SheetsObject final : public StandInObject {
     if (with_charts_) {
       host::SheetsPtr sheets = workbook_->Sheets();
       for (int i = 1; i <= sheets->Count(); ++i) {
-        items.push_back(MadeSheet(excel(), sheets->Item(i)));
+        items.push_back(Sheet(sheets->Item(i)));
       }
     } else {
       for (const auto& sheet : workbook_->Worksheets()) {
@@ -74,6 +74,15 @@ class SheetsObject final : public StandInObject {
       }
     }
     return items;
+  }
+
+  // A host may give a worksheet as a mere sheet.
+  Variant Sheet(host::SheetPtr sheet) {
+    const std::string name = sheet->Name();
+    for (host::WorksheetPtr& worksheet : workbook_->Worksheets()) {
+      if (worksheet->Name() == name) return MadeWorksheet(excel(), std::move(worksheet));
+    }
+    return MadeSheet(excel(), std::move(sheet));
   }
 
   Variant Add(const Call& call) {
