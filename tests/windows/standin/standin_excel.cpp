@@ -51,8 +51,7 @@ class SheetsObject final : public StandInObject {
     }
     if (with_charts_) {
       host::SheetsPtr sheets = workbook_->Sheets();
-      return MadeSheet(excel(),
-                       call.IsText(0) ? sheets->Item(call.Text(0)) : sheets->Item(call.Int(0)));
+      return Sheet(call.IsText(0) ? sheets->Item(call.Text(0)) : sheets->Item(call.Int(0)));
     }
     std::vector<host::WorksheetPtr> sheets = workbook_->Worksheets();
     int index = call.Int(0);
