@@ -1,8 +1,11 @@
 // What every class but clsGlobals has: Init, and members that forward to the engine's class.
 #pragma once
 
+#include <string>
+
 #include "component/com/automation.h"
 #include "component/com/automation_object.h"
+#include "hosts/excel/text.h"
 
 namespace vantora {
 class clsGlobals;
@@ -23,6 +26,15 @@ class GlobalsArgument {
   clsGlobals* globals_ = nullptr;
 };
 
+// Results as clients get them.
+inline void Store(bool value, VARIANT_BOOL& result) {
+  result = value ? VARIANT_TRUE : VARIANT_FALSE;
+}
+inline void Store(int value, LONG& result) { result = value; }
+// The engine gives numbers of 16 bits here, and error 6 beyond.
+inline void Store(int value, SHORT& result) { result = static_cast<SHORT>(value); }
+inline void Store(const std::string& value, BSTR& result) { result = excel::MakeBstr(value); }
+
 template <typename Interface, typename EngineClass>
 class BoundAutomationObject : public AutomationObject<Interface> {
  public:
@@ -37,6 +49,14 @@ class BoundAutomationObject : public AutomationObject<Interface> {
   // Calls a method without arguments and result.
   HRESULT Call(void (EngineClass::*method)()) {
     return this->Run([&] { (object_.*method)(); });
+  }
+
+  // Calls a method without arguments and hands its result to the client.
+  template <typename EngineResult, typename Result>
+  HRESULT Call(EngineResult (EngineClass::*method)(), Result* result) {
+    if (!result) return E_POINTER;
+    *result = {};
+    return this->Run([&] { Store((object_.*method)(), *result); });
   }
 
   EngineClass& object() { return object_; }

@@ -1,9 +1,30 @@
 #include "component/com/globals_object.h"
 
+#include <memory>
+
+#include "component/com/menus_access.h"
+#include "core/host_error.h"
 #include "hosts/excel/excel_application.h"
 #include "hosts/excel/text.h"
 
 namespace vantora::com {
+
+namespace {
+
+// The engine's object in a clsMenuManagement, which keeps that one alive; null for Nothing.
+// HostError 13 for any other object.
+std::shared_ptr<clsMenuManagement> EngineMenus(IDispatch* menus) {
+  if (!menus) return nullptr;
+  MenusAccess* access = nullptr;
+  if (FAILED(menus->QueryInterface(kMenusAccessId, reinterpret_cast<void**>(&access)))) {
+    throw HostError(HostError::kTypeMismatch, "Type mismatch: Menus takes a clsMenuManagement.",
+                    "Orvanemcro1");
+  }
+  auto owner = ComPtr<IUnknown>::Adopt(access);
+  return {&access->Menus(), [owner](clsMenuManagement*) {}};
+}
+
+}  // namespace
 
 STDMETHODIMP GlobalsObject::putref_App(IDispatch* application) {
   return Run([&] { globals_.SetApp(excel::MakeExcelApplication(application)); });
@@ -20,7 +41,10 @@ STDMETHODIMP GlobalsObject::get_App(IDispatch** application) {
 }
 
 STDMETHODIMP GlobalsObject::putref_Menus(IDispatch* menus) {
-  return Run([&] { menus_ = ComPtr<IDispatch>::Share(menus); });
+  return Run([&] {
+    globals_.SetMenus(EngineMenus(menus));
+    menus_ = ComPtr<IDispatch>::Share(menus);
+  });
 }
 
 STDMETHODIMP GlobalsObject::get_Menus(IDispatch** menus) {

@@ -8,6 +8,7 @@ namespace vantora::excel {
 
 namespace {
 
+constexpr int kInvalidArgument = 5;
 constexpr int kTypeMismatch = 13;
 constexpr int kObjectNotSet = 91;
 constexpr int kAutomationError = 440;
@@ -39,7 +40,7 @@ struct KnownResult {
     {DISP_E_NONAMEDARGS, 446, "does not take arguments by name"},
     {DISP_E_BADINDEX, 9, "was called with an index out of range"},
     {DISP_E_DIVBYZERO, 11, "divided by zero"},
-    {E_INVALIDARG, 5, "was called with an argument that Excel rejects"},
+    {E_INVALIDARG, kInvalidArgument, "was called with an argument that Excel rejects"},
     {E_NOTIMPL, 445, "is not available in this Excel"},
     {E_NOINTERFACE, 430, "gave an object that can't be used this way"},
     {E_OUTOFMEMORY, 7, "failed: there is not enough memory"},
@@ -110,6 +111,10 @@ void ExceptionInfo::Free() {
 bool IsBusy(HRESULT result) {
   return result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER ||
          result == kExcelIgnoresCall;
+}
+
+bool IsRefusal(const HostError& error) {
+  return error.number() == HostError::kApplicationDefined || error.number() == kInvalidArgument;
 }
 
 HostError CallError(HRESULT result, const EXCEPINFO& info, const std::string& member) {

@@ -35,6 +35,9 @@ class ExceptionInfo {
 // box is open.
 bool IsBusy(HRESULT result);
 
+// Excel took the call and refuses what it asks for: an invalid name, a cell without a name.
+bool IsRefusal(const HostError& error);
+
 // The error for a call of `member` ("Range.Select") that ended with `result`. Excel's own number,
 // source and description where `info` has them (`result` is DISP_E_EXCEPTION), else the number
 // that a macro would see and a sentence that says what went wrong.

@@ -1,9 +1,13 @@
 #include "hosts/excel/excel_application.h"
 
+#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "hosts/excel/excel_command_bars.h"
 #include "hosts/excel/excel_range.h"
+#include "hosts/excel/excel_window.h"
 #include "hosts/excel/excel_workbook.h"
 #include "hosts/excel/excel_worksheet.h"
 #include "hosts/excel/object.h"
@@ -19,9 +23,8 @@ class ExcelApplication : public host::Application {
   IDispatch* dispatch() const { return object_.dispatch(); }
 
   host::WorkbookPtr ActiveWorkbook() override {
-    ComPtr<IDispatch> workbook = object_.Get(Member::kApplicationActiveWorkbook).ToObject();
-    if (!workbook) return nullptr;
-    return std::make_shared<ExcelWorkbook>(Object(object_.connection(), std::move(workbook)));
+    auto workbook = object_.FindChild(Member::kApplicationActiveWorkbook);
+    return workbook ? std::make_shared<ExcelWorkbook>(*std::move(workbook)) : nullptr;
   }
   host::WorksheetPtr ActiveSheet() override {
     return Find<ExcelWorksheet>(Member::kApplicationActiveSheet, L"UsedRange");
@@ -45,17 +48,59 @@ class ExcelApplication : public host::Application {
     object_.Put(Member::kApplicationCutCopyMode,
                 ends ? Variant(false) : Variant(static_cast<int>(mode)));
   }
+  std::vector<host::WorkbookPtr> Workbooks() override {
+    std::vector<host::WorkbookPtr> workbooks;
+    for (Object& workbook : object_.Items(Member::kApplicationWorkbooks)) {
+      workbooks.push_back(std::make_shared<ExcelWorkbook>(std::move(workbook)));
+    }
+    return workbooks;
+  }
+  host::WindowPtr ActiveWindow() override {
+    auto window = object_.FindChild(Member::kApplicationActiveWindow);
+    return window ? std::make_shared<ExcelWindow>(*std::move(window)) : nullptr;
+  }
+  void SetCalculation(host::XlCalculation calculation) override {
+    object_.Put(Member::kApplicationCalculation, static_cast<int>(calculation));
+  }
+  double UsableHeight() override { return object_.GetDouble(Member::kApplicationUsableHeight); }
+  double UsableWidth() override { return object_.GetDouble(Member::kApplicationUsableWidth); }
+  bool DisplayFullScreen() override {
+    return object_.GetBool(Member::kApplicationDisplayFullScreen);
+  }
+  std::string Version() override { return object_.GetText(Member::kApplicationVersion); }
+  host::RangePtr Union(const host::RangePtr& first, const host::RangePtr& second) override {
+    return std::make_shared<ExcelRange>(
+        object_.Child(Member::kApplicationUnion, {DispatchOf(first), DispatchOf(second)}));
+  }
+  // Gives False when the user cancels.
+  host::RangePtr InputRange(std::string_view prompt, std::string_view title) override {
+    constexpr int kRangeType = 8;
+    auto range = object_.FindChild(Member::kApplicationInputBox, {},
+                                   {{L"Prompt", prompt}, {L"Title", title}, {L"Type", kRangeType}});
+    return range ? std::make_shared<ExcelRange>(*std::move(range)) : nullptr;
+  }
+  // Gives False when the user cancels.
+  std::optional<std::string> GetSaveAsFilename(std::string_view initial_filename,
+                                               std::string_view file_filter,
+                                               std::string_view title) override {
+    Variant path = object_.Get(
+        Member::kApplicationGetSaveAsFilename, {},
+        {{L"InitialFilename", initial_filename}, {L"FileFilter", file_filter}, {L"Title", title}});
+    return path.type() == VT_BSTR ? path.ToText() : std::nullopt;
+  }
+  host::CommandBarPtr ActiveMenuBar() override {
+    return std::make_shared<ExcelCommandBar>(
+        object_.Child(Member::kApplicationCommandBars).Child(Member::kCommandBarsActiveMenuBar));
+  }
 
  private:
   // What the member gives as a `Handle`; null when it gives nothing, or an object of another kind,
   // which is one without the member `telling`.
   template <typename Handle>
   std::shared_ptr<Handle> Find(Member member, const wchar_t* telling) {
-    ComPtr<IDispatch> dispatch = object_.Get(member).ToObject();
-    if (!dispatch) return nullptr;
-    Object found(object_.connection(), std::move(dispatch));
-    if (!found.Has(telling)) return nullptr;
-    return std::make_shared<Handle>(std::move(found));
+    auto found = object_.FindChild(member);
+    if (!found || !found->Has(telling)) return nullptr;
+    return std::make_shared<Handle>(*std::move(found));
   }
 
   Object object_;

@@ -1,33 +1,58 @@
 #include "hosts/excel/excel_workbook.h"
 
-#include "hosts/excel/excel_range.h"
+#include <optional>
+#include <utility>
+
+#include "hosts/excel/call_error.h"
+#include "hosts/excel/excel_names.h"
+#include "hosts/excel/excel_window.h"
 #include "hosts/excel/excel_worksheet.h"
 
 namespace vantora::excel {
 
 namespace {
 
-class ExcelName : public host::Name {
+// A sheet that is not a worksheet.
+class ExcelChartSheet : public host::Sheet {
  public:
-  explicit ExcelName(Object object) : object_(std::move(object)) {}
+  explicit ExcelChartSheet(Object object) : object_(std::move(object)) {}
 
-  host::RangePtr RefersToRange() override {
-    return std::make_shared<ExcelRange>(object_.Child(Member::kNameRefersToRange));
-  }
+  const Object& object() const { return object_; }
+
+  std::string Name() override { return object_.GetText(Member::kChartName); }
 
  private:
   Object object_;
 };
 
-class ExcelNames : public host::Names {
+class ExcelSheets : public host::Sheets {
  public:
-  explicit ExcelNames(Object object) : object_(std::move(object)) {}
+  explicit ExcelSheets(Object object) : object_(std::move(object)) {}
 
-  host::NamePtr Item(std::string_view name) override {
-    return std::make_shared<ExcelName>(object_.Child(Member::kNamesItem, {name}));
+  int Count() override { return object_.GetInt(Member::kSheetsCount); }
+  host::SheetPtr Item(int index) override { return Made(Member::kSheetsItem, index); }
+  host::SheetPtr Item(std::string_view name) override { return Made(Member::kSheetsItem, name); }
+  host::WorksheetPtr Add(const host::SheetPtr& after) override {
+    return std::make_shared<ExcelWorksheet>(
+        object_.Child(Member::kSheetsAdd, {}, {{L"After", DispatchOf(*after)}}));
   }
 
  private:
+  // Worksheets have a used range, chart sheets have not.
+  host::SheetPtr Made(Member member, Variant index) {
+    std::optional<Object> sheet = object_.FindChild(member, {std::move(index)});
+    if (!sheet) throw NothingError(FullNameOf(member));
+    if (sheet->Has(L"UsedRange")) return std::make_shared<ExcelWorksheet>(*std::move(sheet));
+    return std::make_shared<ExcelChartSheet>(*std::move(sheet));
+  }
+
+  static IDispatch* DispatchOf(host::Sheet& sheet) {
+    if (auto* worksheet = dynamic_cast<ExcelWorksheet*>(&sheet)) {
+      return worksheet->object().dispatch();
+    }
+    return dynamic_cast<ExcelChartSheet&>(sheet).object().dispatch();
+  }
+
   Object object_;
 };
 
@@ -45,6 +70,39 @@ std::vector<host::WorksheetPtr> ExcelWorkbook::Worksheets() {
     worksheets.push_back(std::make_shared<ExcelWorksheet>(std::move(worksheet)));
   }
   return worksheets;
+}
+
+host::SheetsPtr ExcelWorkbook::Sheets() {
+  return std::make_shared<ExcelSheets>(object_.Child(Member::kWorkbookSheets));
+}
+
+void ExcelWorkbook::Save() { object_.Call(Member::kWorkbookSave); }
+
+void ExcelWorkbook::SaveAs(std::string_view filename, host::XlFileFormat format) {
+  object_.Call(Member::kWorkbookSaveAs, {},
+               {{L"Filename", filename}, {L"FileFormat", static_cast<int>(format)}});
+}
+
+host::Palette ExcelWorkbook::Colors() {
+  std::optional<std::vector<int>> colors = object_.Get(Member::kWorkbookColors).ToInts();
+  if (!colors) throw WrongTypeError(FullNameOf(Member::kWorkbookColors), "a list of colours");
+  return *std::move(colors);
+}
+
+void ExcelWorkbook::SetColors(const host::Palette& colors) {
+  object_.Put(Member::kWorkbookColors, Variant::ListOf(colors));
+}
+
+std::vector<host::WindowPtr> ExcelWorkbook::Windows() {
+  std::vector<host::WindowPtr> windows;
+  for (Object& window : object_.Items(Member::kWorkbookWindows)) {
+    windows.push_back(std::make_shared<ExcelWindow>(std::move(window)));
+  }
+  return windows;
+}
+
+host::WindowPtr ExcelWorkbook::NewWindow() {
+  return std::make_shared<ExcelWindow>(object_.Child(Member::kWorkbookNewWindow));
 }
 
 }  // namespace vantora::excel

@@ -1,4 +1,4 @@
-// A workbook of Excel and its defined names, late-bound.
+// A workbook of Excel and its sheets, late-bound.
 #pragma once
 
 #include <string>
@@ -16,6 +16,13 @@ class ExcelWorkbook : public host::Workbook {
   std::string Name() override;
   host::NamesPtr Names() override;
   std::vector<host::WorksheetPtr> Worksheets() override;
+  host::SheetsPtr Sheets() override;
+  void Save() override;
+  void SaveAs(std::string_view filename, host::XlFileFormat format) override;
+  host::Palette Colors() override;
+  void SetColors(const host::Palette& colors) override;
+  std::vector<host::WindowPtr> Windows() override;
+  host::WindowPtr NewWindow() override;
 
  private:
   Object object_;

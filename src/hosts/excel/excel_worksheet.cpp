@@ -1,5 +1,6 @@
 #include "hosts/excel/excel_worksheet.h"
 
+#include "hosts/excel/excel_drawings.h"
 #include "hosts/excel/excel_range.h"
 
 namespace vantora::excel {
@@ -36,5 +37,53 @@ host::RangePtr ExcelWorksheet::UsedRange() {
 }
 
 void ExcelWorksheet::Paste() { object_.Call(Member::kWorksheetPaste); }
+
+void ExcelWorksheet::SetName(std::string_view name) { object_.Put(Member::kWorksheetName, name); }
+
+host::XlSheetVisibility ExcelWorksheet::Visible() {
+  return static_cast<host::XlSheetVisibility>(object_.GetInt(Member::kWorksheetVisible));
+}
+
+void ExcelWorksheet::SetVisible(host::XlSheetVisibility visible) {
+  object_.Put(Member::kWorksheetVisible, static_cast<int>(visible));
+}
+
+bool ExcelWorksheet::ProtectContents() {
+  return object_.GetBool(Member::kWorksheetProtectContents);
+}
+
+void ExcelWorksheet::Unprotect() { object_.Call(Member::kWorksheetUnprotect); }
+
+void ExcelWorksheet::Protect() {
+  object_.Call(Member::kWorksheetProtect, {},
+               {{L"DrawingObjects", true}, {L"Contents", true}, {L"Scenarios", true}});
+}
+
+void ExcelWorksheet::OutlineShowLevels(int row_levels) {
+  object_.Child(Member::kWorksheetOutline).Call(Member::kOutlineShowLevels, {row_levels});
+}
+
+host::ShapePtr ExcelWorksheet::Shapes(std::string_view name) {
+  return std::make_shared<ExcelShape>(
+      object_.Child(Member::kWorksheetShapes).Child(Member::kShapesItem, {name}));
+}
+
+std::vector<host::ChartObjectPtr> ExcelWorksheet::ChartObjects() {
+  std::vector<host::ChartObjectPtr> charts;
+  for (Object& chart : object_.Items(Member::kWorksheetChartObjects, Member::kChartObjectsCount,
+                                     Member::kChartObjectsItem)) {
+    charts.push_back(std::make_shared<ExcelChartObject>(std::move(chart)));
+  }
+  return charts;
+}
+
+// The sheet as its workbook's collection gives it has the routines of its code module.
+void ExcelWorksheet::CallRoutine(std::string_view routine) {
+  const std::string name = Name();
+  object_.Child(Member::kWorksheetParent)
+      .Child(Member::kWorkbookSheets)
+      .Child(Member::kSheetsItem, {std::string_view(name)})
+      .CallOwn(routine);
+}
 
 }  // namespace vantora::excel

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "core/host.h"
 #include "hosts/excel/object.h"
@@ -12,6 +13,8 @@ class ExcelWorksheet : public host::Worksheet {
  public:
   explicit ExcelWorksheet(Object object) : object_(std::move(object)) {}
 
+  const Object& object() const { return object_; }
+
   bool IsSame(const host::Worksheet& other) const override;
   std::string Name() override;
   void Activate() override;
@@ -21,6 +24,16 @@ class ExcelWorksheet : public host::Worksheet {
   host::RangePtr Columns(int column) override;
   host::RangePtr UsedRange() override;
   void Paste() override;
+  void SetName(std::string_view name) override;
+  host::XlSheetVisibility Visible() override;
+  void SetVisible(host::XlSheetVisibility visible) override;
+  bool ProtectContents() override;
+  void Unprotect() override;
+  void Protect() override;
+  void OutlineShowLevels(int row_levels) override;
+  host::ShapePtr Shapes(std::string_view name) override;
+  std::vector<host::ChartObjectPtr> ChartObjects() override;
+  void CallRoutine(std::string_view routine) override;
 
  private:
   Object object_;

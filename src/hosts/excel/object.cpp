@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "hosts/excel/call_error.h"
+#include "hosts/excel/text.h"
 
 namespace vantora::excel {
 
@@ -36,17 +37,20 @@ class ReversedArguments {
 Object::Object(ConnectionPtr connection, ComPtr<IDispatch> dispatch)
     : connection_(std::move(connection)), dispatch_(std::move(dispatch)) {}
 
-Variant Object::Get(Member member, Arguments arguments) const {
-  ReversedArguments reversed;
-  for (const Variant& argument : arguments) reversed.Append(argument);
-  DISPPARAMS parameters{reversed.begin(), nullptr, reversed.count(), 0};
+Variant Object::Get(Member member, Arguments arguments, NamedArguments named) const {
   Variant result;
-  Invoke(member, kRead, parameters, result.Receive());
+  InvokeWith(member, kRead, arguments, named, result.Receive());
   return result;
 }
 
 int Object::GetInt(Member member) const {
   std::optional<int> number = Get(member).ToInt();
+  if (!number) throw WrongTypeError(FullNameOf(member), "a number");
+  return *number;
+}
+
+double Object::GetDouble(Member member) const {
+  std::optional<double> number = Get(member).ToDouble();
   if (!number) throw WrongTypeError(FullNameOf(member), "a number");
   return *number;
 }
@@ -63,24 +67,21 @@ std::string Object::GetText(Member member) const {
   return *text;
 }
 
-Object Object::Child(Member member, Arguments arguments) const {
-  ComPtr<IDispatch> object = Get(member, arguments).ToObject();
-  if (!object) throw NothingError(FullNameOf(member));
+Object Object::Child(Member member, Arguments arguments, NamedArguments named) const {
+  std::optional<Object> child = FindChild(member, arguments, named);
+  if (!child) throw NothingError(FullNameOf(member));
+  return *std::move(child);
+}
+
+std::optional<Object> Object::FindChild(Member member, Arguments arguments,
+                                        NamedArguments named) const {
+  ComPtr<IDispatch> object = Get(member, arguments, named).ToObject();
+  if (!object) return std::nullopt;
   return Object(connection_, std::move(object));
 }
 
 void Object::Call(Member member, Arguments arguments, NamedArguments named) const {
-  // The positional arguments come last in reverse order, the named ones before them. Appending
-  // from the first argument on fills the array from its end.
-  ReversedArguments reversed;
-  for (const Variant& argument : arguments) reversed.Append(argument);
-  for (const NamedArgument* argument = named.end(); argument != named.begin();) {
-    reversed.Append((--argument)->value);
-  }
-  std::vector<DISPID> names = IdsOfArguments(member, named);
-  DISPPARAMS parameters{reversed.begin(), names.data(), reversed.count(),
-                        static_cast<UINT>(names.size())};
-  Invoke(member, DISPATCH_METHOD, parameters, nullptr);
+  InvokeWith(member, DISPATCH_METHOD, arguments, named, nullptr);
 }
 
 void Object::Put(Member member, const Variant& value) const {
@@ -91,11 +92,32 @@ void Object::Put(Member member, const Variant& value) const {
   Invoke(member, kind, parameters, nullptr);
 }
 
+void Object::CallOwn(std::string_view method) const {
+  std::wstring name = windows::ToUtf16(method);
+  LPOLESTR names[] = {name.data()};
+  DISPID id = DISPID_UNKNOWN;
+  auto describe = [method] { return std::string(method); };
+  HRESULT found = connection_->UntilNotBusy(
+      [&] { return dispatch_->GetIDsOfNames(IID_NULL, names, 1, kMacroLocale, &id); }, describe);
+  if (FAILED(found)) throw CallError(found, {}, describe());
+  DISPPARAMS none{};
+  InvokeById(id, describe, DISPATCH_METHOD, none, nullptr);
+}
+
+std::vector<Object> Object::Items(Member member, Member count, Member item) const {
+  Object collection = Child(member);
+  std::vector<Object> items;
+  const int last = collection.GetInt(count);
+  for (int i = 1; i <= last; ++i) items.push_back(collection.Child(item, {i}));
+  return items;
+}
+
 std::vector<Object> Object::Items(Member member) const {
+  auto describe = [member] { return FullNameOf(member); };
   Object collection = Child(member);
   DISPPARAMS none{};
   Variant result;
-  collection.InvokeById(DISPID_NEWENUM, member, kRead, none, result.Receive());
+  collection.InvokeById(DISPID_NEWENUM, describe, kRead, none, result.Receive());
   ComPtr<IEnumVARIANT> enumerator;
   if (result.type() == VT_UNKNOWN || result.type() == VT_DISPATCH) {
     enumerator = ComPtr<IUnknown>::Share(result.get().punkVal).As<IEnumVARIANT>();
@@ -106,9 +128,9 @@ std::vector<Object> Object::Items(Member member) const {
   for (;;) {
     Variant item;
     VARIANT* place = item.Receive();
-    HRESULT next = connection_->UntilNotBusy([&] { return enumerator->Next(1, place, nullptr); },
-                                             [member] { return FullNameOf(member); });
-    if (FAILED(next)) throw CallError(next, {}, FullNameOf(member));
+    HRESULT next =
+        connection_->UntilNotBusy([&] { return enumerator->Next(1, place, nullptr); }, describe);
+    if (FAILED(next)) throw CallError(next, {}, describe());
     if (next != S_OK) return items;
     ComPtr<IDispatch> object = item.ToObject();
     if (!object) throw WrongTypeError(FullNameOf(member), "objects only");
@@ -131,11 +153,28 @@ bool Object::IsSame(const Object& other) const {
   return dispatch_.As<IUnknown>().get() == other.dispatch_.As<IUnknown>().get();
 }
 
-void Object::Invoke(Member member, WORD kind, DISPPARAMS& parameters, VARIANT* result) const {
-  InvokeById(connection_->IdOf(*dispatch_, member), member, kind, parameters, result);
+void Object::InvokeWith(Member member, WORD kind, Arguments arguments, NamedArguments named,
+                        VARIANT* result) const {
+  // The positional arguments come last in reverse order, the named ones before them. Appending
+  // from the first argument on fills the array from its end.
+  ReversedArguments reversed;
+  for (const Variant& argument : arguments) reversed.Append(argument);
+  for (const NamedArgument* argument = named.end(); argument != named.begin();) {
+    reversed.Append((--argument)->value);
+  }
+  std::vector<DISPID> names = IdsOfArguments(member, named);
+  DISPPARAMS parameters{reversed.begin(), names.data(), reversed.count(),
+                        static_cast<UINT>(names.size())};
+  Invoke(member, kind, parameters, result);
 }
 
-void Object::InvokeById(DISPID id, Member member, WORD kind, DISPPARAMS& parameters,
+void Object::Invoke(Member member, WORD kind, DISPPARAMS& parameters, VARIANT* result) const {
+  auto describe = [member] { return FullNameOf(member); };
+  InvokeById(connection_->IdOf(*dispatch_, member), describe, kind, parameters, result);
+}
+
+template <typename Describe>
+void Object::InvokeById(DISPID id, const Describe& describe, WORD kind, DISPPARAMS& parameters,
                         VARIANT* result) const {
   ExceptionInfo info;
   auto attempt = [&]() -> HRESULT {
@@ -147,8 +186,8 @@ void Object::InvokeById(DISPID id, Member member, WORD kind, DISPPARAMS& paramet
     // Excel also says in this way that it is busy.
     return IsBusy(info.get().scode) ? info.get().scode : outcome;
   };
-  HRESULT outcome = connection_->UntilNotBusy(attempt, [member] { return FullNameOf(member); });
-  if (FAILED(outcome)) throw CallError(outcome, info.get(), FullNameOf(member));
+  HRESULT outcome = connection_->UntilNotBusy(attempt, describe);
+  if (FAILED(outcome)) throw CallError(outcome, info.get(), describe());
 }
 
 std::vector<DISPID> Object::IdsOfArguments(Member member, NamedArguments named) const {

@@ -1,4 +1,4 @@
-// Text between the engine (UTF-8) and Windows (UTF-16).
+// Text between the engine (UTF-8) and automation (BSTR).
 #pragma once
 
 #include <windows.h>
@@ -8,10 +8,12 @@
 #include <string>
 #include <string_view>
 
+#include "platform/windows/text.h"
+
 namespace vantora::excel {
 
-// What is not valid becomes U+FFFD; a zero character is a character like any other.
-std::string ToUtf8(std::wstring_view text);
+using windows::ToUtf8;
+
 // A new BSTR that the caller frees. Throws std::bad_alloc.
 BSTR MakeBstr(std::string_view utf8);
 // A null BSTR is the empty text.

@@ -1,5 +1,7 @@
 #include "hosts/excel/variant.h"
 
+#include <new>
+
 #include "hosts/excel/text.h"
 
 namespace vantora::excel {
@@ -71,6 +73,33 @@ std::optional<Value> ValueOf(const VARIANT& variant) {
   }
 }
 
+// The elements of an array of VARIANTs, accessible while this lives.
+class Elements {
+ public:
+  explicit Elements(SAFEARRAY* array) : array_(array) {
+    if (FAILED(SafeArrayAccessData(array, &data_))) throw std::bad_alloc();
+  }
+  ~Elements() { SafeArrayUnaccessData(array_); }
+  Elements(const Elements&) = delete;
+  Elements& operator=(const Elements&) = delete;
+
+  VARIANT& operator[](std::size_t index) { return static_cast<VARIANT*>(data_)[index]; }
+
+ private:
+  SAFEARRAY* array_;
+  void* data_ = nullptr;
+};
+
+// A new array of VARIANTs whose dimensions are counted from 1, in `variant`.
+SAFEARRAY* MakeArray(VARIANT* variant, std::initializer_list<std::size_t> sizes) {
+  std::vector<SAFEARRAYBOUND> bounds;
+  for (std::size_t size : sizes) bounds.push_back({static_cast<ULONG>(size), 1});
+  variant->parray = SafeArrayCreate(VT_VARIANT, static_cast<UINT>(bounds.size()), bounds.data());
+  if (!variant->parray) throw std::bad_alloc();
+  variant->vt = VT_ARRAY | VT_VARIANT;
+  return variant->parray;
+}
+
 }  // namespace
 
 Variant::Variant(std::string_view text) : Variant(VT_BSTR) { variant_.bstrVal = MakeBstr(text); }
@@ -83,6 +112,26 @@ Variant Variant::From(const Value& value) {
   Variant error(VT_ERROR);
   error.variant_.scode = ScodeOf(value.AsError());
   return error;
+}
+
+Variant Variant::ColumnOf(std::span<const Value> rows) {
+  Variant column;
+  Elements elements(MakeArray(&column.variant_, {rows.size(), 1}));
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    Variant value = From(rows[i]);
+    std::swap(elements[i], value.variant_);
+  }
+  return column;
+}
+
+Variant Variant::ListOf(std::span<const int> numbers) {
+  Variant list;
+  Elements elements(MakeArray(&list.variant_, {numbers.size()}));
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    elements[i].vt = VT_I4;
+    elements[i].lVal = numbers[i];
+  }
+  return list;
 }
 
 Variant Variant::Missing() {
@@ -105,6 +154,12 @@ std::optional<int> Variant::ToInt() const {
   return number.variant_.lVal;
 }
 
+std::optional<double> Variant::ToDouble() const {
+  Variant number = ConvertTo(VT_R8);
+  if (number.type() != VT_R8) return std::nullopt;
+  return number.variant_.dblVal;
+}
+
 std::optional<bool> Variant::ToBool() const {
   Variant boolean = ConvertTo(VT_BOOL);
   if (boolean.type() != VT_BOOL) return std::nullopt;
@@ -115,6 +170,23 @@ std::optional<std::string> Variant::ToText() const {
   Variant text = ConvertTo(VT_BSTR);
   if (text.type() != VT_BSTR) return std::nullopt;
   return ToUtf8(text.variant_.bstrVal);
+}
+
+std::optional<std::vector<int>> Variant::ToInts() const {
+  if (variant_.vt != (VT_ARRAY | VT_VARIANT) || SafeArrayGetDim(variant_.parray) != 1) {
+    return std::nullopt;
+  }
+  std::vector<int> numbers;
+  Elements elements(variant_.parray);
+  const ULONG count = variant_.parray->rgsabound[0].cElements;
+  for (ULONG i = 0; i < count; ++i) {
+    Variant element;
+    if (FAILED(VariantCopyInd(&element.variant_, &elements[i]))) return std::nullopt;
+    std::optional<int> number = element.ToInt();
+    if (!number) return std::nullopt;
+    numbers.push_back(*number);
+  }
+  return numbers;
 }
 
 Variant Variant::ConvertTo(VARENUM type) const {

@@ -6,9 +6,11 @@
 #include <oleauto.h>
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "core/value.h"
 #include "hosts/excel/com_ptr.h"
@@ -35,6 +37,11 @@ class Variant {
     if (object) object->AddRef();
   }
   static Variant From(const Value& value);
+  // A block of one column with a row for each value, as one assignment takes it. Throws
+  // std::bad_alloc.
+  static Variant ColumnOf(std::span<const Value> rows);
+  // A list of numbers, counted from 1. Throws std::bad_alloc.
+  static Variant ListOf(std::span<const int> numbers);
   // An optional argument that is left out.
   static Variant Missing();
 
@@ -61,8 +68,11 @@ class Variant {
   std::optional<Value> ToValue() const;
   // std::nullopt for what does not convert. A fraction is rounded half to even.
   std::optional<int> ToInt() const;
+  std::optional<double> ToDouble() const;
   std::optional<bool> ToBool() const;
   std::optional<std::string> ToText() const;
+  // The numbers of a list, in its order.
+  std::optional<std::vector<int>> ToInts() const;
   // The object; empty for Nothing and for what is no object.
   ComPtr<IDispatch> ToObject() const;
 

@@ -4,16 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "platform/windows/text.h"
 #include "ui/windows/win32.h"
 
 namespace vantora::ui {
 
-// Bytes that are no UTF-8 and halves of characters become U+FFFD.
-std::wstring ToUtf16(std::string_view text);
-std::string ToUtf8(std::wstring_view text);
-
-// In the code page of the platform's functions for 8-bit texts.
-std::string ToAnsi(std::string_view text);
+using windows::ToAnsi;
+using windows::ToUtf16;
+using windows::ToUtf8;
 
 // A text box separates its lines by "\r\n".
 std::wstring ToEditText(std::string_view text);

@@ -16,6 +16,7 @@ namespace {
 constexpr HRESULT kOldTypeLibrary = static_cast<HRESULT>(0x80028018);
 
 std::string TextOf(const VARIANT& argument) {
+  if (argument.vt & VT_ARRAY) return "array";
   if (argument.vt == VT_DISPATCH) return argument.pdispVal ? "object" : "Nothing";
   if (argument.vt == VT_ERROR && argument.scode == DISP_E_PARAMNOTFOUND) return "missing";
   Variant copy;
@@ -128,7 +129,14 @@ void ScriptedObject::Has(const std::string& member, MemberKind kind, Reply reply
                          std::vector<std::string> arguments) {
   DISPID next = 100 + static_cast<DISPID>(journal_.ids.size());
   DISPID id = journal_.ids.emplace(kind_ + "." + member, next).first->second;
-  members_[id] = {member, kind, reply ? std::move(reply) : FailsWith(S_OK), std::move(arguments)};
+  members_[id] = {
+      member, kind, reply ? std::move(reply) : FailsWith(S_OK), std::move(arguments), {}};
+}
+
+void ScriptedObject::TakesPut(const std::string& member,
+                              std::function<void(const VARIANT& value)> take) {
+  Has(member, MemberKind::kReadWrite);
+  members_.at(journal_.ids.at(kind_ + "." + member)).take = std::move(take);
 }
 
 STDMETHODIMP ScriptedObject::QueryInterface(REFIID iid, void** object) {
@@ -178,6 +186,7 @@ STDMETHODIMP ScriptedObject::Invoke(DISPID id, REFIID, LCID locale, WORD flags,
   const ScriptedMember& member = found->second;
   if (!MayBeCalled(member.kind, flags, *parameters, result)) return DISP_E_MEMBERNOTFOUND;
   Record(member, flags, *parameters);
+  if (member.take && (flags & DISPATCH_PROPERTYPUT)) member.take(parameters->rgvarg[0]);
   return member.reply(result, info);
 }
 

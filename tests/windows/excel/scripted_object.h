@@ -49,6 +49,8 @@ class ScriptedObject : public IDispatch {
   // Without a reply a call gives nothing. `arguments` are the names a caller may use.
   void Has(const std::string& member, MemberKind kind, Reply reply = {},
            std::vector<std::string> arguments = {});
+  // A property whose puts are shown to `take`.
+  void TakesPut(const std::string& member, std::function<void(const VARIANT& value)> take);
   // The objects it enumerates.
   void Holds(std::vector<ComPtr<ScriptedObject>> items) { items_ = std::move(items); }
   // The next `times` look-ups and calls end with `result`, which need not be a plain one.
@@ -71,6 +73,7 @@ class ScriptedObject : public IDispatch {
     MemberKind kind;
     Reply reply;
     std::vector<std::string> arguments;
+    std::function<void(const VARIANT& value)> take;
   };
 
   virtual ~ScriptedObject();

@@ -11,7 +11,10 @@ End Sub
 
 Dim globals, refSheet, yearEnd, host, name, number, text
 
-For Each name In Array("clsGlobals", "clsRefSheet", "clsYearEnd")
+For Each name In Array("clsGlobals", "clsRefSheet", "clsYearEnd", "clsFreeze", _
+    "clsPlanningSpinners", "clsDisplayModes", "clsRatiosCompDataSet", "clsDevelopmentMode", _
+    "clsClearAllData", "clsMenuManagement", "clsDashboard", "clsCopyWorksheet", "clsHider", _
+    "clsChartListControl", "clsNameManagement", "clsFormatting")
   ' Some hosts give the class's name, others that of its interface.
   Check "type of " & name, Replace(TypeName(CreateObject("Orvanemcro1." & name)), "_", ""), name
 Next
@@ -38,7 +41,40 @@ Set globals.App = host
 Check "App is what was set", globals.App Is host, True
 yearEnd.Init globals
 
+' Arguments of every kind from a script's variables; the objects are not bound.
+Dim configs, flags, direction, index, count
+configs = Array("", "first", "second")
+flags = Array(False, True, False)
+direction = True
+index = 2
+count = 2
+refSheet.ConfigsListGet configs
+refSheet.ConfigsListPut configs
+refSheet.KeysListLoadKeysCol configs, count
+Check "an array passed by reference", configs(1), "first"
+Check "a result of False", refSheet.KeysListIsDefined, False
+Check "a result of 0", refSheet.cCount, 0
+Check "a result of no text", refSheet.ConfigsName, ""
+With CreateObject("Orvanemcro1.clsDashboard")
+  .RetrieveColumnConfig index, flags
+  .SaveColumnConfig index, flags
+End With
+With CreateObject("Orvanemcro1.clsFormatting")
+  .RangeSelect direction
+  .RangeSelect direction, index
+End With
+CreateObject("Orvanemcro1.clsDisplayModes").SetPresentationDisplay 1, "two", Nothing
+Set globals.Menus = CreateObject("Orvanemcro1.clsMenuManagement")
+Check "Menus are what was set", Replace(TypeName(globals.Menus), "_", ""), "clsMenuManagement"
+
 On Error Resume Next
+
+Set globals.Menus = refSheet
+Check "Menus takes nothing else", Err.Number, 13
+Err.Clear
+refSheet.ConfigsListPut "no array"
+Check "a text where an array is asked for", Err.Number, 13
+Err.Clear
 
 refSheet.Init globals
 number = Err.Number

@@ -1,4 +1,5 @@
-// Answers the message boxes of this process from another thread, and remembers their texts.
+// Answers the message boxes of this process from another thread, and remembers their texts. Other
+// dialogs, which look alike from outside, are left alone.
 #pragma once
 
 #include <atomic>
@@ -25,6 +26,7 @@ class MessageBoxes {
 
  private:
   static constexpr DWORD kPause = 10;  // milliseconds
+  static constexpr int kTextControl = 0xFFFF;
 
   static BOOL CALLBACK Check(HWND window, LPARAM found) {
     DWORD process = 0;
@@ -32,7 +34,7 @@ class MessageBoxes {
     wchar_t kind[16] = L"";
     GetClassNameW(window, kind, 16);
     if (process != GetCurrentProcessId() || !IsWindowVisible(window) ||
-        std::wstring_view(kind) != L"#32770") {
+        std::wstring_view(kind) != L"#32770" || !GetDlgItem(window, kTextControl)) {
       return TRUE;
     }
     *reinterpret_cast<HWND*>(found) = window;
@@ -40,7 +42,6 @@ class MessageBoxes {
   }
 
   void AnswerAll(int answer) {
-    constexpr int kTextControl = 0xFFFF;
     while (!stopped_) {
       HWND box = nullptr;
       EnumWindows(&Check, reinterpret_cast<LPARAM>(&box));

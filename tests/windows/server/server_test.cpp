@@ -153,7 +153,10 @@ TEST_F(ServerTest, KeepsTheApplicationAndTheMenus) {
   EXPECT_EQ(read.get(), &application_);
   EXPECT_EQ(application_.calls(), 0);
 
-  auto menus = dll_.Create<IDispatch>(CLSID_clsRefSheet);
+  // Nothing but the menus can be set.
+  auto other = dll_.Create<IDispatch>(CLSID_clsRefSheet);
+  EXPECT_EQ(globals->putref_Menus(other.get()), static_cast<HRESULT>(0x800A000D));
+  auto menus = dll_.Create<IDispatch>(CLSID_clsMenuManagement);
   ASSERT_EQ(globals->putref_Menus(menus.get()), S_OK);
   ComPtr<IDispatch> read_menus;
   EXPECT_EQ(globals->get_Menus(read_menus.Receive()), S_OK);

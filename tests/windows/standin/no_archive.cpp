@@ -1,5 +1,6 @@
 // In place of reading and writing files, which the tests on Windows do without: their workbooks are
 // made in memory. Only packing works, as storing.
+#include "host/xls_export.h"
 #include "package/workbook_file.h"
 #include "package/zip_archive.h"
 
@@ -30,5 +31,9 @@ void WriteZip(const ReplacementFile&, const ZipArchive*, const std::vector<ZipOu
 }
 
 std::unique_ptr<WorkbookFile> WorkbookFile::Open(const std::filesystem::path&) { Refuse(); }
+
+std::unique_ptr<ReplacementFile> ExportXls(OpenWorkbook&, const std::filesystem::path&) {
+  Refuse();
+}
 
 }  // namespace vantora::embedded

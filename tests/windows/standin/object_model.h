@@ -33,4 +33,7 @@ inline constexpr long kFirstId = 100;
 // The place of a kind's member, whatever the case of its name; -1 when there is none.
 int FindMember(std::string_view kind, std::string_view name);
 
+// Buttons and popups of a menu bar have the members of every control besides their own.
+bool IsMemberOf(const DocumentedMember& member, std::string_view kind);
+
 }  // namespace vantora::standin

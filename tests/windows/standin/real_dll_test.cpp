@@ -3,10 +3,15 @@
 #include <gmock/gmock.h>
 
 #include "Orvanemcro1.h"
+#include "dialogs/frm_save_comments.h"
+#include "dialogs/frm_save_history_prompt.h"
+#include "hosts/excel/text.h"
 #include "operations/year_end_fixture.h"
 #include "server/loaded_dll.h"
 #include "server/message_boxes.h"
 #include "standin_excel.h"
+#include "support/fake_services.h"
+#include "ui/dialog_driver.h"
 #include "ui/windows/window_text.h"
 
 namespace vantora::com {
@@ -44,6 +49,8 @@ class RealDll : public ::testing::Test {
     return outcome;
   }
 
+  ui::HostProgram program;
+  testing::FixedClock clock;
   testing::TestModel model = testing::YearEndModel();
   standin::ExcelPtr excel = std::make_shared<standin::Excel>();
   ComPtr<IDispatch> application;
@@ -65,6 +72,86 @@ TEST_F(RealDll, PassesOnTheNumberOfWhatExcelRefuses) {
   EXPECT_EQ(Run(&_clsYearEnd::CopyCurrentYear), static_cast<HRESULT>(0x800A03EC));
   EXPECT_EQ(model.Get("Data!N3"), Value(30));
   EXPECT_EQ(model.Get("Plant!N5"), Value(25));
+}
+
+TEST_F(RealDll, SavesTheCurrentYearWithTheCommentThatIsTyped) {
+  const frmSaveComments twin(clock);
+  ui::User user([&] {
+    const HWND dialog = ui::WaitForDialog(twin.caption());
+    ui::Type(ui::WindowOf(dialog, twin, "txtComments"), L"Board");
+    ui::Click(ui::WindowOf(dialog, twin, "butText"));
+  });
+  EXPECT_EQ(Run(&_clsYearEnd::SaveCurrentYear), S_OK);
+  EXPECT_EQ(model.Get("Data!R3"), Value(30));
+  EXPECT_TRUE(model.Comment("Data!R2").starts_with("Board -- ")) << model.Comment("Data!R2");
+  EXPECT_EQ(model.RefersTo("marker"), "Data!$S$1");
+}
+
+TEST_F(RealDll, SavesTheHistoryYearThatIsChosen) {
+  const frmSaveHistoryPrompt prompt;
+  const frmSaveComments comments(clock);
+  ui::User user([&] {
+    const HWND dialog = ui::WaitForDialog(prompt.caption());
+    ui::PressKey(dialog, VK_DOWN);
+    ui::PressKey(dialog, VK_DOWN);
+    ui::Click(ui::WindowOf(dialog, prompt, "butGO"));
+    const HWND next = ui::WaitForDialog(comments.caption());
+    ui::Click(ui::WindowOf(next, comments, "butNoText"));
+  });
+  EXPECT_EQ(Run(&_clsYearEnd::SaveHistoryYear), S_OK);
+  EXPECT_EQ(model.Get("Data!R3"), Value(13));
+  EXPECT_EQ(model.Comment("Data!R2"), "none");
+}
+
+// A host object all of whose members fail with a number.
+class Failing final : public standin::StandInObject {
+ public:
+  Failing(standin::ExcelPtr excel, int number)
+      : StandInObject(std::move(excel), "Application"), number_(number) {}
+
+ private:
+  excel::Variant Answer(const standin::Call&) override {
+    throw HostError(number_, "refused", "Some host");
+  }
+
+  int number_;
+};
+
+TEST_F(RealDll, ScriptsSeeTheHostsOwnNumber) {
+  for (int number : {5, 9, 13, 91, 438, 1004, 32767, static_cast<int>(0x80040201)}) {
+    auto host = ComPtr<IDispatch>::Adopt(new Failing(excel, number));
+    auto globals = dll.Create<_clsGlobals>(CLSID_clsGlobals);
+    auto ref_sheet = dll.Create<IDispatch>(CLSID_clsRefSheet);
+    EXPECT_HRESULT_SUCCEEDED(globals->putref_App(host.get()));
+    excel::Variant argument(globals.get());
+    LPOLESTR name = const_cast<LPOLESTR>(L"Init");
+    DISPID id = 0;
+    ASSERT_EQ(ref_sheet->GetIDsOfNames(IID_NULL, &name, 1, excel::kMacroLocale, &id), S_OK);
+    DISPPARAMS parameters{const_cast<VARIANT*>(&argument.get()), nullptr, 1, 0};
+    EXCEPINFO info{};
+    EXPECT_EQ(ref_sheet->Invoke(id, IID_NULL, excel::kMacroLocale, DISPATCH_METHOD, &parameters,
+                                nullptr, &info, nullptr),
+              DISP_E_EXCEPTION);
+    EXPECT_EQ(info.scode, number < 0 ? number : static_cast<SCODE>(0x800A0000 + number));
+    EXPECT_EQ(excel::ToUtf8(info.bstrSource), "Some host");
+    EXPECT_EQ(excel::ToUtf8(info.bstrDescription), "refused");
+    SysFreeString(info.bstrSource);
+    SysFreeString(info.bstrDescription);
+  }
+}
+
+TEST_F(RealDll, MenusStayWhileTheSessionContextHoldsThem) {
+  auto globals = dll.Create<_clsGlobals>(CLSID_clsGlobals);
+  EXPECT_HRESULT_SUCCEEDED(globals->putref_App(application.get()));
+  auto menus = dll.Create<_clsMenuManagement>(CLSID_clsMenuManagement);
+  excel::Variant argument(globals.get());
+  EXPECT_HRESULT_SUCCEEDED(menus->Init(argument.get()));
+  EXPECT_HRESULT_SUCCEEDED(globals->putref_Menus(menus.get()));
+  // Neither holds the other for good: the fixture checks that the DLL can be unloaded.
+  menus = {};
+  ComPtr<IDispatch> held;
+  EXPECT_HRESULT_SUCCEEDED(globals->get_Menus(held.Receive()));
+  EXPECT_TRUE(held);
 }
 
 }  // namespace

@@ -61,15 +61,16 @@ ComPtr<IDispatch> Create(std::string_view class_name) {
   SysFreeString(info.bstrSource);
   SysFreeString(info.bstrDescription);
   SysFreeString(info.bstrHelpFile);
-  if (result == DISP_E_EXCEPTION && HRESULT_FACILITY(info.scode) == FACILITY_CONTROL) {
-    throw HostError(HRESULT_CODE(info.scode), description, source);
+  if (result == DISP_E_EXCEPTION) {
+    const bool is_number = HRESULT_FACILITY(info.scode) == FACILITY_CONTROL;
+    throw HostError(is_number ? HRESULT_CODE(info.scode) : info.scode, description, source);
   }
   throw std::runtime_error("the call ended with " + std::to_string(result) + ": " + description);
 }
 
 // `arguments` as macros pass them; a member of this `kind`.
-void Invoke(IDispatch& object, std::string_view name, WORD kind,
-            const std::vector<const Variant*>& arguments) {
+Variant Invoke(IDispatch& object, std::string_view name, WORD kind,
+               const std::vector<const Variant*>& arguments) {
   std::wstring wide = ui::ToUtf16(name);
   LPOLESTR names[] = {wide.data()};
   DISPID id = DISPID_UNKNOWN;
@@ -81,12 +82,80 @@ void Invoke(IDispatch& object, std::string_view name, WORD kind,
     reversed.push_back((*next)->get());
   }
   DISPID put = DISPID_PROPERTYPUT;
-  const bool is_put = kind != DISPATCH_METHOD;
+  const bool is_put = kind == DISPATCH_PROPERTYPUTREF;
   DISPPARAMS parameters{reversed.data(), is_put ? &put : nullptr,
                         static_cast<UINT>(reversed.size()), is_put ? 1u : 0u};
-  HRESULT result =
-      object.Invoke(id, IID_NULL, excel::kMacroLocale, kind, &parameters, nullptr, &info, nullptr);
+  Variant value;
+  HRESULT result = object.Invoke(id, IID_NULL, excel::kMacroLocale, kind, &parameters,
+                                 is_put ? nullptr : value.Receive(), &info, nullptr);
   if (FAILED(result)) ThrowError(result, info);
+  return value;
+}
+
+// An array that a macro holds in a variable, counted from 0.
+Variant ArrayOf(std::size_t size, VARTYPE type) {
+  SAFEARRAYBOUND bound{static_cast<ULONG>(size), 0};
+  Variant array;
+  VARIANT* place = array.Receive();
+  place->parray = SafeArrayCreate(type, 1, &bound);
+  place->vt = VT_ARRAY | type;
+  return array;
+}
+
+Variant ToVariant(const testing::Argument& argument) {
+  if (const auto* value = std::get_if<Value>(&argument)) return Variant::From(*value);
+  if (const auto* texts = std::get_if<std::vector<std::string>>(&argument)) {
+    Variant array = ArrayOf(texts->size(), VT_BSTR);
+    for (LONG i = 0; i < static_cast<LONG>(texts->size()); ++i) {
+      Variant text{std::string_view((*texts)[i])};
+      SafeArrayPutElement(array.get().parray, &i, text.get().bstrVal);
+    }
+    return array;
+  }
+  const auto& flags = std::get<std::vector<bool>>(argument);
+  Variant array = ArrayOf(flags.size(), VT_BOOL);
+  for (LONG i = 0; i < static_cast<LONG>(flags.size()); ++i) {
+    VARIANT_BOOL flag = flags[i] ? VARIANT_TRUE : VARIANT_FALSE;
+    SafeArrayPutElement(array.get().parray, &i, &flag);
+  }
+  return array;
+}
+
+// What the array holds now.
+void FromVariant(const Variant& array, testing::Argument& argument) {
+  if (std::holds_alternative<Value>(argument)) {
+    argument = array.ToValue().value();
+    return;
+  }
+  LONG last = -1;
+  SafeArrayGetUBound(array.get().parray, 1, &last);
+  if (auto* texts = std::get_if<std::vector<std::string>>(&argument)) {
+    texts->clear();
+    for (LONG i = 0; i <= last; ++i) {
+      Variant text;
+      VARIANT* place = text.Receive();
+      place->vt = VT_BSTR;
+      SafeArrayGetElement(array.get().parray, &i, &place->bstrVal);
+      texts->push_back(text.ToText().value());
+    }
+    return;
+  }
+  auto& flags = std::get<std::vector<bool>>(argument);
+  flags.clear();
+  for (LONG i = 0; i <= last; ++i) {
+    VARIANT_BOOL flag = VARIANT_FALSE;
+    SafeArrayGetElement(array.get().parray, &i, &flag);
+    flags.push_back(flag != VARIANT_FALSE);
+  }
+}
+
+// A reference to a variable, as a macro passes it.
+Variant ReferenceTo(const Variant& variable) {
+  Variant reference;
+  VARIANT* place = reference.Receive();
+  place->vt = VT_BYREF | VT_VARIANT;
+  place->pvarVal = const_cast<VARIANT*>(&variable.get());
+  return reference;
 }
 
 }  // namespace
@@ -103,6 +172,14 @@ struct Client::Impl {
   ComPtr<IDispatch> application;
   ComPtr<IDispatch> globals;
   ComPtr<IDispatch> object;
+  // Whether the client is still there, for one that holds its object, and the other way round.
+  std::shared_ptr<bool> alive = std::make_shared<bool>(true);
+  std::weak_ptr<bool> holder;
+  struct Held {
+    standin::ExcelPtr excel;
+    std::weak_ptr<bool> owner;
+  };
+  std::vector<Held> held;
 };
 
 Client::Client(std::string_view class_name, Services& services, host::ApplicationPtr application)
@@ -120,10 +197,18 @@ Client::Client(std::string_view class_name, Services& services, host::Applicatio
 
 // Whatever a test did, the component called Excel as documented and let go of all its objects.
 Client::~Client() {
+  std::vector<standin::ExcelPtr> done;
+  // An object that another client's context still holds is let go of with that one.
+  if (impl_->holder.expired()) done.push_back(impl_->excel);
+  for (const Impl::Held& held : impl_->held) {
+    if (held.owner.expired()) done.push_back(held.excel);
+  }
   const standin::ExcelPtr excel = impl_->excel;
   impl_.reset();
-  EXPECT_THAT(excel->failures, ::testing::IsEmpty());
-  EXPECT_EQ(excel->living_objects, 0);
+  for (const standin::ExcelPtr& each : done) {
+    EXPECT_THAT(each->failures, ::testing::IsEmpty());
+    EXPECT_EQ(each->living_objects, 0);
+  }
   last_calls = std::move(excel->calls);
 }
 
@@ -134,12 +219,29 @@ void Client::Init() {
   Invoke(*impl_->object, "Init", DISPATCH_METHOD, {&globals});
 }
 
-void Client::Call(std::string_view method, const std::vector<Value>& arguments) {
-  std::vector<Variant> values;
-  for (const Value& argument : arguments) values.push_back(Variant::From(argument));
+void Client::SetMenus(Client& menus) {
+  Variant object(menus.impl_->object.get());
+  Invoke(*impl_->globals, "Menus", DISPATCH_PROPERTYPUTREF, {&object});
+  menus.impl_->holder = impl_->alive;
+  impl_->held.push_back({menus.impl_->excel, menus.impl_->alive});
+}
+
+Value Client::Call(std::string_view method, std::vector<Argument> arguments) {
+  return CallByReference(method, arguments);
+}
+
+// Every argument is a variable of the macro, so that each goes by reference.
+Value Client::CallByReference(std::string_view method, std::vector<Argument>& arguments) {
+  std::vector<Variant> variables;
+  std::vector<Variant> references;
+  for (const Argument& argument : arguments) variables.push_back(ToVariant(argument));
+  for (const Variant& variable : variables) references.push_back(ReferenceTo(variable));
   std::vector<const Variant*> pointers;
-  for (const Variant& value : values) pointers.push_back(&value);
-  Invoke(*impl_->object, method, DISPATCH_METHOD, pointers);
+  for (const Variant& reference : references) pointers.push_back(&reference);
+  // As a script reads a member: whether it is a method or a property is the server's business.
+  Variant result = Invoke(*impl_->object, method, DISPATCH_METHOD | DISPATCH_PROPERTYGET, pointers);
+  for (std::size_t i = 0; i < arguments.size(); ++i) FromVariant(variables[i], arguments[i]);
+  return result.ToValue().value();
 }
 
 }  // namespace testing

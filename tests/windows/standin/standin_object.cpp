@@ -1,5 +1,7 @@
 #include "standin_object.h"
 
+#include <algorithm>
+
 #include "core/convert.h"
 #include "hosts/excel/text.h"
 
@@ -9,6 +11,32 @@ namespace {
 constexpr int kTypeMismatch = 13;
 // What Excel answers to a caller that uses a locale it has no type library for.
 constexpr HRESULT kOldTypeLibrary = static_cast<HRESULT>(0x80028018);
+
+constexpr DISPID kFirstRoutineId = 1000000;
+
+// Members by which a caller tells what an object is: asking for them is no fault, though the object
+// has none.
+bool TellsTheKind(std::string_view kind, std::string_view name) {
+  return (kind == "Chart" && name == "UsedRange") ||
+         (kind == "CommandBarPopup" && name == "FaceId") ||
+         (kind == "CommandBarButton" && name == "Controls");
+}
+
+SCODE ScodeOf(int number) {
+  return number < 0 ? number : MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, number);
+}
+
+template <typename T>
+T Converted(const std::optional<T>& value) {
+  if (!value) throw HostError(kTypeMismatch, "Type mismatch");
+  return *value;
+}
+
+int OneOf(int number, std::initializer_list<int> values) {
+  if (std::find(values.begin(), values.end(), number) != values.end()) return number;
+  throw HostError(HostError::kApplicationDefined,
+                  "There is no such value: " + std::to_string(number));
+}
 
 bool IsMissing(const VARIANT& argument) {
   return argument.vt == VT_ERROR && argument.scode == DISP_E_PARAMNOTFOUND;
@@ -82,15 +110,23 @@ const Variant& Call::At(std::size_t place) const {
   return *argument;
 }
 
-int Call::Int(std::size_t place) const {
-  if (auto number = At(place).ToInt()) return *number;
-  throw HostError(kTypeMismatch, "Type mismatch");
+int Call::Int(std::size_t place) const { return Converted(At(place).ToInt()); }
+
+bool Call::Bool(std::size_t place) const { return Converted(At(place).ToBool()); }
+
+int Call::Enumerated(std::size_t place, std::initializer_list<int> values) const {
+  return OneOf(Int(place), values);
 }
 
-bool Call::Bool(std::size_t place) const {
-  if (auto boolean = At(place).ToBool()) return *boolean;
-  throw HostError(kTypeMismatch, "Type mismatch");
-}
+int Call::PutInt() const { return Converted(put_value_.ToInt()); }
+
+int Call::PutEnumerated(std::initializer_list<int> values) const { return OneOf(PutInt(), values); }
+
+double Call::PutDouble() const { return Converted(put_value_.ToDouble()); }
+
+bool Call::PutBool() const { return Converted(put_value_.ToBool()); }
+
+std::string Call::PutText() const { return Converted(put_value_.ToText()); }
 
 std::string Call::Text(std::size_t place) const {
   if (At(place).type() == VT_BSTR) return *At(place).ToText();
@@ -139,6 +175,11 @@ STDMETHODIMP StandInObject::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT coun
   if (locale != excel::kMacroLocale) return Fail(kOldTypeLibrary, name, "a foreign locale");
   for (UINT i = 0; i < count; ++i) ids[i] = DISPID_UNKNOWN;
   int place = FindMember(kind_, name);
+  if (place < 0 && count == 1 && HasRoutine(name)) {
+    ids[0] = IdOfRoutine(name);
+    return S_OK;
+  }
+  if (place < 0 && TellsTheKind(kind_, name)) return DISP_E_UNKNOWNNAME;
   if (place < 0) return Fail(DISP_E_UNKNOWNNAME, name, "there is no such member");
   ids[0] = static_cast<DISPID>(kFirstId + place);
   const DocumentedMember& member = ObjectModel()[place];
@@ -152,6 +193,13 @@ STDMETHODIMP StandInObject::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT coun
     }
   }
   return S_OK;
+}
+
+DISPID StandInObject::IdOfRoutine(const std::string& name) {
+  auto& routines = excel_->routines;
+  auto known = std::find(routines.begin(), routines.end(), name);
+  if (known == routines.end()) known = routines.insert(routines.end(), name);
+  return kFirstRoutineId + static_cast<DISPID>(known - routines.begin());
 }
 
 // Puts each argument at its place.
@@ -196,7 +244,7 @@ HRESULT StandInObject::Run(const std::string& member, EXCEPINFO* info, VARIANT* 
   } catch (const HostError& error) {
     if (info) {
       *info = {};
-      info->scode = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, error.number());
+      info->scode = ScodeOf(error.number());
       info->bstrSource = excel::MakeBstr(error.source());
       info->bstrDescription = excel::MakeBstr(error.description());
     }
@@ -226,9 +274,17 @@ STDMETHODIMP StandInObject::Invoke(DISPID id, REFIID iid, LCID locale, WORD flag
       return enumeration;
     });
   }
+  if (id >= kFirstRoutineId) {
+    const std::string routine = excel_->routines.at(id - kFirstRoutineId);
+    ++excel_->calls[std::string(kind_) + " routine " + routine];
+    return Run(routine, info, result, [&] {
+      CallRoutine(routine);
+      return Variant();
+    });
+  }
   const auto& model = ObjectModel();
   std::size_t place = static_cast<std::size_t>(id - kFirstId);
-  if (id < kFirstId || place >= model.size() || model[place].kind != kind_) {
+  if (id < kFirstId || place >= model.size() || !IsMemberOf(model[place], kind_)) {
     return Fail(DISP_E_MEMBERNOTFOUND, std::to_string(id), "the identifier is of no member");
   }
   const DocumentedMember& member = model[place];

@@ -7,6 +7,7 @@
 #include <oleauto.h>
 
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
@@ -35,6 +36,8 @@ struct Excel {
   std::map<std::string, int> calls;
   // The worksheets in use: a sheet is one object, however it is reached.
   std::vector<std::pair<host::WorksheetPtr, StandInObject*>> worksheets;
+  // The names of sheet routines that were looked up.
+  std::vector<std::string> routines;
 };
 using ExcelPtr = std::shared_ptr<Excel>;
 
@@ -58,10 +61,19 @@ class Call {
   int Int(std::size_t place) const;
   bool Bool(std::size_t place) const;
   std::string Text(std::size_t place) const;
+  bool IsText(std::size_t place) const { return At(place).type() == VT_BSTR; }
   // Null when the argument is no object.
   IDispatch* Object(std::size_t place) const;
-  // The value of a put.
+  // An enumeration's value. HostError 1004 for one that the enumeration does not have.
+  int Enumerated(std::size_t place, std::initializer_list<int> values) const;
+  // The value of a put, and the same of the type that the property has: HostError 13 for a value
+  // that does not convert, 1004 for a number that is none of the enumeration's.
   const Variant& put_value() const { return put_value_; }
+  int PutInt() const;
+  int PutEnumerated(std::initializer_list<int> values) const;
+  double PutDouble() const;
+  bool PutBool() const;
+  std::string PutText() const;
   // Throws NotServed unless the arguments from this place on were left out.
   void RefuseFrom(std::size_t place) const;
 
@@ -94,12 +106,17 @@ class StandInObject : public IDispatch {
 
   // Throws HostError for what Excel refuses, NotServed for what only the stand-in does not do.
   virtual Variant Answer(const Call& call) = 0;
+  // Whether the object has a routine of its own besides its kind's members, as a sheet with a code
+  // module has, and a call of it.
+  virtual bool HasRoutine(const std::string&) { return false; }
+  virtual void CallRoutine(const std::string& name) { throw NotServed{"the routine " + name}; }
   // The objects of a collection.
   virtual std::vector<Variant> Items() { throw NotServed{"an enumeration"}; }
 
   const ExcelPtr& excel() const { return excel_; }
 
  private:
+  DISPID IdOfRoutine(const std::string& name);
   HRESULT Fail(HRESULT result, std::string_view member, std::string_view what);
   HRESULT Bind(Call& call, const DISPPARAMS& parameters);
   HRESULT Run(const std::string& member, EXCEPINFO* info, VARIANT* result,

@@ -25,6 +25,10 @@ struct MenuEntry {
 // objects that still refer to it fail.
 struct MenuControl {
   MenuControl(host::MsoControlType type, MenuControl* parent) : type(type), parent(parent) {}
+  // What stood in it may outlive it, and is deleted with it.
+  ~MenuControl() {
+    for (const auto& control : controls) control->parent = nullptr;
+  }
 
   const host::MsoControlType type;
   MenuControl* parent;  // null for the bar itself, and for a deleted control
