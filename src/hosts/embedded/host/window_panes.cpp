@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "host/row_edits.h"
 #include "package/column_width.h"
 
 namespace vantora::embedded {
@@ -12,11 +13,6 @@ namespace {
 constexpr double kFrameHeight = 54;
 constexpr double kFrameWidth = 45;
 constexpr double kTwips = 20;
-
-double HeightOf(const SheetModel& sheet, int row) {
-  const RowFormat& format = sheet.rows.Of(row);
-  return format.hidden ? 0 : format.height.value_or(sheet.standard_row_height);
-}
 
 // Rows or columns as a window shows them one after the other.
 struct Axis {
@@ -69,7 +65,7 @@ void FreezeAtSplit(Axis& axis) {
 void FreezePanes(SheetView& view, const BookWindow& window, const SheetModel& sheet,
                  const ColumnSizes& column_sizes) {
   if (view.panes == SheetView::Panes::kFrozen) return;
-  Axis rows{[&](int row) { return HeightOf(sheet, row); },
+  Axis rows{[&](int row) { return RowHeight(sheet, sheet.rows.Of(row)); },
             kMaxRow,
             std::max(window.height() - kFrameHeight, 0.0),
             view.top_left.row,
