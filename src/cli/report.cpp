@@ -225,7 +225,7 @@ Json OutcomeJson(const RunOutcome& outcome) {
 void WriteChanges(const embedded::ChangeList& changes, std::ostream& out,
                   std::size_t cells_of_a_sheet) {
   if (changes.inserted.empty() && changes.cells.empty() && changes.others.empty()) {
-    // Hidden rows, protection, panes and the like are no part of the list.
+    // Scroll positions, panes and windows are no part of the list.
     out << "No cell changed.\n";
     return;
   }
