@@ -174,11 +174,10 @@ def strays(before, after, concerned):
 
 
 def _child_name(element):
-    """The name of a worksheet's child; alternative content counts as what it holds."""
+    """The name of a child; alternative content counts as what it holds, foreign elements as none."""
     if element.tag.endswith('}AlternateContent'):
-        inner = [item.tag for choice in element for item in choice]
-        return inner[0].replace(MAIN, '') if inner else None
-    return element.tag.replace(MAIN, '')
+        element = next((item for choice in element for item in choice), element)
+    return element.tag.replace(MAIN, '') if element.tag.startswith(MAIN) else None
 
 
 if __name__ == '__main__':
