@@ -116,6 +116,10 @@ class PackageChecks:
             for kind, target in workbook.relations(name).values():
                 self.assertTrue(kind == 'hyperlink' or target in workbook.parts,
                                 f'{name} is related to {target}, which is not there')
+        windows = {str(number) for number, _ in enumerate(workbook.root.iter(MAIN + 'workbookView'))}
+        for name, sheet in workbook.sheets.items():
+            views = {view.get('workbookViewId') for view in sheet.root.iter(MAIN + 'sheetView')}
+            self.assertLessEqual(views, windows, f'{name}: a view of a window that is not there')
         self._check_chain(workbook)
 
     def _check_chain(self, workbook):
