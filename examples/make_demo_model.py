@@ -243,7 +243,8 @@ def reference_sheet(sheets, names, dashboard):
         sheet.put(f'C{row}', f'={reference}', 'body')
     row = 14
     for data in sheets:
-        keys = sorted((r, cell.value) for (r, c), cell in data.cells.items() if c == 9 and r > 4)
+        keys = sorted((r, cell.value) for (r, c), cell in data.cells.items()
+                      if c == 9 and r > 4 and cell.value)
         for _, key in keys:
             sheet.row(row, 'E', [key], 'body')
             sheet.row(row, 'F', ['9'], 'left')

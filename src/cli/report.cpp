@@ -225,7 +225,8 @@ Json OutcomeJson(const RunOutcome& outcome) {
 void WriteChanges(const embedded::ChangeList& changes, std::ostream& out,
                   std::size_t cells_of_a_sheet) {
   if (changes.inserted.empty() && changes.cells.empty() && changes.others.empty()) {
-    out << "Nothing changed.\n";
+    // Scroll positions, panes and windows are no part of the list.
+    out << "No cell changed.\n";
     return;
   }
   for (const std::string& sheet : SheetsOf(changes)) {

@@ -63,6 +63,26 @@ int FlagNumber(const host::WorksheetPtr& sheet, std::string_view flag, int defau
   return number && *number > 0 && *number <= kLargestFlagNumber ? *number : default_number;
 }
 
+host::WorkbookPtr ActiveWorkbookOf(host::Application& application) {
+  host::WorkbookPtr workbook = application.ActiveWorkbook();
+  if (!workbook) throw MacroError(HostError::kObjectNotSet, "No workbook is open.");
+  return workbook;
+}
+
+host::WindowPtr ActiveWindowOf(host::Application& application) {
+  host::WindowPtr window = application.ActiveWindow();
+  if (!window) throw MacroError(HostError::kObjectNotSet, "No window is open.");
+  return window;
+}
+
+host::WorksheetPtr ActiveWorksheetOf(host::Application& application) {
+  host::WorksheetPtr sheet = application.ActiveSheet();
+  if (!sheet && application.ActiveWorkbook()) {
+    throw MacroError(HostError::kTypeMismatch, "Type mismatch: the active sheet is no worksheet.");
+  }
+  return sheet;
+}
+
 host::WorksheetPtr FindFlaggedSheet(host::Application& application, std::string_view flag) {
   host::WorksheetPtr active = application.ActiveSheet();
   if (SheetHasFlag(active, flag)) return active;

@@ -24,6 +24,13 @@ bool SheetHasFlag(const host::WorksheetPtr& sheet, std::string_view flag);
 // within 1 to 5000. `sheet` must not be null. A failing host call reaches the caller.
 int FlagNumber(const host::WorksheetPtr& sheet, std::string_view flag, int default_number = 0);
 
+// Each throws HostError 91 when there is none: no workbook or no window is open.
+host::WorkbookPtr ActiveWorkbookOf(host::Application& application);
+host::WindowPtr ActiveWindowOf(host::Application& application);
+// The active sheet where only a worksheet will do: throws HostError 13 for a chart sheet. Null when
+// no workbook is open.
+host::WorksheetPtr ActiveWorksheetOf(host::Application& application);
+
 // The active sheet when it carries the flag, else the first worksheet of the active workbook in tab
 // order that does; null when none does or no workbook is open.
 host::WorksheetPtr FindFlaggedSheet(host::Application& application, std::string_view flag);

@@ -32,4 +32,9 @@ class HostError : public std::runtime_error {
   std::string source_;
 };
 
+// What the component's own macro language raises, under one of its numbers above.
+inline HostError MacroError(int number, const std::string& description) {
+  return HostError(number, description, "Orvanemcro1");
+}
+
 }  // namespace vantora

@@ -4,7 +4,6 @@
 
 #include "core/common.h"
 #include "core/model_layout.h"
-#include "maintenance/flagged_sheets.h"
 #include "maintenance/planning_key_check.h"
 #include "presentation/dashboard.h"
 #include "presentation/menu_management.h"
@@ -15,7 +14,6 @@ namespace {
 
 using host::WorksheetPtr;
 
-constexpr std::string_view kProtectedFlag = "P";
 constexpr std::string_view kScrollColumnFlag = "C";
 constexpr std::string_view kScrollRowFlag = "R";
 constexpr std::string_view kFreezeRowFlag = "U";
@@ -27,18 +25,13 @@ constexpr int kUsualFreezeRow = 4;
 constexpr int kUsualFreezeColumn = 5;
 constexpr int kAllColumns = 0;
 
-HostError ObjectNotSet(const char* what) {
-  return HostError(HostError::kObjectNotSet, std::string("Object variable not set: ") + what,
-                   "Orvanemcro1");
-}
-
 }  // namespace
 
 void clsDevelopmentMode::DevelopmentMode() {
   if (!initialized()) return;
   application()->SetScreenUpdating(false);
   const WorksheetPtr remembered_sheet = application()->ActiveSheet();
-  if (!remembered_sheet) throw ObjectNotSet("no worksheet is active.");
+  if (!remembered_sheet) throw MacroError(HostError::kObjectNotSet, "No worksheet is active.");
   const bool to_normal = !remembered_sheet->Cells(model::kFlagRow, 1)->RowsHidden();
   for (const WorksheetPtr& sheet : ActiveWorkbookOf(*application())->Worksheets()) {
     SwitchSheet(sheet, to_normal);
@@ -53,7 +46,7 @@ void clsDevelopmentMode::DevelopmentMode() {
 }
 
 void clsDevelopmentMode::SwitchSheet(const WorksheetPtr& sheet, bool to_normal) {
-  const bool is_protected = SheetHasFlag(sheet, kProtectedFlag);
+  const bool is_protected = SheetHasFlag(sheet, model::kProtectedSheetFlag);
   if (is_protected && !to_normal) sheet->Unprotect();
   sheet->Cells(model::kFlagRow, 1)->SetRowsHidden(to_normal);
   if (is_protected && to_normal) sheet->Protect();
@@ -77,7 +70,7 @@ void clsDevelopmentMode::FinishDevelopmentMode() {
 
 clsMenuManagement& clsDevelopmentMode::Menus() {
   const std::shared_ptr<clsMenuManagement> menu_object = menus();
-  if (!menu_object) throw ObjectNotSet("the session has no menus.");
+  if (!menu_object) throw MacroError(HostError::kObjectNotSet, "The session has no menus.");
   // The session context keeps it.
   return *menu_object;
 }
@@ -118,9 +111,7 @@ void clsDevelopmentMode::AlignSheet(const WorksheetPtr& sheet) {
 
 host::WindowPtr clsDevelopmentMode::WindowOn(host::Worksheet& sheet) {
   sheet.Activate();
-  host::WindowPtr window = application()->ActiveWindow();
-  if (!window) throw ObjectNotSet("no window is open.");
-  return window;
+  return ActiveWindowOf(*application());
 }
 
 void clsDevelopmentMode::CheckPlanningKeys() {

@@ -8,11 +8,8 @@
 
 namespace vantora {
 
-// Throws HostError 91 when no workbook is open.
-host::WorkbookPtr ActiveWorkbookOf(host::Application& application);
-
 // Calls work(sheet) for each worksheet of the active workbook that carries the flag, in tab order.
-// Each sheet's flag is looked at when its turn comes.
+// Each sheet's flag is looked at when its turn comes. Throws HostError 91 when no workbook is open.
 template <typename Work>
 void ForEachFlaggedSheet(host::Application& application, std::string_view flag, Work&& work) {
   for (const host::WorksheetPtr& sheet : ActiveWorkbookOf(application)->Worksheets()) {

@@ -23,10 +23,6 @@ constexpr std::string_view kEndRowFlag = "end";
 constexpr int kLastYear = model::kLastPlanningColumn;
 constexpr int kSaveCells = 10;
 
-HostError MacroError(int number, const std::string& text) {
-  return HostError(number, text, "Orvanemcro1");
-}
-
 bool IsDigit(char32_t c) { return c >= U'0' && c <= U'9'; }
 
 std::string ToUtf8(char32_t c) {

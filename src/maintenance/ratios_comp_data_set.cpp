@@ -23,9 +23,8 @@ constexpr int kLastStartRemainder = 1;
 constexpr int kLastDataRemainder = 90;
 
 HostError OutOfRange(const std::string& what, int row) {
-  return HostError(HostError::kSubscriptOutOfRange,
-                   "Subscript out of range: " + what + " in row " + std::to_string(row) + ".",
-                   "Orvanemcro1");
+  return MacroError(HostError::kSubscriptOutOfRange,
+                    "Subscript out of range: " + what + " in row " + std::to_string(row) + ".");
 }
 
 // A text that is no number, such as a heading, counts as 0.

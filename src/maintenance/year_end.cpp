@@ -18,12 +18,6 @@ using host::XlInsertShiftDirection;
 using host::XlPasteSpecialOperation;
 using host::XlPasteType;
 
-// What the host's macro language reports for a member of an object that is not there.
-HostError ObjectNotSet(const std::string& what) {
-  constexpr int kObjectVariableNotSet = 91;
-  return HostError(kObjectVariableNotSet, what, "Orvanemcro1");
-}
-
 std::string CopyingCellsIn(host::Worksheet& sheet) { return "copying cells in " + sheet.Name(); }
 
 char HistoryColumnLetter(int column) {
@@ -92,7 +86,7 @@ void clsYearEnd::SaveAtMarker(int source_column, std::string_view caption) {
 int clsYearEnd::GoToMarkerColumn() {
   application()->Goto(model::kMarkerName);
   host::RangePtr marker = application()->Selection();
-  if (!marker) throw ObjectNotSet("The name \"marker\" selects no cells.");
+  if (!marker) throw MacroError(HostError::kObjectNotSet, "The name \"marker\" selects no cells.");
   return marker->Column();
 }
 

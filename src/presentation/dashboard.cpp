@@ -56,18 +56,9 @@ std::string HiddenToken(const std::vector<bool>& flags) {
 // A number as the macro language's integers hold it.
 int ToInteger(int number) {
   if (number < INT16_MIN || number > INT16_MAX) {
-    throw HostError(HostError::kOverflow, "Overflow", "Orvanemcro1");
+    throw MacroError(HostError::kOverflow, "Overflow");
   }
   return number;
-}
-
-host::WorksheetPtr ActiveWorksheet(host::Application& application) {
-  host::WorksheetPtr sheet = application.ActiveSheet();
-  if (!sheet) {
-    throw HostError(HostError::kTypeMismatch, "Type mismatch: the active sheet is no worksheet.",
-                    "Orvanemcro1");
-  }
-  return sheet;
 }
 
 // Points as the chart list counts them.
@@ -234,7 +225,7 @@ std::vector<clsDashboard::ChartEntry> clsDashboard::ReadChartList(clsRefSheet& r
 void clsDashboard::DashboardConfigure() {
   if (!initialized()) return;
   application()->SetScreenUpdating(false);
-  const host::WorksheetPtr remembered_sheet = ActiveWorksheet(*application());
+  const host::WorksheetPtr remembered_sheet = ActiveWorksheetOf(*application());
   clsRefSheet reference_sheet(services());
   InitInner(reference_sheet);
   if (!reference_sheet.ChartsListIsDefined())
@@ -264,11 +255,10 @@ void clsDashboard::AddColumns(frmDashConfigure& dialog, const std::vector<ChartE
     std::vector<std::string> titles;
     for (; next != charts.end() && next->column == column; ++next) {
       if (titles.size() == kMostTitles) {
-        throw HostError(HostError::kSubscriptOutOfRange,
-                        "Subscript out of range: column " + std::to_string(column) +
-                            " of the dashboard has more than " + std::to_string(kMostTitles) +
-                            " charts in the chart list.",
-                        "Orvanemcro1");
+        throw MacroError(HostError::kSubscriptOutOfRange,
+                         "Subscript out of range: column " + std::to_string(column) +
+                             " of the dashboard has more than " + std::to_string(kMostTitles) +
+                             " charts in the chart list.");
       }
       titles.push_back(next->title);
     }

@@ -38,8 +38,7 @@ CommandBarControlPtr AddButton(CommandBarControl& parent, std::string_view capti
 }
 
 HostError SubscriptOutOfRange(const std::string& what) {
-  return HostError(HostError::kSubscriptOutOfRange, "Subscript out of range: " + what,
-                   "Orvanemcro1");
+  return MacroError(HostError::kSubscriptOutOfRange, "Subscript out of range: " + what);
 }
 
 // The column of a chart entry's tag "side:column"; 0 when the tag has no colon.
@@ -59,12 +58,6 @@ void IgnoringFailure(Step step) {
   }
 }
 
-host::WindowPtr ActiveWindowOf(host::Application& application) {
-  host::WindowPtr window = application.ActiveWindow();
-  if (!window) throw HostError(HostError::kObjectNotSet, "No window is open.", "Orvanemcro1");
-  return window;
-}
-
 }  // namespace
 
 void clsMenuManagement::CreateDashboardMenuBar() {
@@ -75,7 +68,7 @@ void clsMenuManagement::CreateDashboardMenuBar() {
   dashboard_popup->SetCaption("D&ashboard");
   dashboard_popup->SetTag(kDashboardMenuTag);
   dashboard_popup->SetVisible(false);
-  if (SheetHasFlag(ActiveWorksheet(), model::kDashboardSheetFlag)) {
+  if (SheetHasFlag(ActiveWorksheetOf(*application()), model::kDashboardSheetFlag)) {
     dashboard_popup->SetVisible(true);
   }
   if (!FindFlaggedSheet(*application(), model::kDashboardSheetFlag)) return;
@@ -127,7 +120,7 @@ void clsMenuManagement::SetDashboardMenuPanes() {
   if (!initialized()) return;
   const auto& [left, right] = chart_selections_;
   if (!left || !right) return;
-  if (!SheetHasFlag(ActiveWorksheet(), model::kDashboardSheetFlag)) return;
+  if (!SheetHasFlag(ActiveWorksheetOf(*application()), model::kDashboardSheetFlag)) return;
   std::size_t panes = 0;
   IgnoringFailure([&] { panes = ActiveWindowOf(*application())->Panes().size(); });
   if (panes == static_cast<std::size_t>(pane_mode_) || panes < 1 || panes > 2) return;
@@ -149,9 +142,9 @@ void clsMenuManagement::SelectConfig(std::int16_t config_number) {
   if (!initialized()) return;
   const bool screen_updating = application()->ScreenUpdating();
   const bool activate = config_number <= 0;
-  if (config_number == INT16_MIN) throw HostError(HostError::kOverflow, "Overflow", "Orvanemcro1");
+  if (config_number == INT16_MIN) throw MacroError(HostError::kOverflow, "Overflow");
   const int configuration = activate ? -config_number : config_number;
-  host::WorksheetPtr active = ActiveWorksheet();
+  host::WorksheetPtr active = ActiveWorksheetOf(*application());
   host::WorksheetPtr dashboard = FindFlaggedSheet(*application(), model::kDashboardSheetFlag);
   if (!dashboard) return;
   if (activate) application()->SetScreenUpdating(false);
@@ -216,15 +209,6 @@ void clsMenuManagement::ShowVisibleChartEntries() {
       entry->SetVisible(visible[column - 1]);
     }
   }
-}
-
-host::WorksheetPtr clsMenuManagement::ActiveWorksheet() {
-  host::WorksheetPtr sheet = application()->ActiveSheet();
-  if (!sheet && application()->ActiveWorkbook()) {
-    throw HostError(HostError::kTypeMismatch, "Type mismatch: the active sheet is no worksheet.",
-                    "Orvanemcro1");
-  }
-  return sheet;
 }
 
 }  // namespace vantora

@@ -32,8 +32,7 @@ void clsDisplayModes::SetPresentationDisplay(const Value&, const Value&, const V
 
 void clsDisplayModes::Toggle(Arrangement arrangement) {
   application()->SetScreenUpdating(false);
-  const host::WorkbookPtr workbook = application()->ActiveWorkbook();
-  if (!workbook) throw HostError(HostError::kObjectNotSet, "No workbook is open.", "Orvanemcro1");
+  const host::WorkbookPtr workbook = ActiveWorkbookOf(*application());
   if (workbook->Windows().size() > 1) {
     ReturnToOneWindow(*workbook);
   } else if (arrangement == Arrangement::kUpDown) {
@@ -63,7 +62,7 @@ void clsDisplayModes::ReturnToOneWindow(host::Workbook& workbook) {
 }
 
 void clsDisplayModes::ArrangeUpDown(host::Workbook& workbook) {
-  const WindowPtr lower = application()->ActiveWindow();
+  const WindowPtr lower = ActiveWindowOf(*application());
   const WindowPtr upper = workbook.NewWindow();
   upper->SetWindowState(XlWindowState::kNormal);
   upper->SetTop(0);
@@ -81,7 +80,7 @@ void clsDisplayModes::ArrangeUpDown(host::Workbook& workbook) {
 }
 
 void clsDisplayModes::ArrangeLeftRight(host::Workbook& workbook) {
-  const WindowPtr right = application()->ActiveWindow();
+  const WindowPtr right = ActiveWindowOf(*application());
   const WindowPtr left = workbook.NewWindow();
   left->SetWindowState(XlWindowState::kNormal);
   left->SetTop(0);
@@ -104,7 +103,7 @@ double clsDisplayModes::FullScreenAllowance() {
 
 void clsDisplayModes::SelectDashboard() {
   // The first dashboard in tab order, whichever sheet is active.
-  for (const host::WorksheetPtr& sheet : application()->ActiveWorkbook()->Worksheets()) {
+  for (const host::WorksheetPtr& sheet : ActiveWorkbookOf(*application())->Worksheets()) {
     if (!SheetHasFlag(sheet, model::kDashboardSheetFlag)) continue;
     sheet->Select();
     return;

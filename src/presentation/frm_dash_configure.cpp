@@ -168,7 +168,8 @@ void frmDashConfigure::AddButtons() {
   };
   Button& cancel = add("butCancel", "Cancel", kWidth - kMargin - kButtonWidth);
   cancel.SetCancel();
-  cancel.on_click = [this] { Hide(); };
+  // As the close box does: whoever shows the dialog can tell that the user left it.
+  cancel.on_click = [this] { Unload(); };
 }
 
 int frmDashConfigure::PageCount() const {

@@ -18,8 +18,9 @@ class clsRefSheet;
 
 // Made at run time: Init, Dashboard and CheckBoxListSize come first, then AddColumn for each
 // column, then the dialog is shown modally. OK stores what was changed and rebuilds the dashboard's
-// menu; Cancel and the close box store nothing. A host call that fails while OK stores ends the
-// dialog: its error comes out of the modal showing, and a dashboard that was protected is so again.
+// menu; Cancel and the close box unload it and store nothing. A host call that fails while OK
+// stores ends the dialog: its error comes out of the modal showing, and a dashboard that was
+// protected is so again.
 //
 // Controls: txtName1 to txtName9, the configurations' names; chk3_2, whether column 3 is shown in
 // configuration 2; butAll2, which checks all columns of configuration 2, or none when all are

@@ -62,8 +62,6 @@ class clsMenuManagement : public BoundObject {
   // Shows and hides the columns; returns the last one that belongs to the configuration, 0 for
   // configuration 0.
   int ApplyConfig(host::Worksheet& dashboard, int configuration);
-  // Null when no workbook is open. Throws HostError 13 when a chart sheet is active.
-  host::WorksheetPtr ActiveWorksheet();
 
   // The left and the right chart selection; null until the dashboard's menu was created. Removing
   // the menu leaves them, and calls on them then fail.

@@ -25,11 +25,10 @@ struct SheetGroup {
 
   void Add(std::string name, int face_id) {
     if (count == kSheetsOfAGroup) {
-      throw HostError(HostError::kSubscriptOutOfRange,
-                      "Subscript out of range: a group of the menu holds 15 sheets, and there is "
-                      "no room for \"" +
-                          name + "\".",
-                      "Orvanemcro1");
+      throw MacroError(HostError::kSubscriptOutOfRange,
+                       "Subscript out of range: a group of the menu holds 15 sheets, and there is "
+                       "no room for \"" +
+                           name + "\".");
     }
     names[count] = std::move(name);
     face_ids[count] = face_id;
@@ -72,12 +71,8 @@ CommandBarControlPtr AddTableButton(CommandBarControl& parent, std::string_view 
 
 void clsMenuManagement::CreateVAMenuBar() {
   if (!initialized()) return;
-  host::WorkbookPtr workbook = application()->ActiveWorkbook();
-  if (!workbook) {
-    throw HostError(HostError::kObjectNotSet, "No workbook is open.", "Orvanemcro1");
-  }
   std::array<SheetGroup, kGroups> groups;
-  for (const host::WorksheetPtr& sheet : workbook->Worksheets()) {
+  for (const host::WorksheetPtr& sheet : ActiveWorkbookOf(*application())->Worksheets()) {
     if (!SheetHasFlag(sheet, model::kMenuSheetFlag)) continue;
     const int group = FlagNumber(sheet, model::kMenuSheetFlag);
     // Without a group the sheet is not in the menu.
@@ -128,9 +123,8 @@ void clsMenuManagement::AddTableEntries(CommandBarControl& model_popup) {
                                     : AddTableButton(model_popup, row.item, row, begin_group);
     } else if (!row.sub_item.empty() && !row.macro.empty()) {
       if (!sub_popup) {
-        throw HostError(HostError::kObjectNotSet,
-                        "The menu table's sub-item \"" + row.sub_item + "\" stands below no item.",
-                        "Orvanemcro1");
+        throw MacroError(HostError::kObjectNotSet, "The menu table's sub-item \"" + row.sub_item +
+                                                       "\" stands below no item.");
       }
       AddTableButton(*sub_popup, row.sub_item, row, begin_group);
     } else if (!row.sub_item.empty()) {
@@ -160,7 +154,7 @@ void clsMenuManagement::DeleteControlsByTag(std::string_view tag) {
 
 host::CommandBarPtr clsMenuManagement::ActiveMenuBar() {
   host::CommandBarPtr bar = application()->ActiveMenuBar();
-  if (!bar) throw HostError(HostError::kObjectNotSet, "No menu bar is shown.", "Orvanemcro1");
+  if (!bar) throw MacroError(HostError::kObjectNotSet, "No menu bar is shown.");
   return bar;
 }
 

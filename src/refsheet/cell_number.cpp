@@ -10,12 +10,10 @@
 namespace vantora {
 namespace {
 
-constexpr const char* kComponent = "Orvanemcro1";
-
-[[noreturn]] void ThrowOverflow() { throw HostError(HostError::kOverflow, "Overflow", kComponent); }
+[[noreturn]] void ThrowOverflow() { throw MacroError(HostError::kOverflow, "Overflow"); }
 
 [[noreturn]] void ThrowTypeMismatch() {
-  throw HostError(HostError::kTypeMismatch, "Type mismatch", kComponent);
+  throw MacroError(HostError::kTypeMismatch, "Type mismatch");
 }
 
 int ToShort(double number) {

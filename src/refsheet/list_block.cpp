@@ -48,9 +48,7 @@ void clsRefSheet::SelectHeading(int column) {
 
 host::RangePtr clsRefSheet::Selection() {
   host::RangePtr selection = application()->Selection();
-  if (!selection) {
-    throw HostError(HostError::kObjectNotSet, "No cells are selected.", "Orvanemcro1");
-  }
+  if (!selection) throw MacroError(HostError::kObjectNotSet, "No cells are selected.");
   return selection;
 }
 

@@ -309,7 +309,7 @@ TEST(Run, PlainOpenAndSaveChangesNothing) {
   const CommandResult result =
       model.Run({"clsGlobals.Version", "--output", model.path("out.xlsm").string(), "--changes"});
   EXPECT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_THAT(result.out, HasSubstr("\nNothing changed.\n"));
+  EXPECT_THAT(result.out, HasSubstr("\nNo cell changed.\n"));
   EXPECT_EQ(CellOf(model.path("out.xlsm"), "Planning!D5"), Value(5));
 }
 

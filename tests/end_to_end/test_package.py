@@ -16,6 +16,19 @@ WORKSHEET_ORDER = (
     'rowBreaks', 'colBreaks', 'customProperties', 'cellWatches', 'ignoredErrors', 'smartTags',
     'drawing', 'legacyDrawing', 'legacyDrawingHF', 'drawingHF', 'picture', 'oleObjects', 'controls',
     'webPublishItems', 'tableParts', 'extLst')
+# The children of other elements that operations write, likewise.
+ORDERS = {
+    'worksheet': WORKSHEET_ORDER,
+    'sheetView': ('pane', 'selection', 'pivotSelection', 'extLst'),
+    'workbook': (
+        'fileVersion', 'fileSharing', 'workbookPr', 'workbookProtection', 'bookViews', 'sheets',
+        'functionGroups', 'externalReferences', 'definedNames', 'calcPr', 'oleSize',
+        'customWorkbookViews', 'pivotCaches', 'smartTagPr', 'smartTagTypes', 'webPublishing',
+        'fileRecoveryPr', 'webPublishObjects', 'extLst'),
+    'styleSheet': (
+        'numFmts', 'fonts', 'fills', 'borders', 'cellStyleXfs', 'cellXfs', 'cellStyles', 'dxfs',
+        'tableStyles', 'colors', 'extLst'),
+}
 
 # What may change in the demonstration model, as patterns of part names; all else must come back as
 # it was. Sheets 3 to 6 are its data sheets, 2 the dashboard and 8 the ratios, which read them.
@@ -39,11 +52,39 @@ class PackageChecks:
             if not name.endswith(('.xml', '.rels', '.vml')):
                 continue
             root = ElementTree.fromstring(content)
-            if root.tag != MAIN + 'worksheet':
-                continue
-            order = [WORKSHEET_ORDER.index(tag) for tag in map(_child_name, root) if tag]
-            self.assertEqual(order, sorted(order), f'{name}: elements in another order')
-            self._check_cells(name, root)
+            for element in root.iter():
+                if (wanted := ORDERS.get(element.tag.replace(MAIN, ''))):
+                    order = [wanted.index(tag) for tag in map(_child_name, element) if tag]
+                    self.assertEqual(order, sorted(order), f'{name}: elements in another order')
+            if root.tag == MAIN + 'worksheet':
+                self._check_columns(name, root)
+                self._check_views(name, root)
+                self._check_cells(name, root)
+
+    def _check_columns(self, name, root):
+        """Runs of columns come in ascending order and do not overlap."""
+        last = 0
+        for run in root.iter(MAIN + 'col'):
+            self.assertGreater(int(run.get('min')), last, f'{name}: columns in another order')
+            self.assertGreaterEqual(int(run.get('max')), int(run.get('min')), name)
+            last = int(run.get('max'))
+
+    def _check_views(self, name, root):
+        """Each window is described once; a pane that is selected in or active is there."""
+        views = list(root.iter(MAIN + 'sheetView'))
+        numbers = [view.get('workbookViewId') for view in views]
+        self.assertEqual(len(numbers), len(set(numbers)), f'{name}: a window stands there twice')
+        for view in views:
+            pane = view.find(MAIN + 'pane')
+            split = [pane is not None and float(pane.get(key, 0)) > 0
+                     for key in ('xSplit', 'ySplit')]
+            panes = {'topLeft'} | {pane_name for pane_name, needed in (
+                ('topRight', split[0]), ('bottomLeft', split[1]), ('bottomRight', all(split)))
+                if needed}
+            used = [item.get('pane', 'topLeft') for item in view.findall(MAIN + 'selection')]
+            self.assertEqual(len(used), len(set(used)), f'{name}: a pane has two selections')
+            active = {pane.get('activePane', 'topLeft')} if pane is not None else set()
+            self.assertLessEqual(set(used) | active, panes, f'{name}: a pane that is not there')
 
     def _check_cells(self, name, root):
         """Rows and cells come in ascending order, none twice."""
@@ -75,6 +116,10 @@ class PackageChecks:
             for kind, target in workbook.relations(name).values():
                 self.assertTrue(kind == 'hyperlink' or target in workbook.parts,
                                 f'{name} is related to {target}, which is not there')
+        windows = {str(number) for number, _ in enumerate(workbook.root.iter(MAIN + 'workbookView'))}
+        for name, sheet in workbook.sheets.items():
+            views = {view.get('workbookViewId') for view in sheet.root.iter(MAIN + 'sheetView')}
+            self.assertLessEqual(views, windows, f'{name}: a view of a window that is not there')
         self._check_chain(workbook)
 
     def _check_chain(self, workbook):
@@ -133,11 +178,10 @@ def strays(before, after, concerned):
 
 
 def _child_name(element):
-    """The name of a worksheet's child; alternative content counts as what it holds."""
+    """The name of a child; alternative content counts as what it holds, foreign elements as none."""
     if element.tag.endswith('}AlternateContent'):
-        inner = [item.tag for choice in element for item in choice]
-        return inner[0].replace(MAIN, '') if inner else None
-    return element.tag.replace(MAIN, '')
+        element = next((item for choice in element for item in choice), element)
+    return element.tag.replace(MAIN, '') if element.tag.startswith(MAIN) else None
 
 
 if __name__ == '__main__':

@@ -54,6 +54,19 @@ TEST_F(RowsTest, HidesWholeRowsAndKeepsTheirHeight) {
   EXPECT_EQ(Row(3)->RowHeight(), 30);
 }
 
+TEST_F(RowsTest, TheListOfChangesNamesRowsThatWereHiddenOrShownAndProtection) {
+  RowsTo(2, 3)->SetRowsHidden(true);
+  session_->RecordChanges();
+  Row(3)->SetRowHeight(20);
+  RowsTo(5, 6)->SetRowsHidden(true);
+  Row(7)->SetRowHeight(0);
+  Row(9)->SetRowHeight(30);
+  sheet_->Protect();
+  EXPECT_EQ(session_->Changes().others,
+            (std::vector<std::string>{"rows shown at Data!3:3", "rows hidden at Data!5:7",
+                                      "worksheet \"Data\" protected"}));
+}
+
 TEST_F(RowsTest, AHeightOfZeroHidesAndAnyOtherShows) {
   Row(2)->SetRowHeight(0);
   EXPECT_TRUE(Row(2)->RowsHidden());

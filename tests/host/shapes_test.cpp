@@ -18,11 +18,12 @@ class ShapesTest : public testing::Test {
     const std::string& sheet = session_->file().part_of(0);
     package.Write("xl/drawings/drawing1.xml",
                   "<xdr:wsDr xmlns:xdr=\"d\"><xdr:sp><xdr:cNvPr id=\"2\" name=\"R&amp;D button\"/>"
-                  "</xdr:sp></xdr:wsDr>");
+                  "</xdr:sp><xdr:sp><xdr:cNvPr id=\"3\" name=\"Spinner 5\"/></xdr:sp></xdr:wsDr>");
     package.Write("xl/drawings/vmlDrawing1.vml",
                   "<xml><v:shape id=\"Spinner_x0020_1\"><x:ClientData ObjectType=\"Spin\"><br>"
                   "</x:ClientData></v:shape><v:shape id=\"_x0000_s1025\"><x:ClientData "
-                  "ObjectType=\"Note\"/></v:shape></xml>");
+                  "ObjectType=\"Note\"/></v:shape><v:shape id=\"Spinner_x0020_5\"><x:ClientData "
+                  "ObjectType=\"Spin\"/></v:shape></xml>");
     package.AddRelationship(sheet, std::string(kRelationships) + "drawing",
                             "../drawings/drawing1.xml");
     package.AddRelationship(sheet, std::string(kRelationships) + "vmlDrawing",
@@ -34,7 +35,7 @@ class ShapesTest : public testing::Test {
 
 TEST_F(ShapesTest, NamesShapesAndControlsButNoNotes) {
   EXPECT_THAT(ShapeNames(session_->file().package(), session_->file().part_of(0)),
-              testing::UnorderedElementsAre("R&D button", "Spinner 1"));
+              testing::UnorderedElementsAre("R&D button", "Spinner 1", "Spinner 5"));
 }
 
 TEST_F(ShapesTest, TheCallerIsAShapeOfTheActiveSheet) {

@@ -179,6 +179,19 @@ TEST_F(WindowsTest, AtTheFirstCellShownPanesFreezeInTheMiddle) {
   EXPECT_EQ(Scrolls(), "12,6 1 6 1 6");
 }
 
+TEST_F(WindowsTest, ColumnsCountAsWideAsTheyAre) {
+  Active()->SetWidth(45 + 10 * 48);
+  auto columns = App()->ActiveSheet()->Range(1, 1, 1, 3);
+  columns->SetColumnWidth(17.86);
+  App()->ActiveSheet()->Columns(2)->SetColumnsHidden(true);
+  const double wide = App()->ActiveSheet()->Columns(1)->Width();
+  ASSERT_GT(wide, 90);
+  // Half of the space is two wide columns, with a hidden one between them, and one as it was.
+  Active()->SetWidth(45 + 2 * (2 * wide + 48));
+  Freeze("A1");
+  EXPECT_EQ(Active()->ScrollColumn(), 5);
+}
+
 TEST_F(WindowsTest, ScrollingMovesTheScrollingPane) {
   Freeze("E4");
   Active()->SetScrollColumn(14);

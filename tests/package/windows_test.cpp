@@ -197,6 +197,24 @@ TEST_F(WindowsPackageTest, WindowsComeAndGo) {
   EXPECT_EQ(Saved(*file, kSheetPart), before);
 }
 
+TEST_F(WindowsPackageTest, TheViewOfAClosedWindowGoes) {
+  const struct {
+    int closed;
+    const char* views;
+  } kCases[] = {
+      {0, "<sheetViews><sheetView zoomScale=\"70\" workbookViewId=\"0\"/></sheetViews>"},
+      {1, "<sheetViews><sheetView tabSelected=\"1\" workbookViewId=\"0\"/></sheetViews>"}};
+  for (const auto& test : kCases) {
+    auto file =
+        OpenParts(TwoWindows("<sheetView tabSelected=\"1\" workbookViewId=\"0\"/><sheetView "
+                             "zoomScale=\"70\" workbookViewId=\"1\"/>"));
+    auto windows = AsOpened(*file);
+    windows.erase(windows.begin() + test.closed);
+    file->WriteWindows(windows);
+    EXPECT_THAT(Saved(*file, kSheetPart), HasSubstr(test.views)) << test.closed;
+  }
+}
+
 TEST_F(WindowsPackageTest, ASheetWithoutViewsGetsThemForASecondWindow) {
   auto file = OpenParts(OneSheet("<sheetPr/><sheetData/>"));
   file->WriteWindows({{0, {}, 0, {}}, {std::nullopt, {.width = 393, .height = 600}, 0, {}}});

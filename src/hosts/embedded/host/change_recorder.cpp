@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
+#include <set>
 #include <span>
 
 #include "formula/sheet_prefix.h"
 #include "host/column_formats.h"
+#include "host/row_edits.h"
 
 namespace vantora::embedded {
 
@@ -58,6 +60,8 @@ ChangeRecorder::ChangeRecorder(OpenWorkbook& workbook)
   for (const auto& sheet : workbook.model().sheets) {
     then_.push_back(sheet->cells.Clone());
     columns_then_.push_back(sheet->column_formats);
+    rows_then_.push_back(sheet->rows);
+    protected_then_.push_back(sheet->is_protected);
   }
 }
 
@@ -132,28 +136,54 @@ void ChangeRecorder::AddSheetChanges(int sheet, ChangeList& list, std::size_t& n
   std::move(changes.begin(), changes.end(), std::back_inserter(list.cells));
 }
 
-void ChangeRecorder::AddColumnChanges(int sheet, ChangeList& list) const {
+void ChangeRecorder::AddHidingChanges(int sheet, ChangeList& list) const {
+  std::string prefix;
+  AppendSheetPrefix(prefix, sheet, sheet, workbook_.model());
+  for (const Run& run : ChangedColumns(sheet)) {
+    const std::string place = ColumnLetters(run.first) + ":" + ColumnLetters(run.last);
+    list.others.push_back((run.hidden ? "columns hidden at " : "columns shown at ") + prefix +
+                          place);
+  }
+  for (const Run& run : ChangedRows(sheet)) {
+    const std::string place = std::to_string(run.first) + ":" + std::to_string(run.last);
+    list.others.push_back((run.hidden ? "rows hidden at " : "rows shown at ") + prefix + place);
+  }
+}
+
+std::vector<ChangeRecorder::Run> ChangeRecorder::ChangedColumns(int sheet) const {
   const SheetModel& model = workbook_.sheet(sheet);
-  // A sheet that was added since is new as a whole.
-  if (static_cast<std::size_t>(sheet) >= columns_then_.size()) return;
   const std::vector<ColumnFormat>& then = columns_then_[sheet];
   const int last_then = then.empty() ? 0 : then.back().last;
   const int last_now = model.column_formats.empty() ? 0 : model.column_formats.back().last;
-  int first = 0;
-  bool hidden = false;
-  for (int column = 1; column <= std::max(last_then, last_now) + 1; ++column) {
+  std::vector<Run> runs;
+  for (int column = 1; column <= std::max(last_then, last_now); ++column) {
     const std::optional<int> before = ColumnThen(sheet, column);
-    const bool hidden_now = IsColumnHidden(model, column);
-    const bool changed = before && IsColumnHidden(then, *before) != hidden_now;
-    if (first != 0 && (!changed || hidden_now != hidden)) {
-      std::string place;
-      AppendSheetPrefix(place, sheet, sheet, workbook_.model());
-      place += ColumnLetters(first) + ":" + ColumnLetters(column - 1);
-      list.others.push_back((hidden ? "columns hidden at " : "columns shown at ") + place);
-      first = 0;
-    }
-    if (changed && first == 0) first = column;
-    hidden = hidden_now;
+    const bool hidden = IsColumnHidden(model, column);
+    if (before && IsColumnHidden(then, *before) != hidden) Extend(runs, column, hidden);
+  }
+  return runs;
+}
+
+std::vector<ChangeRecorder::Run> ChangeRecorder::ChangedRows(int sheet) const {
+  const SheetModel& model = workbook_.sheet(sheet);
+  const RowTable& then = rows_then_[sheet];
+  std::set<int> formatted;
+  for (const RowTable* table : {&then, &model.rows}) {
+    for (const RowTable::Entry& entry : table->entries()) formatted.insert(entry.row);
+  }
+  std::vector<Run> runs;
+  for (int row : formatted) {
+    const bool hidden = RowHeight(model, model.rows.Of(row)) == 0;
+    if ((RowHeight(model, then.Of(row)) == 0) != hidden) Extend(runs, row, hidden);
+  }
+  return runs;
+}
+
+void ChangeRecorder::Extend(std::vector<Run>& runs, int at, bool hidden) {
+  if (!runs.empty() && runs.back().last + 1 == at && runs.back().hidden == hidden) {
+    runs.back().last = at;
+  } else {
+    runs.push_back({at, at, hidden});
   }
 }
 
@@ -175,7 +205,15 @@ ChangeList ChangeRecorder::Changes() const {
   for (int sheet : workbook_.model().tab_order) AddSheetChanges(sheet, list, new_results);
   list.others.assign(workbook_.notes().begin() + static_cast<std::ptrdiff_t>(notes_then_),
                      workbook_.notes().end());
-  for (int sheet : workbook_.model().tab_order) AddColumnChanges(sheet, list);
+  for (int sheet : workbook_.model().tab_order) {
+    // A sheet that was added since is new as a whole.
+    if (static_cast<std::size_t>(sheet) >= then_.size()) continue;
+    AddHidingChanges(sheet, list);
+    const SheetModel& model = workbook_.sheet(sheet);
+    if (model.is_protected == protected_then_[sheet]) continue;
+    list.others.push_back("worksheet \"" + model.name + "\" " +
+                          (model.is_protected ? "protected" : "unprotected"));
+  }
   if (new_results > 0) {
     list.others.push_back(std::to_string(new_results) + " formulas have new results");
   }

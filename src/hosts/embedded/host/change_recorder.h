@@ -11,7 +11,7 @@ namespace vantora::embedded {
 
 class ChangeRecorder {
  public:
-  // Remembers the workbook's cells as they are now. `workbook` must outlive the recorder.
+  // Remembers the workbook as it is now. `workbook` must outlive the recorder.
   explicit ChangeRecorder(OpenWorkbook& workbook);
 
   // What differs now from then; every value must be up to date.
@@ -19,8 +19,17 @@ class ChangeRecorder {
 
  private:
   void AddSheetChanges(int sheet, ChangeList& list, std::size_t& new_results) const;
-  // Columns that were hidden or shown, a line for each run of them.
-  void AddColumnChanges(int sheet, ChangeList& list) const;
+  // Columns or rows beside each other that were hidden, or shown, alike.
+  struct Run {
+    int first;
+    int last;
+    bool hidden;
+  };
+  // `at` lies behind the runs.
+  static void Extend(std::vector<Run>& runs, int at, bool hidden);
+  void AddHidingChanges(int sheet, ChangeList& list) const;
+  std::vector<Run> ChangedColumns(int sheet) const;
+  std::vector<Run> ChangedRows(int sheet) const;
   // The column that a column of now was then; nullopt for one inserted since.
   std::optional<int> ColumnThen(int sheet, int column_now) const;
   // The formula `then` of a cell that stood at `cell` has only followed insertions to become `now`.
@@ -30,6 +39,8 @@ class ChangeRecorder {
   OpenWorkbook& workbook_;
   std::vector<CellStore> then_;
   std::vector<std::vector<ColumnFormat>> columns_then_;
+  std::vector<RowTable> rows_then_;
+  std::vector<bool> protected_then_;
   std::size_t insertions_then_;
   std::size_t notes_then_;
 };

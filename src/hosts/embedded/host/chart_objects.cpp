@@ -3,6 +3,7 @@
 
 #include "host/change_recorder.h"
 #include "host/objects.h"
+#include "host/row_edits.h"
 #include "package/column_width.h"
 #include "package/sheet_charts.h"
 
@@ -14,16 +15,12 @@ constexpr std::int64_t kMostCellsOfText = 100;
 
 double ToPoints(std::int64_t units) { return static_cast<double>(units) / kDrawingUnitsPerPoint; }
 
-double HeightOf(const SheetModel& sheet, const RowFormat& row) {
-  return row.hidden ? 0 : row.height.value_or(sheet.standard_row_height);
-}
-
 double TopOfRow(const SheetModel& sheet, int row) {
-  const double standard = HeightOf(sheet, sheet.rows.standard());
+  const double standard = RowHeight(sheet, sheet.rows.standard());
   double top = standard * (row - 1);
   for (const RowTable::Entry& entry : sheet.rows.entries()) {
     if (entry.row >= row) break;
-    top += HeightOf(sheet, entry.format) - standard;
+    top += RowHeight(sheet, entry.format) - standard;
   }
   return top;
 }
@@ -55,7 +52,7 @@ class EmbeddedChartObject : public host::ChartObject {
   double TopOf(const AnchorPlace& place) {
     const SheetModel& sheet = book_->sheet(sheet_);
     return TopOfRow(sheet, place.row) +
-           std::min(ToPoints(place.row_offset), HeightOf(sheet, sheet.rows.Of(place.row)));
+           std::min(ToPoints(place.row_offset), RowHeight(sheet, sheet.rows.Of(place.row)));
   }
   // What the cells hold now, joined; nullopt when they can't be told or read.
   std::optional<std::string> TextOfCells(const std::string& formula);

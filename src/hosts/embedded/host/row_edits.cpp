@@ -64,9 +64,13 @@ void SetRowsHidden(OpenWorkbook& book, int sheet, const Area& area, bool hidden)
   });
 }
 
+double RowHeight(const SheetModel& sheet, const RowFormat& format) {
+  return IsHidden(format) ? 0 : format.height.value_or(sheet.standard_row_height);
+}
+
 double RowHeight(OpenWorkbook& book, int sheet, int row) {
-  const RowFormat& format = book.sheet(sheet).rows.Of(row);
-  return IsHidden(format) ? 0 : format.height.value_or(book.sheet(sheet).standard_row_height);
+  const SheetModel& target = book.sheet(sheet);
+  return RowHeight(target, target.rows.Of(row));
 }
 
 void SetRowHeight(OpenWorkbook& book, int sheet, const Area& area, double points) {

@@ -10,7 +10,8 @@ namespace vantora::embedded {
 bool RowsHidden(OpenWorkbook& book, int sheet, const Area& area);
 void SetRowsHidden(OpenWorkbook& book, int sheet, const Area& area, bool hidden);
 
-// In points; 0 for a hidden row.
+// In points; 0 for a hidden row. The sheet says how high rows are that say nothing themselves.
+double RowHeight(const SheetModel& sheet, const RowFormat& format);
 double RowHeight(OpenWorkbook& book, int sheet, int row);
 // 0 hides the rows and any other height shows them. Throws HostError 1004 beyond 409.5.
 void SetRowHeight(OpenWorkbook& book, int sheet, const Area& area, double points);

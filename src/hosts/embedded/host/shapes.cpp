@@ -1,5 +1,7 @@
 #include "host/shapes.h"
 
+#include <algorithm>
+
 #include "core/convert.h"
 #include "package/xml_scanner.h"
 
@@ -16,7 +18,8 @@ void AddDrawingNames(std::string_view drawing, std::vector<std::string>& names) 
   }
 }
 
-// Form controls of workbooks whose controls stand in the legacy drawing alone.
+// Form controls of workbooks whose controls stand in the legacy drawing alone; later ones have them
+// in both drawings.
 void AddLegacyNames(std::string_view drawing, std::vector<std::string>& names) {
   XmlScanner scanner(drawing, XmlScanner::Mode::kLenient);
   std::string shape;
@@ -25,7 +28,8 @@ void AddLegacyNames(std::string_view drawing, std::vector<std::string>& names) {
     if (scanner.local_name() == "shape") {
       shape = DecodeSpreadsheetText(scanner.Attribute("id").value_or(""));
     } else if (scanner.local_name() == "ClientData" &&
-               scanner.Attribute("ObjectType").value_or("Note") != "Note") {
+               scanner.Attribute("ObjectType").value_or("Note") != "Note" &&
+               std::ranges::find(names, shape) == names.end()) {
       names.push_back(shape);
     }
   }

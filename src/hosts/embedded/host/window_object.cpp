@@ -132,7 +132,8 @@ void EmbeddedWindow::Close() { window_.book->windows().Close(window_->id); }
 void EmbeddedWindow::SetFreezePanes(bool freeze) {
   SheetView& view = window_.View("FreezePanes");
   if (freeze) {
-    FreezePanes(view, *window_, window_.book->sheet(window_->active_sheet));
+    const int sheet = window_->active_sheet;
+    FreezePanes(view, *window_, window_.book->sheet(sheet), window_.book->Columns(sheet));
   } else {
     UnfreezePanes(view);
   }

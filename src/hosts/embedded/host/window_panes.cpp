@@ -1,9 +1,10 @@
 #include "host/window_panes.h"
 
 #include <algorithm>
-#include <charconv>
 #include <functional>
-#include <string_view>
+
+#include "host/row_edits.h"
+#include "package/column_width.h"
 
 namespace vantora::embedded {
 namespace {
@@ -11,33 +12,7 @@ namespace {
 // What a window's height and width hold beside the cells: title, headings, tabs, scroll bars.
 constexpr double kFrameHeight = 54;
 constexpr double kFrameWidth = 45;
-// A column of the standard width, and a unit of width, in points, at the usual standard font.
-constexpr double kStandardColumn = 48;
-constexpr double kColumnUnit = 5.25;
 constexpr double kTwips = 20;
-
-double HeightOf(const SheetModel& sheet, int row) {
-  const RowFormat& format = sheet.rows.Of(row);
-  return format.hidden ? 0 : format.height.value_or(sheet.standard_row_height);
-}
-
-double WidthOf(const SheetModel& sheet, int column) {
-  auto run = std::ranges::partition_point(
-      sheet.column_formats, [&](const ColumnFormat& format) { return format.last < column; });
-  if (run == sheet.column_formats.end() || run->first > column) return kStandardColumn;
-  const std::string_view attributes = run->attributes;
-  if (attributes.find(" hidden=\"1\"") != std::string_view::npos ||
-      attributes.find(" hidden=\"true\"") != std::string_view::npos) {
-    return 0;
-  }
-  constexpr std::string_view kWidth = " width=\"";
-  const std::size_t at = attributes.find(kWidth);
-  if (at == std::string_view::npos) return kStandardColumn;
-  double width = 0;
-  std::from_chars(attributes.data() + at + kWidth.size(), attributes.data() + attributes.size(),
-                  width);
-  return width * kColumnUnit;
-}
 
 // Rows or columns as a window shows them one after the other.
 struct Axis {
@@ -87,15 +62,16 @@ void FreezeAtSplit(Axis& axis) {
 
 }  // namespace
 
-void FreezePanes(SheetView& view, const BookWindow& window, const SheetModel& sheet) {
+void FreezePanes(SheetView& view, const BookWindow& window, const SheetModel& sheet,
+                 const ColumnSizes& column_sizes) {
   if (view.panes == SheetView::Panes::kFrozen) return;
-  Axis rows{[&](int row) { return HeightOf(sheet, row); },
+  Axis rows{[&](int row) { return RowHeight(sheet, sheet.rows.Of(row)); },
             kMaxRow,
             std::max(window.height() - kFrameHeight, 0.0),
             view.top_left.row,
             view.active_cell.row,
             view.split_rows};
-  Axis columns{[&](int column) { return WidthOf(sheet, column); },
+  Axis columns{[&](int column) { return column_sizes.Width(column) * kPointsPerPixel; },
                kMaxColumn,
                std::max(window.width() - kFrameWidth, 0.0),
                view.top_left.column,

@@ -1,6 +1,7 @@
 // The panes of a window on a sheet: freezing them and scrolling in them.
 #pragma once
 
+#include "host/column_sizes.h"
 #include "host/workbook_windows.h"
 
 namespace vantora::embedded {
@@ -8,7 +9,8 @@ namespace vantora::embedded {
 // Freezes what the window shows above and left of the active cell. A cell that lies outside of what
 // is shown is scrolled into the middle first; at the first cell that is shown the panes are frozen
 // in the middle of the window. Split panes are frozen where they are split.
-void FreezePanes(SheetView& view, const BookWindow& window, const SheetModel& sheet);
+void FreezePanes(SheetView& view, const BookWindow& window, const SheetModel& sheet,
+                 const ColumnSizes& column_sizes);
 // The window then shows what the top left pane showed. Split panes stay.
 void UnfreezePanes(SheetView& view);
 

@@ -311,13 +311,14 @@ SheetView ReadSheetView(const SheetMarkup& markup, int window) {
   return {};
 }
 
-void WriteSheetViews(SheetMarkup& markup, const std::vector<SheetViewToWrite>& windows) {
+void WriteSheetViews(SheetMarkup& markup, const std::vector<SheetViewToWrite>& windows,
+                     std::size_t windows_before) {
   const std::string& prefix = markup.prefix;
   const MarkupElement* existing = markup.Find("sheetViews");
   const std::string before = existing ? existing->text : "";
   const std::vector<ViewPlaces> views =
       before.empty() ? std::vector<ViewPlaces>() : ReadAllPlaces(before);
-  bool same_windows = true;
+  bool same_windows = windows.size() == windows_before;
   for (std::size_t window = 0; window < windows.size(); ++window) {
     same_windows &= windows[window].origin == static_cast<int>(window);
   }

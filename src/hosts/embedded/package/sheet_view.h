@@ -49,6 +49,8 @@ struct SheetViewToWrite {
 
 // Makes the sheet's views those of the workbook's windows, in their order. What does not differ
 // stays as it is written; a sheet without views gets them when one has something to say.
-void WriteSheetViews(SheetMarkup& markup, const std::vector<SheetViewToWrite>& windows);
+// `windows_before` tells how many windows the markup was written for.
+void WriteSheetViews(SheetMarkup& markup, const std::vector<SheetViewToWrite>& windows,
+                     std::size_t windows_before);
 
 }  // namespace vantora::embedded

@@ -318,7 +318,7 @@ void WorkbookFile::WriteWindows(const std::vector<WindowToWrite>& windows) {
       const bool same_visibility = model_.sheets[id]->visibility == sheets_[id].loaded_visibility;
       if (!same_tab || !same_visibility) view.tab_selected = id == window.active_sheet;
     }
-    WriteSheetViews(sheets_[id].markup, views);
+    WriteSheetViews(sheets_[id].markup, views, active_sheets_.size());
   }
   active_sheets_.clear();
   for (const WindowToWrite& window : windows) active_sheets_.push_back(window.active_sheet);
