@@ -33,6 +33,8 @@ class Functions(CommandTestCase):
 
 
 def agree(formula, own, other):
+    if own is None:
+        return False
     if formula in EXCEL:
         return same_value(own, EXCEL[formula])
     if other == CellError('#NAME?') and any(name in formula for name in NEW):

@@ -105,29 +105,22 @@ Operand CumulatedPart(Call& call, bool interest) {
       (type != 0 && type != 1)) {
     return NumError();
   }
-  // The balance at the start of a period, right after a payment made then.
-  const double growth = std::pow(1 + rate, periods);
-  double payment = -present * rate * growth / (growth - 1);
-  if (type == 1) payment /= 1 + rate;
-  const auto balance_after = [&](double payments, double elapsed) {
-    // Payments at the start have borne interest for one period more.
-    const double annuity = (std::pow(1 + rate, payments) - 1) / rate;
-    const double earlier = std::pow(1 + rate, elapsed - payments + (type == 1 ? 1 : 0));
-    return present * std::pow(1 + rate, elapsed) + payment * annuity * earlier;
-  };
-  // What the balance falls by from the first period to the last is the principal.
-  double principal = 0;
-  if (type == 0) {
-    principal = balance_after(last, last) - balance_after(first - 1, first - 1);
-  } else {
-    // The first payment comes at once and bears no interest.
-    const auto balance = [&](double payments) {
-      return payments == 0 ? present : balance_after(payments, payments - 1);
-    };
-    principal = balance(last) - balance(first - 1);
+  // (1 + rate) ^ n - 1, exact for small rates as well.
+  const auto growth = [&](double n) { return std::expm1(n * std::log1p(rate)); };
+  // Payments at the start of the periods are smaller by one period's interest.
+  const double earlier = type == 1 ? 1 + rate : 1;
+  const double first_principal = -present * rate / growth(periods);
+  const double payment = (first_principal - present * rate) / earlier;
+  // The principal grows by the rate from one payment to the next, except that a payment made at
+  // once bears no interest.
+  const bool at_once = type == 1 && first == 1;
+  const double from = at_once ? 2 : first;
+  double principal = at_once ? payment : 0;
+  if (last >= from) {
+    principal +=
+        first_principal / earlier * (growth(from - 1) + 1) * growth(last - from + 1) / rate;
   }
-  const double paid = payment * (last - first + 1);
-  return Scalar::Number(interest ? paid - principal : principal);
+  return Scalar::Number(interest ? payment * (last - first + 1) - principal : principal);
 }
 Operand CumulatedInterest(Call& call) { return CumulatedPart(call, true); }
 Operand CumulatedPrincipal(Call& call) { return CumulatedPart(call, false); }
