@@ -155,6 +155,16 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"CLEAN(CHAR(9)&\"a\"&CHAR(10)&\"b\u00e4\")", "\"ab\u00e4\""},
                     Case{"ISFORMULA(1)", "#VALUE!"}, Case{"ISFORMULA(A1)", "FALSE"}));
 
+TEST(ArrayResults, OfChoices) {
+  Data book;
+  EXPECT_EQ(book.Result("VLOOKUP(\"kiwi\",CHOOSE({1,2},C1:C6,D1:D6),2,FALSE)"), "6");
+  EXPECT_EQ(book.ArrayResult("CHOOSE({1,3},D1:D2,0)", "M20:N21"), "3,#VALUE!;2,#VALUE!");
+  EXPECT_EQ(book.ArrayResult("IFS(D1:D4>3,\"high\",D1:D4>2,E1:E4)", "M20:M23"),
+            "6;#N/A;\"high\";\"high\"");
+  EXPECT_EQ(book.ArrayResult("SWITCH(G1:G4,1,\"one\",F3,0,9)", "M20:M21"), "\"one\";#N/A");
+  EXPECT_EQ(book.Result("SUMPRODUCT(SWITCH(G1:G4,1,10,2,20,0))"), "30");
+}
+
 TEST(ArrayResults, OfLinesAndMatrices) {
   Data book;
   EXPECT_EQ(book.ArrayResult("LINEST({1;9;5;7},{0;4;2;3})", "M20:N20"), "2,1");

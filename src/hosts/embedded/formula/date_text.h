@@ -22,7 +22,8 @@ struct DateText {
 
 // "2020-03-31", "2020/3/31", "3/31/2020", "31-Mar-2020", "31 March 20", "March 31, 2020",
 // "Mar-2020", "31-Mar" (of this year), "14:30", "2:30:15 PM", "9 AM", a date with a time behind it.
-// Years of two digits are those from 1930 to 2029.
+// Years of two digits are those from 1930 to 2029. When `this_year` is negative, a date without its
+// year is none.
 DateText ReadDateTime(std::string_view text, bool is_1904, int this_year);
 
 }  // namespace vantora::embedded
