@@ -33,7 +33,16 @@ def planning_models():
 
 def run_command(model, method, *options, output):
     """Runs `vantora run` and returns what it printed; the result is the file `output`."""
-    command = [COMMAND, 'run', str(model), method, *options, '--output', str(output)]
+    return run_to_end('run', str(model), method, *options, '--output', str(output))
+
+
+def run_recalculate(model, *, output):
+    """Runs `vantora recalculate` and returns what it printed; the result is the file `output`."""
+    return run_to_end('recalculate', str(model), '--output', str(output))
+
+
+def run_to_end(*arguments):
+    command = [COMMAND, *arguments]
     finished = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True,
                               timeout=300, check=False)
     if finished.returncode != 0:

@@ -46,6 +46,19 @@ TEST_F(RowsPackageTest, ReadsWhatRowsHaveOfTheirOwn) {
   EXPECT_EQ(sheet.rows.entries(), expected);
 }
 
+TEST_F(RowsPackageTest, KnowsWhichRowsAFilterChoosesFrom) {
+  const std::string rows = "<sheetData><row r=\"3\" hidden=\"1\"/></sheetData>";
+  const auto filtered = OpenParts(
+      OneSheet(rows + "<autoFilter ref=\"A2:B5\"><filterColumn colId=\"0\"/></autoFilter>"));
+  EXPECT_FALSE(Sheet(*filtered).IsFiltered(2));
+  EXPECT_TRUE(Sheet(*filtered).IsFiltered(3));
+  EXPECT_TRUE(Sheet(*filtered).IsFiltered(5));
+  EXPECT_FALSE(Sheet(*filtered).IsFiltered(6));
+  // A filter without a condition hides nothing.
+  const auto idle = OpenParts(OneSheet(rows + "<autoFilter ref=\"A2:B5\"/>"));
+  EXPECT_FALSE(Sheet(*idle).IsFiltered(3));
+}
+
 TEST_F(RowsPackageTest, WritesOnlyTheAttributesThatChange) {
   const struct {
     std::string rows;

@@ -19,7 +19,7 @@ namespace vantora::embedded {
 struct Uncalculated {
   int sheet = 0;
   CellAddress cell;
-  // In plain words: "function XLOOKUP is not supported", "circular reference".
+  // In plain words: "function UNIQUE is not supported", "circular reference".
   std::string reason;
 };
 

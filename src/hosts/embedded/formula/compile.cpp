@@ -35,14 +35,6 @@ constexpr BinaryOperator kBinaryOperators[] = {
     {"/", Kind::kDivide, 4},       {"^", Kind::kPower, 5},
 };
 
-// The name under which a function is known: newer ones carry a prefix in the file.
-std::string_view WithoutPrefix(std::string_view name) {
-  for (std::string_view prefix : {"_XLFN.", "_XLWS.", "_XLUDF."}) {
-    if (name.substr(0, prefix.size()) == prefix) name.remove_prefix(prefix.size());
-  }
-  return name;
-}
-
 class Compiler {
  public:
   explicit Compiler(const Formula& formula) : formula_(formula), text_(formula.text) {}

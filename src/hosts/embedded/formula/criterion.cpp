@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "formula/date_text.h"
 #include "formula/evaluator.h"
 #include "formula/lexical.h"
 #include "formula/number_text.h"
@@ -23,6 +24,11 @@ Scalar OperandOf(Call& call, std::string_view text) {
   if (EqualIgnoringAsciiCase(text, "TRUE")) return Scalar::Boolean(true);
   if (EqualIgnoringAsciiCase(text, "FALSE")) return Scalar::Boolean(false);
   if (const std::optional<CellError> error = ErrorOfName(text)) return Scalar::Error(*error);
+  constexpr int kNoYear = -1;
+  const DateText date = ReadDateTime(text, call.evaluator().model().date_1904, kNoYear);
+  if (date.kind == DateText::Kind::kDateTime) {
+    return Scalar::Number(date.value.day + date.value.time);
+  }
   if (MayBeDateOrTime(text)) {
     call.evaluator().Stop("the condition \"" + std::string(text) +
                           "\" may be a date, which is not supported");

@@ -14,6 +14,7 @@ constexpr std::string_view kSheetPrefix = "_xlws.";
 // Functions that came after Excel 2007; sorted.
 constexpr std::string_view kNewer[] = {"ACOT",
                                        "ACOTH",
+                                       "AGGREGATE",
                                        "ARABIC",
                                        "BASE",
                                        "BETA.DIST",

@@ -5,21 +5,20 @@
 #include <functional>
 #include <utility>
 
+#include "formula/function.h"
 #include "formula/lexical.h"
 #include "formula/sheet_prefix.h"
 
 namespace vantora::embedded {
 namespace {
 
-// Functions whose value may change without a change of their arguments.
+// Functions whose value may change without a change of their arguments: those of the table that
+// are marked so, and some that can't be calculated here.
 bool IsVolatileFunction(std::string_view name) {
-  static constexpr std::string_view kVolatile[] = {
-      "NOW",    "TODAY",    "RAND", "RANDBETWEEN", "_xlfn.RANDARRAY",
-      "OFFSET", "INDIRECT", "CELL", "INFO"};
-  for (std::string_view candidate : kVolatile) {
-    if (EqualIgnoringAsciiCase(name, candidate)) return true;
-  }
-  return false;
+  const std::string upper = UpperAscii(name);
+  const std::string_view known = WithoutPrefix(upper);
+  if (const FunctionEntry* function = FindFunction(known)) return function->is_volatile;
+  return known == "RANDARRAY" || known == "INFO";
 }
 
 // One end of a reference: a cell, a column (row 0) or a row (column 0).

@@ -19,18 +19,34 @@ char FunctionEntry::Takes(std::size_t parameter) const {
   return takes[star + 1 + (parameter - star) % (takes.size() - star - 1)];
 }
 
+std::vector<const FunctionEntry*> AllFunctions() {
+  std::vector<const FunctionEntry*> all;
+  for (std::span<const FunctionEntry> group :
+       {LogicFunctions(), MathFunctions(), TrigonometryFunctions(), StatisticsFunctions(),
+        DistributionFunctions(), RegressionFunctions(), SubtotalFunctions(), LookupFunctions(),
+        XLookupFunctions(), InformationFunctions(), TextFunctions(), DateFunctions(),
+        WorkdayFunctions(), FinanceFunctions(), DepreciationFunctions()}) {
+    for (const FunctionEntry& entry : group) all.push_back(&entry);
+  }
+  std::ranges::sort(all, {}, &FunctionEntry::name);
+  return all;
+}
+
 const FunctionEntry* FindFunction(std::string_view name) {
   static const std::unordered_map<std::string_view, const FunctionEntry*> table = [] {
     std::unordered_map<std::string_view, const FunctionEntry*> by_name;
-    for (std::span<const FunctionEntry> group :
-         {LogicFunctions(), MathFunctions(), StatisticsFunctions(), LookupFunctions(),
-          TextFunctions(), DateFunctions(), FinanceFunctions()}) {
-      for (const FunctionEntry& entry : group) by_name.emplace(entry.name, &entry);
-    }
+    for (const FunctionEntry* entry : AllFunctions()) by_name.emplace(entry->name, entry);
     return by_name;
   }();
   const auto found = table.find(name);
   return found == table.end() ? nullptr : found->second;
+}
+
+std::string_view WithoutPrefix(std::string_view name) {
+  for (std::string_view prefix : {"_XLFN.", "_XLWS.", "_XLUDF."}) {
+    if (name.substr(0, prefix.size()) == prefix) name.remove_prefix(prefix.size());
+  }
+  return name;
 }
 
 Operand Call::Evaluate(std::size_t i) { return Evaluate(i, array_mode_); }

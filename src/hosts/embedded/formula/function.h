@@ -32,21 +32,38 @@ struct FunctionEntry {
   int most = 0;
   std::string_view takes;
   Operand (*handler)(Call& call) = nullptr;
+  // Its value may change without a change of its arguments.
+  bool is_volatile = false;
 
   char Takes(std::size_t parameter) const;
 };
 
+inline constexpr bool kVolatile = true;
+
 // The functions by kind; together they are the table that FindFunction looks in.
 std::span<const FunctionEntry> LogicFunctions();
 std::span<const FunctionEntry> MathFunctions();
+std::span<const FunctionEntry> TrigonometryFunctions();
 std::span<const FunctionEntry> StatisticsFunctions();
+std::span<const FunctionEntry> DistributionFunctions();
+std::span<const FunctionEntry> RegressionFunctions();
+std::span<const FunctionEntry> SubtotalFunctions();
 std::span<const FunctionEntry> LookupFunctions();
+std::span<const FunctionEntry> XLookupFunctions();
+std::span<const FunctionEntry> InformationFunctions();
 std::span<const FunctionEntry> TextFunctions();
 std::span<const FunctionEntry> DateFunctions();
+std::span<const FunctionEntry> WorkdayFunctions();
 std::span<const FunctionEntry> FinanceFunctions();
+std::span<const FunctionEntry> DepreciationFunctions();
+
+// All of them, by name.
+std::vector<const FunctionEntry*> AllFunctions();
 
 // By upper-case name without prefix; null when the function is not supported.
 const FunctionEntry* FindFunction(std::string_view name);
+// The upper-case name under which a function is known: newer ones carry a prefix in the file.
+std::string_view WithoutPrefix(std::string_view name);
 
 // One call. The arguments are counted from 0; the conversions of an argument give 0, false or ""
 // when it can't be converted, and the call's result is then the error.

@@ -1,75 +1,14 @@
-// Dates as serial numbers. Day 1 of the 1900 system is 1 January 1900, and day 60 is a 29 February
-// 1900 that never was; day 0 of the 1904 system is 1 January 1904.
+// Dates and times, and their parts.
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <ctime>
 
+#include "formula/calendar.h"
+#include "formula/date_text.h"
 #include "formula/functions.h"
 
 namespace vantora::embedded {
 namespace {
-
-namespace chrono = std::chrono;
-
-struct Date {
-  int year = 1900;
-  int month = 1;
-  int day = 1;
-};
-
-// 31 December 9999.
-constexpr int kLastDay1900 = 2958465;
-constexpr int kDaysBetweenSystems = 1462;
-
-bool Is1904(const Call& call) { return call.evaluator().model().date_1904; }
-int LastDay(bool is_1904) { return is_1904 ? kLastDay1900 - kDaysBetweenSystems : kLastDay1900; }
-
-// Days since 1 January 1970 of a date of the proleptic calendar; the month may be any number.
-int CivilDays(int year, int month, int day) {
-  const int months = year * 12 + month - 1;
-  const chrono::year_month_day first{
-      chrono::year(static_cast<int>(std::floor(months / 12.0))),
-      chrono::month(static_cast<unsigned>(((months % 12) + 12) % 12 + 1)), chrono::day(1)};
-  return chrono::sys_days(first).time_since_epoch().count() + day - 1;
-}
-
-const int kEpoch1900 = CivilDays(1899, 12, 31);
-const int kEpoch1904 = CivilDays(1904, 1, 1);
-
-int SerialOf(int year, int month, int day, bool is_1904) {
-  const int civil = CivilDays(year, month, day);
-  if (is_1904) return civil - kEpoch1904;
-  const int serial = civil - kEpoch1900;
-  return serial >= 60 ? serial + 1 : serial;
-}
-
-Date DateOf(int serial, bool is_1904) {
-  if (!is_1904) {
-    if (serial == 0) return {1900, 1, 0};
-    if (serial == 60) return {1900, 2, 29};
-    if (serial > 60) --serial;
-  }
-  const chrono::sys_days days{chrono::days((is_1904 ? kEpoch1904 : kEpoch1900) + serial)};
-  const chrono::year_month_day date{days};
-  return {static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
-          static_cast<int>(static_cast<unsigned>(date.day()))};
-}
-
-// A date argument's day; #NUM! outside the calendar.
-int DayArgument(Call& call, std::size_t i) {
-  const double serial = std::floor(call.Number(i));
-  if (serial < 0 || serial > LastDay(Is1904(call))) {
-    call.Fail(CellError::kNum);
-    return 1;
-  }
-  return static_cast<int>(serial);
-}
-
-Scalar DayOrError(int serial, bool is_1904) {
-  if (serial < 0 || serial > LastDay(is_1904)) return Scalar::Error(CellError::kNum);
-  return Scalar::Number(serial);
-}
 
 Operand DateFromParts(Call& call) {
   int year = call.Integer(0);
@@ -88,10 +27,6 @@ Date DateArgument(Call& call) { return DateOf(DayArgument(call, 0), Is1904(call)
 Operand Year(Call& call) { return Scalar::Number(DateArgument(call).year); }
 Operand Month(Call& call) { return Scalar::Number(DateArgument(call).month); }
 Operand Day(Call& call) { return Scalar::Number(DateArgument(call).day); }
-
-int DaysInMonth(int year, int month, bool is_1904) {
-  return SerialOf(year, month + 1, 1, is_1904) - SerialOf(year, month, 1, is_1904);
-}
 
 // The date moved by the months of the second argument. Neither may be a Boolean.
 Date MovedByMonths(Call& call) {
@@ -122,9 +57,8 @@ Operand EndOfMonth(Call& call) {
 
 // 1 for Sunday in the first kind of numbering, which day 1 of the 1900 system is taken to be.
 Operand Weekday(Call& call) {
-  const int serial = DayArgument(call, 0) + (Is1904(call) ? kDaysBetweenSystems : 0);
+  const int from_sunday = DayOfWeek(DayArgument(call, 0), Is1904(call));
   const int kind = call.Integer(1, 1);
-  const int from_sunday = (serial + 6) % 7;
   if (kind == 1) return Scalar::Number(from_sunday + 1);
   if (kind == 2) return Scalar::Number((from_sunday + 6) % 7 + 1);
   if (kind == 3) return Scalar::Number((from_sunday + 6) % 7);
@@ -173,8 +107,37 @@ Operand Time(Call& call) {
   return Scalar::Number(std::fmod(seconds, 86400) / 86400);
 }
 
+// What a text tells of a date and a time; nullopt, and #VALUE! or the end of the evaluation, when
+// it tells neither or may be read in two ways.
+std::optional<DateTime> DateTimeArgument(Call& call) {
+  const bool is_1904 = Is1904(call);
+  const std::string_view text = call.Text(0);
+  if (call.failed()) return std::nullopt;
+  const int this_year = DateOf(static_cast<int>(NowSerial(is_1904)), is_1904).year;
+  const DateText found = ReadDateTime(text, is_1904, this_year);
+  if (found.kind == DateText::Kind::kAmbiguous) {
+    call.evaluator().Stop("the text \"" + std::string(text) +
+                          "\" is a date whose day and month may be exchanged");
+  } else if (found.kind == DateText::Kind::kNone) {
+    call.Fail(CellError::kValue);
+  } else {
+    return found.value;
+  }
+  return std::nullopt;
+}
+
+Operand DateValue(Call& call) {
+  const std::optional<DateTime> found = DateTimeArgument(call);
+  return Scalar::Number(found ? found->day : 0);
+}
+Operand TimeValue(Call& call) {
+  const std::optional<DateTime> found = DateTimeArgument(call);
+  return Scalar::Number(found ? found->time : 0);
+}
+
 constexpr FunctionEntry kFunctions[] = {
     {"DATE", 3, 3, "v", DateFromParts},
+    {"DATEVALUE", 1, 1, "v", DateValue},
     {"DAY", 1, 1, "v", Day},
     {"DAYS", 2, 2, "v", Days},
     {"EDATE", 2, 2, "v", MonthsLater},
@@ -182,10 +145,11 @@ constexpr FunctionEntry kFunctions[] = {
     {"HOUR", 1, 1, "v", Hour},
     {"MINUTE", 1, 1, "v", Minute},
     {"MONTH", 1, 1, "v", Month},
-    {"NOW", 0, 0, "v", Now},
+    {"NOW", 0, 0, "v", Now, kVolatile},
     {"SECOND", 1, 1, "v", Second},
     {"TIME", 3, 3, "v", Time},
-    {"TODAY", 0, 0, "v", Today},
+    {"TIMEVALUE", 1, 1, "v", TimeValue},
+    {"TODAY", 0, 0, "v", Today, kVolatile},
     {"WEEKDAY", 1, 2, "v", Weekday},
     {"YEAR", 1, 1, "v", Year},
 };

@@ -1,5 +1,6 @@
 // Present and future values, payments and rates of return. Money paid out is negative; payments
 // fall at the end of a period, or at its start when the type argument is not 0.
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -127,18 +128,25 @@ std::optional<double> FindRate(Value value, double guess) {
   return std::nullopt;
 }
 
+// The numbers of an argument that is cells or an array, in reading order; blanks, texts and
+// Booleans are left out. A single value is one number.
+std::vector<double> FlowsOf(Call& call, std::size_t i) {
+  std::vector<double> numbers;
+  const Operand values = call.evaluator().ToValues(call[i]);
+  ForEachNumberOf(call, values, [&](double number) { numbers.push_back(number); });
+  return numbers;
+}
+
+bool HasBothSigns(const std::vector<double>& flows) {
+  return std::ranges::any_of(flows, [](double flow) { return flow < 0; }) &&
+         std::ranges::any_of(flows, [](double flow) { return flow > 0; });
+}
+
 Operand Irr(Call& call) {
-  std::vector<double> flows;
-  const Operand values = call.evaluator().ToValues(call[0]);
-  ForEachNumberOf(call, values, [&](double number) { flows.push_back(number); });
+  const std::vector<double> flows = FlowsOf(call, 0);
   const double guess = call.Number(1, 0.1);
   if (call.failed()) return {};
-  bool paid = false, received = false;
-  for (double flow : flows) {
-    paid = paid || flow < 0;
-    received = received || flow > 0;
-  }
-  if (!paid || !received || guess <= -1) return Scalar::Error(CellError::kNum);
+  if (!HasBothSigns(flows) || guess <= -1) return Scalar::Error(CellError::kNum);
   const auto present_value = [&](double rate) {
     double value = 0;
     for (std::size_t i = flows.size(); i-- > 0;) value = flows[i] + value / (1 + rate);
@@ -146,6 +154,78 @@ Operand Irr(Call& call) {
   };
   const std::optional<double> rate = FindRate(present_value, guess);
   return rate ? Scalar::Number(*rate) : Scalar::Error(CellError::kNum);
+}
+
+// The same where blanks count as 0 and a text or a Boolean is an error.
+std::vector<double> StrictFlowsOf(Call& call, std::size_t i) {
+  std::vector<double> numbers;
+  const Operand values = call.evaluator().ToValues(call[i]);
+  ForEachValueOf(call, values, [&](const Scalar& value) {
+    if (value.IsText() || value.IsBoolean()) call.Fail(CellError::kValue);
+    call.FailIfError(value);
+    numbers.push_back(value.IsNumber() ? value.number : 0);
+  });
+  return numbers;
+}
+
+// Payments at any dates. The first date is where time starts; none may lie before it.
+struct DatedFlows {
+  std::vector<double> amounts;
+  std::vector<double> years;  // of 365 days, from the first date on
+
+  // The call fails when the arguments are none.
+  DatedFlows(Call& call, std::vector<double> flows, const std::vector<double>& dates)
+      : amounts(std::move(flows)) {
+    if (amounts.empty() || amounts.size() != dates.size()) call.Fail(CellError::kNum);
+    for (std::size_t i = 0; i < dates.size() && !call.failed(); ++i) {
+      const double days = std::trunc(dates[i]) - std::trunc(dates[0]);
+      if (days < 0 || dates[0] < 0) call.Fail(CellError::kNum);
+      years.push_back(days / 365);
+    }
+  }
+
+  double ValueAt(double rate) const {
+    double value = 0;
+    for (std::size_t i = 0; i < amounts.size(); ++i) {
+      value += amounts[i] / std::pow(1 + rate, years[i]);
+    }
+    return value;
+  }
+};
+
+// The host takes no rate of 0 or less here.
+Operand Xnpv(Call& call) {
+  const double rate = call.Number(0);
+  const DatedFlows flows(call, FlowsOf(call, 1), FlowsOf(call, 2));
+  if (call.failed()) return {};
+  if (rate <= 0) return Scalar::Error(CellError::kNum);
+  return Scalar::Number(flows.ValueAt(rate));
+}
+
+Operand Xirr(Call& call) {
+  const double guess = call.Number(2, 0.1);
+  const DatedFlows flows(call, StrictFlowsOf(call, 0), StrictFlowsOf(call, 1));
+  if (call.failed()) return {};
+  if (!HasBothSigns(flows.amounts) || guess <= -1) return Scalar::Error(CellError::kNum);
+  const std::optional<double> rate = FindRate([&](double at) { return flows.ValueAt(at); }, guess);
+  return rate ? Scalar::Number(*rate) : Scalar::Error(CellError::kNum);
+}
+
+// Payments are financed at one rate, receipts reinvested at another.
+Operand Mirr(Call& call) {
+  const std::vector<double> flows = FlowsOf(call, 0);
+  const double finance_rate = call.Number(1), reinvest_rate = call.Number(2);
+  if (call.failed()) return {};
+  double paid = 0, received = 0;
+  for (std::size_t i = 0; i < flows.size(); ++i) {
+    if (flows[i] < 0) paid += flows[i] / Growth(finance_rate, static_cast<double>(i));
+    if (flows[i] > 0) {
+      received += flows[i] * Growth(reinvest_rate, static_cast<double>(flows.size() - 1 - i));
+    }
+  }
+  if (paid == 0 || received == 0) return Scalar::Error(CellError::kDiv0);
+  const double periods = static_cast<double>(flows.size()) - 1;
+  return Scalar::Number(std::pow(-received / paid, 1 / periods) - 1);
 }
 
 Operand Rate(Call& call) {
@@ -164,15 +244,10 @@ Operand Rate(Call& call) {
 }
 
 constexpr FunctionEntry kFunctions[] = {
-    {"FV", 3, 5, "v", Fv},
-    {"IPMT", 4, 6, "v", Ipmt},
-    {"IRR", 1, 2, "rv", Irr},
-    {"NPER", 3, 5, "v", Nper},
-    {"NPV", 2, kAnyCount, "v*r", Npv},
-    {"PMT", 3, 5, "v", Pmt},
-    {"PPMT", 4, 6, "v", Ppmt},
-    {"PV", 3, 5, "v", Pv},
-    {"RATE", 3, 6, "v", Rate},
+    {"FV", 3, 5, "v", Fv},       {"IPMT", 4, 6, "v", Ipmt},   {"IRR", 1, 2, "rv", Irr},
+    {"MIRR", 3, 3, "rvv", Mirr}, {"NPER", 3, 5, "v", Nper},   {"NPV", 2, kAnyCount, "v*r", Npv},
+    {"PMT", 3, 5, "v", Pmt},     {"PPMT", 4, 6, "v", Ppmt},   {"PV", 3, 5, "v", Pv},
+    {"RATE", 3, 6, "v", Rate},   {"XIRR", 2, 3, "rrv", Xirr}, {"XNPV", 3, 3, "vrr", Xnpv},
 };
 
 }  // namespace

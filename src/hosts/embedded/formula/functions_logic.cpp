@@ -85,8 +85,44 @@ bool IsNotAvailable(const Scalar& value) {
 
 Operand IfNotAvailable(Call& call) { return Instead(call, IsNotAvailable); }
 
+// What `pick(value)` gives for each element of all arguments, where `value(i)` is the element of
+// argument i.
+template <typename Pick>
+Operand PickForEach(Call& call, Pick pick) {
+  Evaluator& evaluator = call.evaluator();
+  std::vector<Operand> arguments;
+  int rows = 1, columns = 1;
+  for (std::size_t i = 0; i < call.size(); ++i) {
+    arguments.push_back(evaluator.ToValues(Branch(call, i, false)));
+    const auto [own_rows, own_columns] = *Evaluator::SizeOf(arguments.back());
+    rows = std::max(rows, own_rows);
+    columns = std::max(columns, own_columns);
+  }
+  std::optional<Array> result = evaluator.NewArray(rows, columns);
+  if (!result || evaluator.stopped()) return {};
+  for (int row = 0; row < rows; ++row) {
+    for (int column = 0; column < columns; ++column) {
+      std::vector<Operand> none;
+      Call element(evaluator, none, {}, true);
+      const Scalar picked =
+          pick(element, [&](std::size_t i) { return RepeatedElement(arguments[i], row, column); });
+      result->At(row, column) = element.error() ? Scalar::Error(*element.error()) : picked;
+    }
+  }
+  return *std::move(result);
+}
+
 // Pairs of a condition and a value.
 Operand Ifs(Call& call) {
+  if (call.array_mode()) {
+    return PickForEach(call, [&](Call& element, const auto& value) {
+      for (std::size_t i = 0; i + 1 < call.size(); i += 2) {
+        if (element.BooleanOf(value(i))) return value(i + 1);
+        if (element.failed()) break;
+      }
+      return Scalar::Error(CellError::kNotAvailable);
+    });
+  }
   for (std::size_t i = 0; i + 1 < call.size(); i += 2) {
     const bool holds = call.BooleanOf(call.EvaluateValue(i));
     if (call.failed()) return {};
@@ -96,6 +132,17 @@ Operand Ifs(Call& call) {
 }
 
 Operand Switch(Call& call) {
+  if (call.array_mode()) {
+    return PickForEach(call, [&](Call& element, const auto& value) {
+      std::size_t i = 1;
+      if (element.FailIfError(value(0))) return Scalar();
+      for (; i + 1 < call.size(); i += 2) {
+        if (element.FailIfError(value(i))) return Scalar();
+        if (CompareScalars(value(0), value(i)) == 0) return value(i + 1);
+      }
+      return i < call.size() ? value(i) : Scalar::Error(CellError::kNotAvailable);
+    });
+  }
   const Scalar value = call.EvaluateValue(0);
   if (call.FailIfError(value)) return {};
   std::size_t i = 1;
@@ -112,8 +159,13 @@ Operand Choose(Call& call) {
   const Operand index =
       call.evaluator().ToParameter(call.Evaluate(0), call.evaluator().array_formula());
   if (index.IsArray()) {
-    call.evaluator().Stop("CHOOSE with an array of indices is not supported");
-    return {};
+    return PickForEach(call, [&](Call& element, const auto& value) {
+      const double chosen = element.NumberOf(value(0));
+      if (chosen >= 1 && chosen < static_cast<double>(call.size())) {
+        return value(static_cast<std::size_t>(chosen));
+      }
+      return Scalar::Error(CellError::kValue);
+    });
   }
   const double chosen = call.NumberOf(index.scalar);
   if (call.failed()) return {};

@@ -3,77 +3,11 @@
 #include <cmath>
 
 #include "formula/functions.h"
+#include "formula/lookup_line.h"
 #include "formula/unicode.h"
 
 namespace vantora::embedded {
 namespace {
-
-// One column or row of an operand, from the first element on.
-class Line {
- public:
-  Line(Evaluator& evaluator, const Operand& operand, bool vertical)
-      : evaluator_(evaluator), operand_(operand), vertical_(vertical) {
-    const std::optional<std::pair<int, int>> size = Evaluator::SizeOf(operand);
-    length_ = !size ? 0 : vertical ? size->first : size->second;
-  }
-
-  int length() const { return length_; }
-  Scalar At(int i) const {
-    return vertical_ ? evaluator_.ElementAt(operand_, i, 0) : evaluator_.ElementAt(operand_, 0, i);
-  }
-
-  // Visits the elements that are not blank from `from` on until `visit(i, value)` gives true; that
-  // one's place, or -1. Cells are read in growing pieces, so that an early hit costs little and
-  // cells that do not exist cost nothing.
-  template <typename Visitor>
-  int FindFirst(int from, Visitor&& visit) const {
-    if (!operand_.IsBlock()) {
-      for (int i = from; i < length_; ++i) {
-        const Scalar value = At(i);
-        if (!value.IsBlank() && visit(i, value)) return i;
-      }
-      return -1;
-    }
-    for (int size = 64; from < length_; size *= 2) {
-      const int to = std::min(length_ - from, size) + from - 1;
-      int found = -1;
-      evaluator_.ForEachCell(Piece(from, to), [&](int row, int column, const Scalar& value) {
-        if (found >= 0) return;
-        const int i = vertical_ ? row - operand_.block.area.first_row
-                                : column - operand_.block.area.first_column;
-        if (visit(i, value)) found = i;
-      });
-      if (evaluator_.stopped()) {
-        // All that is out of date is told at once.
-        if (to + 1 < length_) evaluator_.EnsureUpToDate(Piece(to + 1, length_ - 1));
-        return -1;
-      }
-      if (found >= 0) return found;
-      from = to + 1;
-    }
-    return -1;
-  }
-
- private:
-  Block Piece(int from, int to) const {
-    Block piece = operand_.block;
-    if (vertical_) {
-      piece.area.last_column = piece.area.first_column;
-      piece.area.last_row = piece.area.first_row + to;
-      piece.area.first_row += from;
-    } else {
-      piece.area.last_row = piece.area.first_row;
-      piece.area.last_column = piece.area.first_column + to;
-      piece.area.first_column += from;
-    }
-    return piece;
-  }
-
-  Evaluator& evaluator_;
-  const Operand& operand_;
-  bool vertical_;
-  int length_ = 0;
-};
 
 // The first element equal to `wanted`; texts without regard to case and with `?` and `*`.
 int FindExact(const Line& line, const Scalar& wanted) {
@@ -85,35 +19,6 @@ int FindExact(const Line& line, const Scalar& wanted) {
     return is_pattern ? MatchesPattern(value.text, wanted.text)
                       : EqualIgnoringCase(value.text, wanted.text);
   });
-}
-
-// The last element of a sorted line that is not beyond `wanted` (`ascending`: not greater than it),
-// found by halving; elements of another kind than `wanted` are passed over.
-int FindSorted(const Line& line, const Scalar& wanted, bool ascending) {
-  int low = 0, high = line.length() - 1, result = -1;
-  while (low <= high) {
-    const int middle = low + (high - low) / 2;
-    Scalar value;
-    const int found = line.FindFirst(middle, [&](int i, const Scalar& element) {
-      value = element;
-      return i > high || element.kind == wanted.kind;
-    });
-    if (found < 0 || found > high) {
-      high = middle - 1;
-      continue;
-    }
-    const int order = CompareScalars(value, wanted);
-    if (order == 0 && !ascending) {
-      result = found;
-      high = middle - 1;
-    } else if (ascending ? order <= 0 : order > 0) {
-      result = found;
-      low = found + 1;
-    } else {
-      high = middle - 1;
-    }
-  }
-  return result;
 }
 
 // A blank looks for 0.
@@ -316,10 +221,10 @@ constexpr FunctionEntry kFunctions[] = {
     {"COLUMNS", 1, 1, "r", Columns},
     {"HLOOKUP", 3, 4, "vrvv", HLookUp},
     {"INDEX", 2, 4, "rvvv", Index},
-    {"INDIRECT", 1, 2, "v", Indirect},
+    {"INDIRECT", 1, 2, "v", Indirect, kVolatile},
     {"LOOKUP", 2, 3, "vrr", LookUp},
     {"MATCH", 2, 3, "vrv", Match},
-    {"OFFSET", 3, 5, "rvvvv", Offset},
+    {"OFFSET", 3, 5, "rvvvv", Offset, kVolatile},
     {"ROW", 0, 1, "r", Row},
     {"ROWS", 1, 1, "r", Rows},
     {"TRANSPOSE", 1, 1, "a", Transpose},

@@ -70,37 +70,6 @@ Operand CountBlank(Call& call) {
   return Scalar::Number(blank);
 }
 
-std::vector<double> SortedNumbers(Call& call) {
-  std::vector<double> numbers;
-  ForEachNumberOf(call, call[0], [&](double number) { numbers.push_back(number); });
-  std::sort(numbers.begin(), numbers.end());
-  return numbers;
-}
-
-Operand KthSmallest(Call& call) {
-  const std::vector<double> numbers = SortedNumbers(call);
-  const double k = std::ceil(call.Number(1));
-  if (k < 1 || k > static_cast<double>(numbers.size())) return Scalar::Error(CellError::kNum);
-  return Scalar::Number(numbers[static_cast<std::size_t>(k) - 1]);
-}
-
-Operand KthLargest(Call& call) {
-  const std::vector<double> numbers = SortedNumbers(call);
-  const double k = std::ceil(call.Number(1));
-  if (k < 1 || k > static_cast<double>(numbers.size())) return Scalar::Error(CellError::kNum);
-  return Scalar::Number(numbers[numbers.size() - static_cast<std::size_t>(k)]);
-}
-
-Operand Median(Call& call) {
-  std::vector<double> numbers;
-  ForEachNumber(call, 0, [&](double number) { numbers.push_back(number); });
-  if (numbers.empty()) return Scalar::Error(CellError::kNum);
-  std::sort(numbers.begin(), numbers.end());
-  const std::size_t middle = numbers.size() / 2;
-  if (numbers.size() % 2 == 1) return Scalar::Number(numbers[middle]);
-  return Scalar::Number((numbers[middle - 1] + numbers[middle]) / 2);
-}
-
 // --- Under conditions ---
 
 // Blocks of one size, each with the condition that its cells must meet.
@@ -296,13 +265,10 @@ constexpr FunctionEntry kFunctions[] = {
     {"COUNTBLANK", 1, 1, "r", CountBlank},
     {"COUNTIF", 2, 2, "re", CountIfs},
     {"COUNTIFS", 2, kAnyCount, "*re", CountIfs},
-    {"LARGE", 2, 2, "rv", KthLargest},
     {"MAX", 1, kAnyCount, "r", Largest},
     {"MAXIFS", 3, kAnyCount, "r*re", MaxIfs},
-    {"MEDIAN", 1, kAnyCount, "r", Median},
     {"MIN", 1, kAnyCount, "r", Smallest},
     {"MINIFS", 3, kAnyCount, "r*re", MinIfs},
-    {"SMALL", 2, 2, "rv", KthSmallest},
     {"SUMIF", 2, 3, "rer", SumIf},
     {"SUMIFS", 3, kAnyCount, "r*re", SumIfs},
 };

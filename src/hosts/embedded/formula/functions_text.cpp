@@ -191,6 +191,13 @@ Operand TextJoin(Call& call) {
   return call.MakeText(std::move(result));
 }
 
+// Without the control characters.
+Operand Clean(Call& call) {
+  std::string text(call.Text(0));
+  std::erase_if(text, [](char c) { return static_cast<unsigned char>(c) < 32; });
+  return call.MakeText(std::move(text));
+}
+
 Operand ValueOf(Call& call) {
   const Scalar value = call.Value(0);
   if (value.IsBoolean()) return Scalar::Error(CellError::kValue);
@@ -228,6 +235,7 @@ Operand Code(Call& call) {
 
 constexpr FunctionEntry kFunctions[] = {
     {"CHAR", 1, 1, "v", Char},
+    {"CLEAN", 1, 1, "v", Clean},
     {"CODE", 1, 1, "v", Code},
     {"CONCAT", 1, kAnyCount, "r", Concat},
     {"CONCATENATE", 1, kAnyCount, "v", Concatenate},

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "formula/date_text.h"
 #include "formula/evaluator.h"
 #include "formula/functions.h"
 #include "formula/number_text.h"
@@ -71,6 +72,12 @@ Scalar ToNumber(Evaluator& evaluator, const Scalar& value) {
     case CellKind::kText: {
       if (const std::optional<double> number = NumberFromText(value.text)) {
         return Scalar::Number(*number);
+      }
+      // Without its year, a date would depend on the day of the calculation.
+      constexpr int kNoYear = -1;
+      const DateText date = ReadDateTime(value.text, evaluator.model().date_1904, kNoYear);
+      if (date.kind == DateText::Kind::kDateTime) {
+        return Scalar::Number(date.value.day + date.value.time);
       }
       if (MayBeDateOrTime(value.text)) {
         evaluator.Stop("reading the text \"" + std::string(value.text) +

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "cells/cell_store.h"
@@ -58,6 +59,12 @@ struct SheetModel {
   bool rows_changed = false;
   // In points.
   double standard_row_height = 15;
+  // The first and last row that the sheet's filter chooses from, where it chooses.
+  std::optional<std::pair<int, int>> filtered_rows;
+  // Whether it is the filter that hides the row when it is hidden.
+  bool IsFiltered(int row) const {
+    return filtered_rows && row >= filtered_rows->first && row <= filtered_rows->second;
+  }
 
   // The format of a cell, whether or not it exists: its own, its row's, its column's.
   StyleId StyleOf(CellAddress cell) const;

@@ -498,9 +498,30 @@ class SheetReader {
 
 }  // namespace
 
+namespace {
+
+// The rows below the heading of a filter that has a condition.
+std::optional<std::pair<int, int>> FilteredRows(const SheetMarkup& markup) {
+  const MarkupElement* filter = markup.Find("autoFilter");
+  if (!filter) return std::nullopt;
+  std::optional<Area> area;
+  bool chooses = false;
+  XmlScanner xml(filter->text);
+  while (xml.Next() != Token::kDone) {
+    if (xml.token() != Token::kStart) continue;
+    if (xml.local_name() == "autoFilter") area = ParseA1(xml.Attribute("ref").value_or(""));
+    if (xml.local_name() == "filterColumn") chooses = true;
+  }
+  if (!area || !chooses) return std::nullopt;
+  return std::pair(area->first_row + 1, area->last_row);
+}
+
+}  // namespace
+
 void ReadSheet(std::string_view text, WorkbookModel& model, SheetModel& sheet,
                SheetMarkup& markup) {
   SheetReader(text, model, sheet, markup).Read();
+  sheet.filtered_rows = FilteredRows(markup);
 }
 
 CellAddress ParseCellPlace(std::string_view text, std::size_t offset) {
