@@ -24,7 +24,7 @@ const FunctionEntry* FindFunction(std::string_view name) {
     std::unordered_map<std::string_view, const FunctionEntry*> by_name;
     for (std::span<const FunctionEntry> group :
          {LogicFunctions(), MathFunctions(), StatisticsFunctions(), LookupFunctions(),
-          TextFunctions(), DateFunctions(), FinanceFunctions()}) {
+          TextFunctions(), DateFunctions(), FinanceFunctions(), FormatFunctions()}) {
       for (const FunctionEntry& entry : group) by_name.emplace(entry.name, &entry);
     }
     return by_name;

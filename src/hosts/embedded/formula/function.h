@@ -44,6 +44,7 @@ std::span<const FunctionEntry> LookupFunctions();
 std::span<const FunctionEntry> TextFunctions();
 std::span<const FunctionEntry> DateFunctions();
 std::span<const FunctionEntry> FinanceFunctions();
+std::span<const FunctionEntry> FormatFunctions();
 
 // By upper-case name without prefix; null when the function is not supported.
 const FunctionEntry* FindFunction(std::string_view name);

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <ctime>
 
+#include "formula/calendar.h"
 #include "formula/functions.h"
 
 namespace vantora::embedded {
@@ -12,18 +13,11 @@ namespace {
 
 namespace chrono = std::chrono;
 
-struct Date {
-  int year = 1900;
-  int month = 1;
-  int day = 1;
-};
+using Date = CalendarDate;
 
-// 31 December 9999.
-constexpr int kLastDay1900 = 2958465;
 constexpr int kDaysBetweenSystems = 1462;
 
 bool Is1904(const Call& call) { return call.evaluator().model().date_1904; }
-int LastDay(bool is_1904) { return is_1904 ? kLastDay1900 - kDaysBetweenSystems : kLastDay1900; }
 
 // Days since 1 January 1970 of a date of the proleptic calendar; the month may be any number.
 int CivilDays(int year, int month, int day) {
@@ -44,22 +38,10 @@ int SerialOf(int year, int month, int day, bool is_1904) {
   return serial >= 60 ? serial + 1 : serial;
 }
 
-Date DateOf(int serial, bool is_1904) {
-  if (!is_1904) {
-    if (serial == 0) return {1900, 1, 0};
-    if (serial == 60) return {1900, 2, 29};
-    if (serial > 60) --serial;
-  }
-  const chrono::sys_days days{chrono::days((is_1904 ? kEpoch1904 : kEpoch1900) + serial)};
-  const chrono::year_month_day date{days};
-  return {static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
-          static_cast<int>(static_cast<unsigned>(date.day()))};
-}
-
 // A date argument's day; #NUM! outside the calendar.
 int DayArgument(Call& call, std::size_t i) {
   const double serial = std::floor(call.Number(i));
-  if (serial < 0 || serial > LastDay(Is1904(call))) {
+  if (serial < 0 || serial > LastCalendarDay(Is1904(call))) {
     call.Fail(CellError::kNum);
     return 1;
   }
@@ -67,7 +49,7 @@ int DayArgument(Call& call, std::size_t i) {
 }
 
 Scalar DayOrError(int serial, bool is_1904) {
-  if (serial < 0 || serial > LastDay(is_1904)) return Scalar::Error(CellError::kNum);
+  if (serial < 0 || serial > LastCalendarDay(is_1904)) return Scalar::Error(CellError::kNum);
   return Scalar::Number(serial);
 }
 
@@ -84,7 +66,7 @@ Operand DateFromParts(Call& call) {
   return DayOrError(SerialOf(year, month, day, is_1904), is_1904);
 }
 
-Date DateArgument(Call& call) { return DateOf(DayArgument(call, 0), Is1904(call)); }
+Date DateArgument(Call& call) { return CalendarDateOf(DayArgument(call, 0), Is1904(call)); }
 Operand Year(Call& call) { return Scalar::Number(DateArgument(call).year); }
 Operand Month(Call& call) { return Scalar::Number(DateArgument(call).month); }
 Operand Day(Call& call) { return Scalar::Number(DateArgument(call).day); }
@@ -96,7 +78,7 @@ int DaysInMonth(int year, int month, bool is_1904) {
 // The date moved by the months of the second argument. Neither may be a Boolean.
 Date MovedByMonths(Call& call) {
   if (call.Value(0).IsBoolean() || call.Value(1).IsBoolean()) call.Fail(CellError::kValue);
-  Date date = DateOf(DayArgument(call, 0), Is1904(call));
+  Date date = CalendarDateOf(DayArgument(call, 0), Is1904(call));
   const int months = date.year * 12 + date.month - 1 + std::clamp(call.Integer(1), -200000, 200000);
   date.year = static_cast<int>(std::floor(months / 12.0));
   date.month = months - date.year * 12 + 1;
