@@ -171,10 +171,13 @@ void Calculator::Impl::InsertColumns(const ColumnInsertion& insertion) {
 
   ApplyRuns(runs, insertion);
   std::vector<bool> changed_names = FollowNames(model_, index_.precedents(), insertion);
-  if (std::find(changed_names.begin(), changed_names.end(), true) != changed_names.end()) {
-    index_.RefreshNameUsers(changed_names, [&](int user, const SpecialFormulas& special) {
-      invalidation_.MarkFormulas(user, special.source, special.formula);
-    });
+  const bool changed_tables = FollowTables(model_, insertion);
+  if (changed_tables ||
+      std::find(changed_names.begin(), changed_names.end(), true) != changed_names.end()) {
+    index_.RefreshUsers(changed_names, changed_tables,
+                        [&](int user, const SpecialFormulas& special) {
+                          invalidation_.MarkFormulas(user, special.source, special.formula);
+                        });
   }
   invalidation_.Propagate();
 }

@@ -75,6 +75,21 @@ struct DefinedName {
   bool is_hidden = false;
 };
 
+// A table ("list object") of a sheet.
+struct Table {
+  std::string name;
+  int sheet = 0;
+  // With its header row and totals row.
+  Area area;
+  int header_rows = 1;
+  int total_rows = 0;
+  // One for each column of the area.
+  std::vector<std::string> columns;
+
+  // 0-based place of the column of that name; case-insensitive.
+  std::optional<int> ColumnOf(std::string_view column) const;
+};
+
 class WorkbookModel : public SheetDirectory {
  public:
   // By id; ids are 0-based and fixed.
@@ -84,6 +99,7 @@ class WorkbookModel : public SheetDirectory {
   StringPool strings;
   Styles styles;
   std::vector<DefinedName> names;
+  std::vector<Table> tables;
   bool date_1904 = false;
   // Formulas keep their values until somebody asks for calculation. The calculator does not look at
   // this: whoever reads values does.
@@ -100,6 +116,10 @@ class WorkbookModel : public SheetDirectory {
   // The name as seen from a sheet: the sheet's own before the workbook's; case-insensitive. Null
   // when there is none. Not for several threads at once.
   const DefinedName* FindName(std::string_view name, int from_sheet) const;
+  // Case-insensitive; null when there is none.
+  const Table* FindTable(std::string_view name) const;
+  // The table that holds the cell; null when there is none.
+  const Table* TableAt(int sheet, CellAddress cell) const;
   // Place in `names` of the name with exactly that scope (-1 for the workbook's own).
   std::optional<std::size_t> PlaceOfName(std::string_view name, int scope) const;
   // Removes names[place]; the last name takes its place.

@@ -119,10 +119,12 @@ class WorkbookFile {
 
   WorkbookFile();
   void ReadParts();
+  void ReadTables();
   // Insertions that `followed` of them lie behind, and marks them as followed.
   std::span<const ColumnInsertion> Pending(std::size_t& followed);
   void RefuseRenamingUsedColumns(const std::vector<std::string>& old_names,
                                  const std::string& table_part) const;
+  void NoteColumnNames(std::string_view table_text, int sheet);
   void FollowInParts(int sheet, std::span<const ColumnInsertion> pending);
   bool CellsDiffer(int sheet) const;
   // The sheets whose parts are to be written.
