@@ -1,6 +1,6 @@
 // Excel's own results: every formula of a workbook that it saved is evaluated with the stored
 // values of its precedents and compared with the stored result. A workbook in
-// tests/data/recalculation, or named calc-* in the collection of realistic models beside the
+// tests/data/recalculation, or named calc-* or book-* in the collection of realistic models beside the
 // checkout, is a test.
 #include <gtest/gtest.h>
 
@@ -32,6 +32,7 @@ std::vector<std::filesystem::path> Workbooks() {
   const std::filesystem::path source(VANTORA_SOURCE_DIR);
   add(std::filesystem::path(VANTORA_TEST_DATA) / "recalculation", "");
   add(source / "../shared/models/made-by-excel", "calc-");
+  add(source / "../shared/models/made-by-excel", "book-StructuredReferences");
   add(source / "../shared/models", "planning-");
   std::sort(found.begin(), found.end());
   return found;

@@ -198,8 +198,9 @@ bool FollowTables(WorkbookModel& model, const ColumnInsertion& insertion) {
       std::string name = "Column" + std::to_string(number);
       if (!table.ColumnOf(name)) added.push_back(std::move(name));
     }
-    table.columns.insert(table.columns.begin() + std::min<std::ptrdiff_t>(place, std::ssize(table.columns)),
-                         added.begin(), added.end());
+    table.columns.insert(
+        table.columns.begin() + std::min<std::ptrdiff_t>(place, std::ssize(table.columns)),
+        added.begin(), added.end());
   }
   return changed;
 }

@@ -494,8 +494,8 @@ std::optional<std::string> NumberFormat::Show(double number, bool date_1904) con
     return sign + *shown;
   }
   if (section->pieces.empty()) return "";
-  return sign + (section->type == Type::kFraction ? ShowAsFraction(*section, size)
-                                                  : ShowAsNumber(*section, size));
+  return section->type == Type::kFraction ? ShowAsFraction(*section, size, sign)
+                                          : ShowAsNumber(*section, size, sign);
 }
 
 std::optional<std::string> NumberFormat::Show(std::string_view text) const {

@@ -82,10 +82,11 @@ class NumberFormat {
 // The code of a format that workbooks know by number alone (0 to 49); "General" for all others.
 std::string_view BuiltInNumberFormat(unsigned id);
 
-// --- The three types of sections; the number is not negative. ---
+// --- The three types of sections; the number is not negative, `sign` stands before what is left of
+// it after rounding. ---
 
-std::string ShowAsNumber(const FormatSection& section, double number);
-std::string ShowAsFraction(const FormatSection& section, double number);
+std::string ShowAsNumber(const FormatSection& section, double number, std::string_view sign);
+std::string ShowAsFraction(const FormatSection& section, double number, std::string_view sign);
 // Nullopt outside the calendar.
 std::optional<std::string> ShowAsDate(const FormatSection& section, double number, bool date_1904);
 

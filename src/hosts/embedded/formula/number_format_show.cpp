@@ -113,7 +113,7 @@ std::string Padded(std::int64_t number, int digits) {
 
 }  // namespace
 
-std::string ShowAsNumber(const FormatSection& section, double number) {
+std::string ShowAsNumber(const FormatSection& section, double number, std::string_view sign) {
   const Placeholders signs(section);
   const int places = static_cast<int>(signs.fraction.size());
   Decimal value(number);
@@ -129,7 +129,8 @@ std::string ShowAsNumber(const FormatSection& section, double number) {
   const std::size_t shown_decimals = ShownDecimals(signs.fraction, decimals);
   WholeDigits power(exponent == 0 ? "" : std::to_string(std::abs(exponent)), signs.exponent, false);
 
-  std::string out;
+  const bool shows_zero = value.IsZero() && signs.whole + places > 0;
+  std::string out(shows_zero ? "" : sign);
   std::size_t decimal = 0;
   bool behind_point = false, behind_exponent = false;
   for (const FormatPiece& piece : section.pieces) {
@@ -236,7 +237,7 @@ struct FractionParts {
 
 }  // namespace
 
-std::string ShowAsFraction(const FormatSection& section, double number) {
+std::string ShowAsFraction(const FormatSection& section, double number, std::string_view sign) {
   const std::vector<FormatPiece>& pieces = section.pieces;
   const FractionParts parts(pieces);
   number *= std::pow(10.0, section.scale);
@@ -265,7 +266,7 @@ std::string ShowAsFraction(const FormatSection& section, double number) {
   WholeDigits numerator(std::to_string(fraction.numerator), parts.numerator_digits, false);
   std::string denominator = std::to_string(fraction.denominator);
 
-  std::string out;
+  std::string out(whole == 0 && fraction.numerator == 0 ? "" : sign);
   for (std::size_t i = 0; i < pieces.size(); ++i) {
     const FormatPiece& piece = pieces[i];
     const bool in_fraction = i >= parts.numerator_begin && i < parts.denominator_end;

@@ -56,8 +56,10 @@ std::vector<std::size_t> PrecedentFinder::NamesOf(const Formula& formula, int sh
 namespace {
 
 ReferenceShape ShapeOf(const TableReference& reference, const Area& area) {
-  ReferenceShape shape{{true, area.first_row}, {true, area.last_row},
-                       {true, area.first_column}, {true, area.last_column}};
+  ReferenceShape shape{{true, area.first_row},
+                       {true, area.last_row},
+                       {true, area.first_column},
+                       {true, area.last_column}};
   // Its own row, whichever that is.
   if (reference.parts == TableReference::kThisRow) shape.row1 = shape.row2 = {false, 0};
   return shape;

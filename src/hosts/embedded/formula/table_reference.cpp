@@ -161,9 +161,9 @@ TableCells FindCells(const TableReference& reference, const Table& table) {
     cells.area.first_column = table.area.first_column + std::min(*first, *last);
     cells.area.last_column = table.area.first_column + std::max(*first, *last);
   }
-  const unsigned parts =
-      reference.parts == TableReference::kThisRow ? unsigned{TableReference::kData}
-                                                  : reference.parts;
+  const unsigned parts = reference.parts == TableReference::kThisRow
+                             ? unsigned{TableReference::kData}
+                             : reference.parts;
   if (!(parts & TableReference::kHeaders)) cells.area.first_row += table.header_rows;
   if (!(parts & TableReference::kTotals)) cells.area.last_row -= table.total_rows;
   if (!(parts & TableReference::kData)) {

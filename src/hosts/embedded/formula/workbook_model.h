@@ -49,7 +49,8 @@ struct SheetModel {
   // Ascending and disjoint. `column_formats_changed` when they differ from the package's part.
   std::vector<ColumnFormat> column_formats;
   bool column_formats_changed = false;
-  // Counts the changes of `column_formats`: what is made of them is remembered as long as it stands.
+  // Counts the changes of `column_formats`: what is made of them is remembered as long as it
+  // stands.
   unsigned column_formats_version = 0;
   // Formats of whole rows that have one of their own.
   std::map<int, StyleId> row_styles;
@@ -90,6 +91,14 @@ struct Table {
   std::optional<int> ColumnOf(std::string_view column) const;
 };
 
+// How circular references are calculated: again and again, from the values that are there, until no
+// value changes by more than `largest_change`, or `most_rounds` times.
+struct IterationSettings {
+  bool enabled = false;
+  int most_rounds = 100;
+  double largest_change = 0.001;
+};
+
 class WorkbookModel : public SheetDirectory {
  public:
   // By id; ids are 0-based and fixed.
@@ -101,6 +110,7 @@ class WorkbookModel : public SheetDirectory {
   std::vector<DefinedName> names;
   std::vector<Table> tables;
   bool date_1904 = false;
+  IterationSettings iteration;
   // Formulas keep their values until somebody asks for calculation. The calculator does not look at
   // this: whoever reads values does.
   bool manual_calculation = false;

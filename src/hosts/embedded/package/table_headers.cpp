@@ -96,8 +96,7 @@ std::optional<Table> ReadTable(std::string_view text, int sheet) {
 }
 
 std::optional<std::string> MatchTableHeaders(std::string_view text, SheetModel& sheet,
-                                             StringPool& strings,
-                                             TableHeaderEdits& edits) {
+                                             StringPool& strings, TableHeaderEdits& edits) {
   std::optional<Area> area;
   std::vector<TableColumn> columns;
   XmlScanner scanner(text);

@@ -334,26 +334,6 @@ void WorkbookFile::WriteWindows(const std::vector<WindowToWrite>& windows) {
   for (const WindowToWrite& window : windows) active_sheets_.push_back(window.active_sheet);
 }
 
-const std::vector<std::string>& WorkbookFile::TableNames() {
-  if (table_names_) return *table_names_;
-  table_names_.emplace();
-  for (const SheetPart& sheet : sheets_) {
-    for (const Relationship& relationship : package_->RelationshipsOf(sheet.part)) {
-      if (!relationship.IsType("table") || !package_->Has(relationship.target)) continue;
-      try {
-        const std::string text = package_->Read(relationship.target);
-        XmlScanner xml(text);
-        while (xml.Next() != XmlScanner::Token::kStart) {
-        }
-        table_names_->push_back(DecodeXml(xml.Attribute("displayName").value_or("")));
-      } catch (const XmlError& error) {
-        ThrowDamaged(relationship.target, error);
-      }
-    }
-  }
-  return *table_names_;
-}
-
 bool WorkbookFile::CellsDiffer(int sheet) const {
   const CellStore& cells = model_.sheets[sheet]->cells;
   if (cells.size() != sheets_[sheet].loaded_cells) return true;
