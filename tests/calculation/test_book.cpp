@@ -110,6 +110,18 @@ void TestBook::AddName(std::string name, std::string refers_to, int scope) {
   calculator_.NamesChanged();
 }
 
+void TestBook::AddTable(std::string name, std::string_view area,
+                        const std::vector<std::string>& columns, int total_rows) {
+  const Place place = Find(area);
+  CellAddress header = place.cell();
+  for (const std::string& column : columns) {
+    Store(place.sheet, header, column);
+    ++header.column;
+  }
+  model_->tables.push_back({std::move(name), place.sheet, place.area, 1, total_rows, columns});
+  calculator_.NamesChanged();
+}
+
 void TestBook::InsertColumns(std::string_view sheet, std::string_view column, int count) {
   calculator_.InsertColumns({model_->IdOf(sheet).value(), ColumnNumber(column).value(), count});
 }
@@ -172,6 +184,7 @@ std::unique_ptr<TestBook> TestBook::Retyped() const {
   for (const auto& sheet : model_->sheets) names.push_back(sheet->name);
   auto copy = std::make_unique<TestBook>(names);
   copy->model_->names = model_->names;
+  copy->model_->tables = model_->tables;
   for (const auto& sheet : model_->sheets) {
     auto& to = *copy->model_->sheets[sheet->id];
     to.arrays = sheet->arrays;

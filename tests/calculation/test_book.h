@@ -27,6 +27,9 @@ class TestBook {
   // {=...} over an area.
   void PutArray(std::string_view area, std::string_view formula);
   void AddName(std::string name, std::string refers_to, int scope = -1);
+  // A table with a header row whose cells get the columns' names, and perhaps a totals row.
+  void AddTable(std::string name, std::string_view area, const std::vector<std::string>& columns,
+                int total_rows = 0);
   void InsertColumns(std::string_view sheet, std::string_view column, int count = 1);
 
   // The calculated value: "12.5", "text", "TRUE", "#N/A", "" for an empty cell; "stale" where the

@@ -114,7 +114,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"IF(TRUE,1,MyMacro(2))", "can't: function MYMACRO is not supported"},
                     Case{"[1]Plan!A1", "can't: it refers to another workbook"},
                     Case{"'C:\\x\\[b.xlsx]Plan'!A1", "can't: it refers to another workbook"},
-                    Case{"SUM(Sales[Amount])", "can't: table references are not supported"},
+                    Case{"SUM(Sales[Amount])", "can't: there is no table \"Sales\""},
                     Case{"Nowhere!A1", "can't: there is no sheet \"Nowhere\""},
                     Case{"'No where'!rate", "can't: there is no sheet \"No where\""},
                     Case{"A1#", "can't: references to spilled arrays are not supported"},

@@ -1,11 +1,15 @@
 #include "formula/calculator.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <map>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 
+#include "formula/circles.h"
 #include "formula/evaluate.h"
 #include "formula/follow_columns.h"
 #include "formula/formula_index.h"
@@ -18,15 +22,30 @@ namespace {
 constexpr const char* kCircular = "circular reference";
 constexpr const char* kNoProgress = "a cell it depends on could not be brought up to date";
 
+double ChangeBetween(const CellValue& before, const CellValue& after) {
+  const auto is_number = [](const CellValue& value) {
+    return value.kind == CellKind::kNumber || value.kind == CellKind::kBlank;
+  };
+  const auto number_of = [](const CellValue& value) {
+    return value.kind == CellKind::kNumber ? value.number : 0;
+  };
+  if (is_number(before) && is_number(after)) return std::fabs(number_of(after) - number_of(before));
+  return before == after ? 0 : std::numeric_limits<double>::infinity();
+}
+
 }  // namespace
 
 class Calculator::Impl {
  public:
   explicit Impl(WorkbookModel& model)
-      : model_(model), index_(model), invalidation_(model, index_) {}
+      : model_(model),
+        index_(model),
+        invalidation_(model, index_),
+        circles_(model, index_, invalidation_) {}
 
   void Changed(int sheet, const Area& area) {
     if (!Prepare()) index_.Update(sheet, area);
+    circles_.Forget();
     invalidation_.MarkArea(sheet, area);
     invalidation_.Propagate();
   }
@@ -104,7 +123,15 @@ class Calculator::Impl {
   // Evaluates the formula on top of the stack: it is done then, or waits for others above it.
   void Step();
   bool Push(const CellPosition& position, bool& is_circular);
-  void BreakCircle(std::size_t first);
+  // The formulas on the stack from there on go in a circle.
+  void MeetCircle(std::size_t first);
+  void GiveUpCircle(std::size_t first);
+  void Iterate(const std::vector<CellPosition>& circle);
+  // One round; the largest change of a value, or nullopt when the circle was given up.
+  std::optional<double> IterateOnce(const std::vector<CellPosition>& circle);
+  // Calculates the others' precedents first: what is out of date outside the circle.
+  std::vector<CellPosition> NeededBy(const std::vector<CellPosition>& circle);
+  void SetOutdated(const std::vector<CellPosition>& formulas, bool outdated);
   void Tidy();
   void Finish(const CellPosition& position, const Formula& formula, const Area* array,
               const Evaluation& evaluation);
@@ -116,6 +143,7 @@ class Calculator::Impl {
   WorkbookModel& model_;
   FormulaIndex index_;
   Invalidation invalidation_;
+  Circles circles_;
   bool is_built_ = false;
   bool names_changed_ = false;
   std::size_t evaluations_ = 0;
@@ -145,6 +173,7 @@ void Calculator::Impl::ApplyNameChanges() {
   names_changed_ = false;
   model_.ForgetNames();
   if (!Prepare()) index_.Rebuild();
+  circles_.Forget();
   for (const auto& sheet : model_.sheets) {
     for (const SpecialFormulas& special : index_.specials(sheet->id)) {
       invalidation_.MarkFormulas(sheet->id, special.source, special.formula);
@@ -155,6 +184,7 @@ void Calculator::Impl::ApplyNameChanges() {
 
 void Calculator::Impl::InsertColumns(const ColumnInsertion& insertion) {
   Prepare();
+  circles_.Forget();
   std::vector<FollowingRun> runs = FormulaFollower(model_, insertion).Find(index_);
   SheetModel& sheet = *model_.sheets[insertion.sheet];
   sheet.cells.InsertColumns(insertion.column, insertion.count);
@@ -171,10 +201,13 @@ void Calculator::Impl::InsertColumns(const ColumnInsertion& insertion) {
 
   ApplyRuns(runs, insertion);
   std::vector<bool> changed_names = FollowNames(model_, index_.precedents(), insertion);
-  if (std::find(changed_names.begin(), changed_names.end(), true) != changed_names.end()) {
-    index_.RefreshNameUsers(changed_names, [&](int user, const SpecialFormulas& special) {
-      invalidation_.MarkFormulas(user, special.source, special.formula);
-    });
+  const bool changed_tables = FollowTables(model_, insertion);
+  if (changed_tables ||
+      std::find(changed_names.begin(), changed_names.end(), true) != changed_names.end()) {
+    index_.RefreshUsers(changed_names, changed_tables,
+                        [&](int user, const SpecialFormulas& special) {
+                          invalidation_.MarkFormulas(user, special.source, special.formula);
+                        });
   }
   invalidation_.Propagate();
 }
@@ -290,7 +323,7 @@ bool Calculator::Impl::Push(const CellPosition& needed, bool& is_circular) {
   if (!is_new) {
     if (stack_[place->second].waits) {
       is_circular = true;
-      BreakCircle(place->second);
+      MeetCircle(place->second);
       return true;
     }
     stack_[place->second].dropped = true;
@@ -302,12 +335,98 @@ bool Calculator::Impl::Push(const CellPosition& needed, bool& is_circular) {
 
 // The waiting formulas on the stack from there on each wait for the next one, and the last for the
 // first.
-void Calculator::Impl::BreakCircle(std::size_t first) {
+void Calculator::Impl::MeetCircle(std::size_t first) {
+  if (!model_.iteration.enabled) {
+    GiveUpCircle(first);
+    return;
+  }
+  std::vector<CellPosition> waiting;
+  for (std::size_t i = first; i < stack_.size(); ++i) {
+    if (stack_[i].waits && !stack_[i].dropped) waiting.push_back(stack_[i].position);
+  }
+  const std::vector<CellPosition> circle = circles_.Of(waiting);
+  for (const CellPosition& needed : NeededBy(circle)) {
+    // Where it waits itself, it is part of a circle that only the values make.
+    const auto place = places_.find(Key(needed));
+    if (place != places_.end() && stack_[place->second].waits) {
+      GiveUpCircle(place->second);
+      return;
+    }
+    bool is_circular = false;
+    Push(needed, is_circular);
+    if (is_circular) return;
+  }
+  if (stack_.back().waits) Iterate(circle);
+}
+
+void Calculator::Impl::GiveUpCircle(std::size_t first) {
   for (std::size_t i = first; i < stack_.size(); ++i) {
     if (!stack_[i].waits || stack_[i].dropped) continue;
     const CellPosition& position = stack_[i].position;
     GiveUp(position, invalidation_.ArrayIn(position.sheet, position.cell), kCircular);
   }
+}
+
+void Calculator::Impl::SetOutdated(const std::vector<CellPosition>& formulas, bool outdated) {
+  for (const CellPosition& position : formulas) {
+    CellStore& cells = model_.sheets[position.sheet]->cells;
+    const Area* array = invalidation_.ArrayIn(position.sheet, position.cell);
+    const CellAddress last =
+        array ? CellAddress{array->last_row, array->last_column} : position.cell;
+    for (int column = position.cell.column; column <= last.column; ++column) {
+      for (int row = position.cell.row; row <= last.row; ++row) {
+        cells.SetFlag({row, column}, kNeedsCalculation, outdated);
+      }
+    }
+  }
+}
+
+std::vector<CellPosition> Calculator::Impl::NeededBy(const std::vector<CellPosition>& circle) {
+  std::vector<CellPosition> needed;
+  SetOutdated(circle, false);
+  for (const CellPosition& position : circle) {
+    const SheetModel& sheet = *model_.sheets[position.sheet];
+    const Evaluation evaluation =
+        Evaluate(model_, sheet.formulas[sheet.cells.Get(position.cell).formula], position,
+                 invalidation_.ArrayIn(position.sheet, position.cell));
+    ++evaluations_;
+    needed.insert(needed.end(), evaluation.pending.begin(), evaluation.pending.end());
+  }
+  SetOutdated(circle, true);
+  std::sort(needed.begin(), needed.end());
+  needed.erase(std::unique(needed.begin(), needed.end()), needed.end());
+  return needed;
+}
+
+void Calculator::Impl::Iterate(const std::vector<CellPosition>& circle) {
+  SetOutdated(circle, false);
+  for (int round = 0; round < model_.iteration.most_rounds; ++round) {
+    const std::optional<double> change = IterateOnce(circle);
+    if (!change || *change <= model_.iteration.largest_change) return;
+  }
+}
+
+std::optional<double> Calculator::Impl::IterateOnce(const std::vector<CellPosition>& circle) {
+  double largest = 0;
+  for (const CellPosition& position : circle) {
+    const SheetModel& sheet = *model_.sheets[position.sheet];
+    const Formula& formula = sheet.formulas[sheet.cells.Get(position.cell).formula];
+    const Area* array = invalidation_.ArrayIn(position.sheet, position.cell);
+    const Evaluation evaluation = Evaluate(model_, formula, position, array);
+    ++evaluations_;
+    if (evaluation.outcome != Evaluation::Outcome::kValue) {
+      const bool uncalculable = evaluation.outcome == Evaluation::Outcome::kUncalculable;
+      for (const CellPosition& member : circle) {
+        GiveUp(member, invalidation_.ArrayIn(member.sheet, member.cell),
+               uncalculable ? evaluation.reason : kCircular);
+      }
+      return std::nullopt;
+    }
+    const CellValue before = sheet.cells.Get(position.cell).value;
+    largest = std::max(largest, ChangeBetween(before, evaluation.value));
+    Finish(position, formula, array, evaluation);
+  }
+  return largest;
 }
 
 void Calculator::Impl::Tidy() {

@@ -146,7 +146,7 @@ class Compiler {
   }
   bool StartsReference() const {
     const char c = Peek();
-    return c == kReferenceMark || c == '(' || c == '\'' || IsNameStart(c);
+    return c == kReferenceMark || c == '(' || c == '\'' || c == '[' || IsNameStart(c);
   }
 
   std::uint32_t ReadRange() {
@@ -176,17 +176,23 @@ class Compiler {
     if (c == '#') return ReadError();
     if (IsDigit(c) || c == '.') return ReadNumber();
     if (c == '\'') return ReadBehindSheet(EndOfQuoted(text_, position_));
-    if (c == '[') throw ForeignReference();
+    if (c == '[') return ReadTable();
     if (IsNameStart(c)) return ReadWord();
     throw Unreadable();
   }
 
-  CannotCompile ForeignReference() const {
-    const std::size_t end = EndOfBrackets(text_, position_);
-    std::size_t word = EndOfName(text_, end);
-    if (word < text_.size() && text_[word] == ':') word = EndOfName(text_, word + 1);
-    if (word < text_.size() && text_[word] == '!') return {"it refers to another workbook"};
-    return {"table references are not supported"};
+  std::uint32_t ReadTable() {
+    if (text_[position_] == '[') {
+      std::size_t word = EndOfName(text_, EndOfBrackets(text_, position_));
+      if (word < text_.size() && text_[word] == ':') word = EndOfName(text_, word + 1);
+      if (word < text_.size() && text_[word] == '!') {
+        throw CannotCompile{"it refers to another workbook"};
+      }
+    }
+    if (!ReadTableReference(text_, position_)) {
+      throw CannotCompile{"the reference to a table can't be read"};
+    }
+    return Add(Kind::kTable, {}, next_table_++);
   }
 
   std::uint32_t ReadReference() {
@@ -250,7 +256,7 @@ class Compiler {
     const char behind = end < text_.size() ? text_[end] : '\0';
     if (behind == '(') return ReadCall(word);
     if (behind == '!') return ReadBehindSheet(end);
-    if (behind == '[') throw CannotCompile{"table references are not supported"};
+    if (behind == '[') return ReadTable();
     position_ = end;
     if (EqualIgnoringAsciiCase(word, "TRUE")) return Add(Kind::kBoolean, {}, 1);
     if (EqualIgnoringAsciiCase(word, "FALSE")) return Add(Kind::kBoolean, {}, 0);
@@ -356,6 +362,7 @@ class Compiler {
   std::string_view text_;
   std::size_t position_ = 0;
   std::uint32_t next_reference_ = 0;
+  std::uint32_t next_table_ = 0;
   std::uint32_t in_parentheses_ = UINT32_MAX;
   int nesting_ = 0;
   Program program_;

@@ -243,6 +243,8 @@ Operand Evaluator::EvaluateNode(const Node& node, bool array_mode) {
       return EvaluateReference(frame_.formula->references[node.index]);
     case Kind::kName:
       return EvaluateName(program.names[node.index]);
+    case Kind::kTable:
+      return EvaluateTable(frame_.formula->tables[node.index]);
     case Kind::kArray:
       return EvaluateArray(program.arrays[node.index]);
     case Kind::kIntersectWithCell:
@@ -279,6 +281,35 @@ Operand Evaluator::EvaluateReference(const Reference& reference) {
   return Operand(std::move(blocks));
 }
 
+Operand Evaluator::EvaluateTable(const TableReference& reference) {
+  const Table* table = reference.table.empty() ? model_.TableAt(position_.sheet, position_.cell)
+                                               : model_.FindTable(reference.table);
+  if (!table) {
+    Stop(reference.table.empty() ? "it stands in no table, but refers to its own"
+                                 : "there is no table \"" + reference.table + "\"");
+    return ValueError();
+  }
+  TableCells cells = FindCells(reference, *table);
+  switch (cells.outcome) {
+    case TableCells::Outcome::kNoColumn:
+      Stop("the table \"" + table->name + "\" has no column \"" + reference.first_column + "\"" +
+           (reference.last_column == reference.first_column
+                ? ""
+                : " or no column \"" + reference.last_column + "\""));
+      return ValueError();
+    case TableCells::Outcome::kNoCells:
+      return Scalar::Error(CellError::kRef);
+    case TableCells::Outcome::kFound:
+      break;
+  }
+  if (reference.parts == TableReference::kThisRow) {
+    const int row = position_.cell.row;
+    if (row < cells.area.first_row || row > cells.area.last_row) return ValueError();
+    cells.area.first_row = cells.area.last_row = row;
+  }
+  return Block{table->sheet, cells.area};
+}
+
 Operand Evaluator::EvaluateName(const UsedName& used) {
   int sheet = position_.sheet;
   if (!used.sheet.empty()) {
@@ -290,7 +321,15 @@ Operand Evaluator::EvaluateName(const UsedName& used) {
     sheet = *named;
   }
   const DefinedName* name = model_.FindName(used.name, sheet);
-  if (!name) return Scalar::Error(CellError::kName);
+  if (!name) {
+    // A table's name alone is its data.
+    if (used.sheet.empty() && model_.FindTable(used.name)) {
+      TableReference data;
+      data.table = used.name;
+      return EvaluateTable(data);
+    }
+    return Scalar::Error(CellError::kName);
+  }
   if (++names_deep_ > kDeepestNames) {
     Stop("the name " + used.name + " refers to itself");
     return ValueError();

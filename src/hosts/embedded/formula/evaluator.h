@@ -108,6 +108,7 @@ class Evaluator {
   Scalar ScalarOf(const CellValue& value) const;
 
   Operand EvaluateReference(const Reference& reference);
+  Operand EvaluateTable(const TableReference& reference);
   Operand EvaluateName(const UsedName& name);
   Operand EvaluateDefinedName(const DefinedName& name, const UsedName& used);
   Operand EvaluateArray(const ArrayConstant& constant);

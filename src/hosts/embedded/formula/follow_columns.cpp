@@ -181,6 +181,30 @@ void FollowColumnsOfSheet(SheetModel& sheet, const ColumnInsertion& insertion) {
   ++sheet.column_formats_version;
 }
 
+bool FollowTables(WorkbookModel& model, const ColumnInsertion& insertion) {
+  bool changed = false;
+  for (Table& table : model.tables) {
+    Area& area = table.area;
+    if (table.sheet != insertion.sheet || insertion.column > area.last_column) continue;
+    changed = true;
+    area.last_column += insertion.count;
+    if (insertion.column <= area.first_column) {
+      area.first_column += insertion.count;
+      continue;
+    }
+    const std::ptrdiff_t place = insertion.column - area.first_column;
+    std::vector<std::string> added;
+    for (int number = 1; static_cast<int>(added.size()) < insertion.count; ++number) {
+      std::string name = "Column" + std::to_string(number);
+      if (!table.ColumnOf(name)) added.push_back(std::move(name));
+    }
+    table.columns.insert(
+        table.columns.begin() + std::min<std::ptrdiff_t>(place, std::ssize(table.columns)),
+        added.begin(), added.end());
+  }
+  return changed;
+}
+
 std::vector<bool> FollowNames(WorkbookModel& model, PrecedentFinder& precedents,
                               const ColumnInsertion& insertion) {
   std::vector<bool> changed(model.names.size());

@@ -60,6 +60,10 @@ class FormulaFollower {
 // left of them.
 void FollowColumnsOfSheet(SheetModel& sheet, const ColumnInsertion& insertion);
 
+// Moves and widens the tables of the sheet; columns within them get names as their parts give them.
+// True when a table changed.
+bool FollowTables(WorkbookModel& model, const ColumnInsertion& insertion);
+
 // Makes the names' texts follow; tells for each name whether it changed.
 std::vector<bool> FollowNames(WorkbookModel& model, PrecedentFinder& precedents,
                               const ColumnInsertion& insertion);

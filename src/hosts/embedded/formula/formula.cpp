@@ -129,8 +129,7 @@ class Reader {
         KeepUntil(end);
         return;
       case '[':
-        formula_.is_volatile = true;
-        KeepUntil(EndOfBrackets(text_, end));
+        ReadTable();
         return;
       case ':': {
         const std::size_t second_end = EndOfName(text_, end + 1);
@@ -147,6 +146,18 @@ class Reader {
     if (word[0] != '$' && !EqualIgnoringAsciiCase(word, "TRUE") &&
         !EqualIgnoringAsciiCase(word, "FALSE")) {
       formula_.names.push_back(UpperAscii(word));
+    }
+    KeepUntil(end);
+  }
+
+  // A table's name with its brackets, or these alone.
+  void ReadTable() {
+    std::size_t end = position_;
+    if (std::optional<TableReference> table = ReadTableReference(text_, end)) {
+      formula_.tables.push_back(*std::move(table));
+    } else {
+      formula_.is_volatile = true;
+      end = EndOfBrackets(text_, EndOfName(text_, position_));
     }
     KeepUntil(end);
   }
@@ -169,14 +180,13 @@ class Reader {
 
   // Another workbook's sheet ("[1]Sheet1!A1"), or a table's column ("[@Amount]").
   void ReadBrackets() {
-    formula_.is_volatile = true;
     const std::size_t bracket_end = EndOfBrackets(text_, position_);
     std::size_t end = EndOfName(text_, bracket_end);
     if (At(end) == ':') end = EndOfName(text_, end + 1);
     if (At(end) == '!') {
       KeepForeign(end + 1);
     } else {
-      KeepUntil(bracket_end);
+      ReadTable();
     }
   }
 

@@ -17,6 +17,7 @@
 
 #include "cells/address.h"
 #include "cells/cell_store.h"
+#include "formula/table_reference.h"
 
 namespace vantora::embedded {
 
@@ -65,8 +66,10 @@ struct Formula {
   std::vector<Reference> references;
   // Defined names used, as written ("marker", "Sheet!local"), upper-cased.
   std::vector<std::string> names;
+  // References to tables, which stand in the text as they were written.
+  std::vector<TableReference> tables;
   // Calculates anew whenever anything is calculated (it uses a volatile function, or a reference
-  // that can't be followed: a table's, another workbook's).
+  // that can't be followed: another workbook's).
   bool is_volatile = false;
   // The calculation form, made at the first evaluation.
   mutable std::shared_ptr<const Program> program;

@@ -109,13 +109,14 @@ void FormulaIndex::Add(int sheet, const Area& source, FormulaId formula) {
 
 void FormulaIndex::AddEntries(int sheet, const Area& source, FormulaId id) {
   const Formula& formula = model_.sheets[sheet]->formulas[id];
-  for (const Precedent& precedent : precedents_.PrecedentsOf(formula, sheet)) {
+  for (const Precedent& precedent : precedents_.PrecedentsOf(formula, sheet, source)) {
     dependencies_.Add(precedent.sheet, precedent.shape, sheet, source, id);
   }
   bool spans_sheets =
       std::any_of(formula.references.begin(), formula.references.end(),
                   [](const Reference& one) { return one.first_sheet != one.last_sheet; });
-  if (formula.is_volatile || !formula.names.empty() || spans_sheets) {
+  if (formula.is_volatile || !formula.names.empty() || !formula.tables.empty() ||
+      spans_sheets) {
     specials_[sheet].push_back({source, id});
     ++special_count_;
   }

@@ -47,8 +47,8 @@ class FormulaMap {
   std::vector<std::vector<std::unique_ptr<Block>>> columns_;
 };
 
-// Formulas that need more than their references: volatile ones, those that use names or span
-// sheets.
+// Formulas that need more than their references: volatile ones, those that use names or tables or
+// span sheets.
 struct SpecialFormulas {
   Area source;
   FormulaId formula = 0;
@@ -81,15 +81,17 @@ class FormulaIndex {
   void InsertColumns(const ColumnInsertion& insertion);
   // All cells of `source` got `formula`, or refer to other cells than before with it.
   void Add(int sheet, const Area& source, FormulaId formula);
-  // Indexes the users of changed names anew and calls visit(sheet, SpecialFormulas) for each.
+  // Indexes the users of changed names, and of tables when these `changed_tables`, anew and calls
+  // visit(sheet, SpecialFormulas) for each.
   template <typename Visitor>
-  void RefreshNameUsers(const std::vector<bool>& changed_names, Visitor&& visit) {
+  void RefreshUsers(const std::vector<bool>& changed_names, bool changed_tables, Visitor&& visit) {
     for (std::size_t sheet = 0; sheet < specials_.size(); ++sheet) {
       int id = static_cast<int>(sheet);
       std::vector<SpecialFormulas> specials = std::exchange(specials_[sheet], {});
       for (const SpecialFormulas& special : specials) {
         const Formula& formula = model_.sheets[sheet]->formulas[special.formula];
-        if (precedents_.UsesName(formula, id, changed_names)) {
+        if (precedents_.UsesName(formula, id, changed_names) ||
+            (changed_tables && precedents_.UsesTable(formula, id))) {
           AddEntries(id, special.source, special.formula);
           visit(id, special);
         } else {

@@ -25,7 +25,7 @@ std::vector<const FunctionEntry*> AllFunctions() {
        {LogicFunctions(), MathFunctions(), TrigonometryFunctions(), StatisticsFunctions(),
         DistributionFunctions(), RegressionFunctions(), SubtotalFunctions(), LookupFunctions(),
         XLookupFunctions(), InformationFunctions(), TextFunctions(), DateFunctions(),
-        WorkdayFunctions(), FinanceFunctions(), DepreciationFunctions()}) {
+        WorkdayFunctions(), FinanceFunctions(), DepreciationFunctions(), FormatFunctions()}) {
     for (const FunctionEntry& entry : group) all.push_back(&entry);
   }
   std::ranges::sort(all, {}, &FunctionEntry::name);

@@ -55,6 +55,7 @@ std::span<const FunctionEntry> TextFunctions();
 std::span<const FunctionEntry> DateFunctions();
 std::span<const FunctionEntry> WorkdayFunctions();
 std::span<const FunctionEntry> FinanceFunctions();
+std::span<const FunctionEntry> FormatFunctions();
 std::span<const FunctionEntry> DepreciationFunctions();
 
 // All of them, by name.

@@ -53,8 +53,45 @@ std::vector<std::size_t> PrecedentFinder::NamesOf(const Formula& formula, int sh
   return used;
 }
 
-void PrecedentFinder::AddReferences(const Formula& formula, int sheet,
+namespace {
+
+ReferenceShape ShapeOf(const TableReference& reference, const Area& area) {
+  ReferenceShape shape{{true, area.first_row},
+                       {true, area.last_row},
+                       {true, area.first_column},
+                       {true, area.last_column}};
+  // Its own row, whichever that is.
+  if (reference.parts == TableReference::kThisRow) shape.row1 = shape.row2 = {false, 0};
+  return shape;
+}
+
+}  // namespace
+
+void PrecedentFinder::AddTables(const Formula& formula, int sheet, const Area& source,
+                                std::vector<Precedent>& precedents) const {
+  for (const TableReference& reference : formula.tables) {
+    const auto add = [&](const Table& table) {
+      const TableCells cells = FindCells(reference, table);
+      if (cells.outcome != TableCells::Outcome::kFound) return;
+      precedents.push_back({table.sheet, ShapeOf(reference, cells.area)});
+    };
+    if (!reference.table.empty()) {
+      if (const Table* table = model_.FindTable(reference.table)) add(*table);
+      continue;
+    }
+    for (const Table& table : model_.tables) {
+      if (table.sheet == sheet && table.area.Intersects(source)) add(table);
+    }
+  }
+}
+
+const Table* PrecedentFinder::TableOfName(const std::string& name, int sheet) {
+  return FindName(name, sheet) ? nullptr : model_.FindTable(name);
+}
+
+void PrecedentFinder::AddReferences(const Formula& formula, int sheet, const Area& source,
                                     std::vector<Precedent>& precedents) const {
+  AddTables(formula, sheet, source, precedents);
   for (const Reference& reference : formula.references) {
     std::optional<ReferenceShape> shape = ReferenceShape::Of(reference);
     if (!shape) continue;
@@ -71,17 +108,37 @@ void PrecedentFinder::AddReferences(const Formula& formula, int sheet,
   }
 }
 
-std::vector<Precedent> PrecedentFinder::PrecedentsOf(const Formula& formula, int sheet) {
+std::vector<Precedent> PrecedentFinder::PrecedentsOf(const Formula& formula, int sheet,
+                                                     const Area& source) {
   std::vector<Precedent> precedents;
-  AddReferences(formula, sheet, precedents);
+  AddReferences(formula, sheet, source, precedents);
   if (!formula.names.empty()) {
     for (std::size_t name : NamesOf(formula, sheet)) {
-      AddReferences(FormulaOfName(name), sheet, precedents);
+      AddReferences(FormulaOfName(name), sheet, source, precedents);
+    }
+    for (const std::string& name : formula.names) {
+      const Table* table = TableOfName(name, sheet);
+      if (!table) continue;
+      const TableCells cells = FindCells({}, *table);
+      if (cells.outcome == TableCells::Outcome::kFound) {
+        precedents.push_back({table->sheet, ShapeOf({}, cells.area)});
+      }
     }
   }
   std::sort(precedents.begin(), precedents.end());
   precedents.erase(std::unique(precedents.begin(), precedents.end()), precedents.end());
   return precedents;
+}
+
+bool PrecedentFinder::UsesTable(const Formula& formula, int sheet) {
+  if (!formula.tables.empty()) return true;
+  if (formula.names.empty()) return false;
+  for (const std::string& name : formula.names) {
+    if (TableOfName(name, sheet)) return true;
+  }
+  const std::vector<std::size_t> used = NamesOf(formula, sheet);
+  return std::any_of(used.begin(), used.end(),
+                     [&](std::size_t name) { return !FormulaOfName(name).tables.empty(); });
 }
 
 bool PrecedentFinder::UsesName(const Formula& formula, int sheet, const std::vector<bool>& names) {

@@ -27,8 +27,10 @@ class PrecedentFinder {
 
   void Reset();
 
-  // The references of a formula that stands on `sheet`, without duplicates.
-  std::vector<Precedent> PrecedentsOf(const Formula& formula, int sheet);
+  // The references of a formula that stands in cells of `source` on `sheet`, without duplicates.
+  std::vector<Precedent> PrecedentsOf(const Formula& formula, int sheet, const Area& source);
+  // Whether the formula refers to cells of a table, directly or through a name.
+  bool UsesTable(const Formula& formula, int sheet);
   // Whether the formula uses one of the names (indices into model.names), directly or through
   // another name.
   bool UsesName(const Formula& formula, int sheet, const std::vector<bool>& names);
@@ -43,7 +45,12 @@ class PrecedentFinder {
   std::optional<std::size_t> FindName(const std::string& name, int from_sheet);
   // The names that a formula uses, directly or through other names.
   std::vector<std::size_t> NamesOf(const Formula& formula, int sheet);
-  void AddReferences(const Formula& formula, int sheet, std::vector<Precedent>& precedents) const;
+  void AddReferences(const Formula& formula, int sheet, const Area& source,
+                     std::vector<Precedent>& precedents) const;
+  void AddTables(const Formula& formula, int sheet, const Area& source,
+                 std::vector<Precedent>& precedents) const;
+  // The table that a name means which is no defined name.
+  const Table* TableOfName(const std::string& name, int sheet);
 
   const WorkbookModel& model_;
   std::vector<std::optional<Formula>> name_formulas_;

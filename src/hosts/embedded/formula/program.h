@@ -23,6 +23,7 @@ struct Node {
     kReference,  // references[index] of the formula
     kName,       // names[index]
     kArray,      // arrays[index]
+    kTable,      // tables[index] of the formula
     kPlus,       // operators, from here on
     kMinus,
     kPercent,

@@ -59,6 +59,7 @@ Formula WithReferences(const Formula& formula, std::vector<Reference> references
   changed.text = formula.text;
   changed.references = std::move(references);
   changed.names = formula.names;
+  changed.tables = formula.tables;
   changed.is_volatile = formula.is_volatile;
   return changed;
 }

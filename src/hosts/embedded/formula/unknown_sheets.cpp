@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "formula/lexical.h"
 #include "formula/sheet_prefix.h"
 
 namespace vantora::embedded {
@@ -41,6 +42,11 @@ std::optional<std::string> UnknownSheetIn(const Formula& formula, const SheetDir
     if (c == '"' && !in_name) in_text = !in_text;
     if (c == '\'' && !in_text) in_name = !in_name;
     if (in_text || in_name) continue;
+    if (c == '[') {
+      // Names of columns may hold any of these signs.
+      at = EndOfBrackets(text, at) - 1;
+      continue;
+    }
     if (text.substr(at).starts_with(kLostReference)) {
       at += kLostReference.size() - 1;
     } else if (c == '!') {

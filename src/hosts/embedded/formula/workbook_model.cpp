@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/convert.h"
+#include "formula/unicode.h"
 
 namespace vantora::embedded {
 
@@ -61,6 +62,28 @@ const DefinedName* WorkbookModel::FindName(std::string_view name, int from_sheet
     }
   }
   return found;
+}
+
+std::optional<int> Table::ColumnOf(std::string_view column) const {
+  const auto found = std::find_if(columns.begin(), columns.end(), [&](const std::string& name) {
+    return EqualIgnoringCase(name, column);
+  });
+  if (found == columns.end()) return std::nullopt;
+  return static_cast<int>(found - columns.begin());
+}
+
+const Table* WorkbookModel::FindTable(std::string_view name) const {
+  for (const Table& table : tables) {
+    if (EqualIgnoringCase(table.name, name)) return &table;
+  }
+  return nullptr;
+}
+
+const Table* WorkbookModel::TableAt(int sheet, CellAddress cell) const {
+  for (const Table& table : tables) {
+    if (table.sheet == sheet && table.area.Contains(cell)) return &table;
+  }
+  return nullptr;
 }
 
 std::optional<std::size_t> WorkbookModel::PlaceOfName(std::string_view name, int scope) const {

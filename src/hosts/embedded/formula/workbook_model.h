@@ -50,7 +50,8 @@ struct SheetModel {
   // Ascending and disjoint. `column_formats_changed` when they differ from the package's part.
   std::vector<ColumnFormat> column_formats;
   bool column_formats_changed = false;
-  // Counts the changes of `column_formats`: what is made of them is remembered as long as it stands.
+  // Counts the changes of `column_formats`: what is made of them is remembered as long as it
+  // stands.
   unsigned column_formats_version = 0;
   // Formats of whole rows that have one of their own.
   std::map<int, StyleId> row_styles;
@@ -82,6 +83,29 @@ struct DefinedName {
   bool is_hidden = false;
 };
 
+// A table ("list object") of a sheet.
+struct Table {
+  std::string name;
+  int sheet = 0;
+  // With its header row and totals row.
+  Area area;
+  int header_rows = 1;
+  int total_rows = 0;
+  // One for each column of the area.
+  std::vector<std::string> columns;
+
+  // 0-based place of the column of that name; case-insensitive.
+  std::optional<int> ColumnOf(std::string_view column) const;
+};
+
+// How circular references are calculated: again and again, from the values that are there, until no
+// value changes by more than `largest_change`, or `most_rounds` times.
+struct IterationSettings {
+  bool enabled = false;
+  int most_rounds = 100;
+  double largest_change = 0.001;
+};
+
 class WorkbookModel : public SheetDirectory {
  public:
   // By id; ids are 0-based and fixed.
@@ -91,7 +115,9 @@ class WorkbookModel : public SheetDirectory {
   StringPool strings;
   Styles styles;
   std::vector<DefinedName> names;
+  std::vector<Table> tables;
   bool date_1904 = false;
+  IterationSettings iteration;
   // Formulas keep their values until somebody asks for calculation. The calculator does not look at
   // this: whoever reads values does.
   bool manual_calculation = false;
@@ -107,6 +133,10 @@ class WorkbookModel : public SheetDirectory {
   // The name as seen from a sheet: the sheet's own before the workbook's; case-insensitive. Null
   // when there is none. Not for several threads at once.
   const DefinedName* FindName(std::string_view name, int from_sheet) const;
+  // Case-insensitive; null when there is none.
+  const Table* FindTable(std::string_view name) const;
+  // The table that holds the cell; null when there is none.
+  const Table* TableAt(int sheet, CellAddress cell) const;
   // Place in `names` of the name with exactly that scope (-1 for the workbook's own).
   std::optional<std::size_t> PlaceOfName(std::string_view name, int scope) const;
   // Removes names[place]; the last name takes its place.

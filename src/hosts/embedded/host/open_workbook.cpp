@@ -399,9 +399,7 @@ std::optional<int> OpenWorkbook::VisibleNeighbour(int sheet_id) {
 }
 
 bool OpenWorkbook::DefineName(std::string_view name, std::string_view refers_to_r1c1) {
-  for (const std::string& table : file_->TableNames()) {
-    if (EqualsIgnoreCase(table, name)) return false;
-  }
+  if (model().FindTable(name)) return false;
   return names_.Define(name, refers_to_r1c1, active_sheet());
 }
 

@@ -113,11 +113,14 @@ void OpenWorkbook::RefuseLinks(OpenWorkbook& source, int source_sheet, const Are
                                           [](const Reference& reference) {
                                             return reference.first_sheet == Reference::kOwnSheet;
                                           });
-          if (is_own && formula.names.empty() && !UnknownSheetIn(formula, source.model())) return;
+          if (is_own && formula.names.empty() && formula.tables.empty() &&
+              !UnknownSheetIn(formula, source.model())) {
+            return;
+          }
           Refuse(
               "The formula in " + source.Describe(source_sheet, {row, column, row, column}) +
               " of \"" + source.file().name() +
-              "\" refers to sheets or names of its workbook. Pasted into another workbook it would "
+              "\" refers to sheets, names or tables of its workbook. Pasted into another workbook it would "
               "become a link, which the embedded host does not make. Paste values instead.");
         });
   }

@@ -67,11 +67,36 @@ std::string Unique(const std::vector<TableColumn>& columns, std::size_t own,
   return unique;
 }
 
+int ReadCount(std::string_view text, int when_absent) {
+  if (text.empty()) return when_absent;
+  return text == "0" ? 0 : 1;
+}
+
 }  // namespace
 
+std::optional<Table> ReadTable(std::string_view text, int sheet) {
+  Table table;
+  table.sheet = sheet;
+  std::optional<Area> area;
+  XmlScanner scanner(text);
+  while (scanner.Next() != XmlScanner::Token::kDone) {
+    if (scanner.token() != XmlScanner::Token::kStart) continue;
+    if (scanner.local_name() == "table") {
+      table.name = DecodeXml(scanner.Attribute("displayName").value_or(""));
+      area = ParseA1(scanner.Attribute("ref").value_or(""));
+      table.header_rows = ReadCount(scanner.Attribute("headerRowCount").value_or(""), 1);
+      table.total_rows = ReadCount(scanner.Attribute("totalsRowCount").value_or(""), 0);
+    } else if (scanner.local_name() == "tableColumn") {
+      table.columns.push_back(DecodeSpreadsheetText(scanner.Attribute("name").value_or("")));
+    }
+  }
+  if (!area || area->columns() != static_cast<int>(table.columns.size())) return std::nullopt;
+  table.area = *area;
+  return table;
+}
+
 std::optional<std::string> MatchTableHeaders(std::string_view text, SheetModel& sheet,
-                                             StringPool& strings,
-                                             TableHeaderEdits& edits) {
+                                             StringPool& strings, TableHeaderEdits& edits) {
   std::optional<Area> area;
   std::vector<TableColumn> columns;
   XmlScanner scanner(text);

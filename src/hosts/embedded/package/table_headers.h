@@ -18,6 +18,9 @@ struct TableHeaderEdits {
   std::vector<std::string> old_names;
 };
 
+// The table of a table's part (see Table); nullopt when the part does not say where it lies.
+std::optional<Table> ReadTable(std::string_view text, int sheet);
+
 // Makes a table and its header cells agree after edits, as typing into a header does: a header that
 // changed renames its column, made unique with a number; one that is empty and the header of a new
 // column take the column's name; each becomes text. `text` is the table's part, `sheet` the table's

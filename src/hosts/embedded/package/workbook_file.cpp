@@ -235,6 +235,15 @@ void WorkbookFile::RefuseRenamingUsedColumns(const std::vector<std::string>& old
   }
 }
 
+// No formula uses the names that went, so that none has to be calculated anew.
+void WorkbookFile::NoteColumnNames(std::string_view table_text, int sheet) {
+  std::optional<Table> now = ReadTable(table_text, sheet);
+  if (!now) return;
+  for (Table& table : model_.tables) {
+    if (table.name == now->name) table.columns = std::move(now->columns);
+  }
+}
+
 std::vector<std::pair<int, CellAddress>> WorkbookFile::MatchTables() {
   std::vector<std::pair<int, CellAddress>> written;
   for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
@@ -247,6 +256,7 @@ std::vector<std::pair<int, CellAddress>> WorkbookFile::MatchTables() {
         if (auto text = MatchTableHeaders(package_->Read(relationship.target), *model_.sheets[id],
                                           model_.strings, edits)) {
           RefuseRenamingUsedColumns(edits.old_names, relationship.target);
+          NoteColumnNames(*text, id);
           package_->Write(relationship.target, std::move(*text));
         }
       } catch (const XmlError& error) {
@@ -322,26 +332,6 @@ void WorkbookFile::WriteWindows(const std::vector<WindowToWrite>& windows) {
   }
   active_sheets_.clear();
   for (const WindowToWrite& window : windows) active_sheets_.push_back(window.active_sheet);
-}
-
-const std::vector<std::string>& WorkbookFile::TableNames() {
-  if (table_names_) return *table_names_;
-  table_names_.emplace();
-  for (const SheetPart& sheet : sheets_) {
-    for (const Relationship& relationship : package_->RelationshipsOf(sheet.part)) {
-      if (!relationship.IsType("table") || !package_->Has(relationship.target)) continue;
-      try {
-        const std::string text = package_->Read(relationship.target);
-        XmlScanner xml(text);
-        while (xml.Next() != XmlScanner::Token::kStart) {
-        }
-        table_names_->push_back(DecodeXml(xml.Attribute("displayName").value_or("")));
-      } catch (const XmlError& error) {
-        ThrowDamaged(relationship.target, error);
-      }
-    }
-  }
-  return *table_names_;
 }
 
 bool WorkbookFile::CellsDiffer(int sheet) const {

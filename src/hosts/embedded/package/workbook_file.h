@@ -99,9 +99,6 @@ class WorkbookFile {
   // its name.
   std::unique_ptr<ReplacementFile> WriteBeside(const std::filesystem::path& path);
 
-  // The names of the workbook's tables, read once: no operation makes one.
-  const std::vector<std::string>& TableNames();
-
   // Makes tables and their header cells agree (see MatchTableHeaders), as Save does too. Gives the
   // header cells that were written, as sheet and cell: what depends on them is out of date.
   std::vector<std::pair<int, CellAddress>> MatchTables();
@@ -119,10 +116,12 @@ class WorkbookFile {
 
   WorkbookFile();
   void ReadParts();
+  void ReadTables();
   // Insertions that `followed` of them lie behind, and marks them as followed.
   std::span<const ColumnInsertion> Pending(std::size_t& followed);
   void RefuseRenamingUsedColumns(const std::vector<std::string>& old_names,
                                  const std::string& table_part) const;
+  void NoteColumnNames(std::string_view table_text, int sheet);
   void FollowInParts(int sheet, std::span<const ColumnInsertion> pending);
   bool CellsDiffer(int sheet) const;
   // The sheets whose parts are to be written.
@@ -156,7 +155,6 @@ class WorkbookFile {
   int first_added_sheet_ = 0;
   bool calculate_on_opening_ = false;
   bool records_calculation_mode_ = false;
-  std::optional<std::vector<std::string>> table_names_;
   // What kept a save from bringing the parts up to date. Some of them may have followed insertions
   // and others not, so that no later save can be right.
   std::exception_ptr failed_;

@@ -2,7 +2,9 @@
 // works on the model and the parts, wherever they come from.
 #include <algorithm>
 
+#include "package/sheet_reader.h"
 #include "package/styles_reader.h"
+#include "package/table_headers.h"
 #include "package/workbook_file.h"
 #include "package/workbook_reader.h"
 
@@ -39,6 +41,23 @@ void WorkbookFile::ReadParts() {
     sheets_[id].loaded_cells = model_.sheets[id]->cells.size();
     sheets_[id].loaded_area = model_.sheets[id]->cells.UsedArea();
     sheets_[id].loaded_visibility = model_.sheets[id]->visibility;
+  }
+  ReadTables();
+}
+
+void WorkbookFile::ReadTables() {
+  for (std::size_t id = 0; id < sheets_.size(); ++id) {
+    for (const Relationship& relationship : package_->RelationshipsOf(sheets_[id].part)) {
+      if (!relationship.IsType("table") || !package_->Has(relationship.target)) continue;
+      try {
+        const std::string text = package_->Read(relationship.target);
+        if (std::optional<Table> table = ReadTable(text, static_cast<int>(id))) {
+          model_.tables.push_back(*std::move(table));
+        }
+      } catch (const XmlError& error) {
+        ThrowDamaged(relationship.target, error);
+      }
+    }
   }
 }
 

@@ -1,6 +1,7 @@
 #include "package/workbook_reader.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "package/parallel.h"
 #include "package/sheet_reader.h"
@@ -81,6 +82,17 @@ void ReadNames(pugi::xml_node workbook, WorkbookModel& model) {
   });
 }
 
+void ReadIteration(pugi::xml_node calculation, IterationSettings& iteration) {
+  constexpr int kMostRounds = 32767;
+  iteration.enabled = IsTrue(calculation.attribute("iterate").value());
+  const int rounds = calculation.attribute("iterateCount").as_int(iteration.most_rounds);
+  iteration.most_rounds = std::clamp(rounds, 1, kMostRounds);
+  const std::string_view change = calculation.attribute("iterateDelta").value();
+  double number = 0;
+  const auto [end, error] = std::from_chars(change.data(), change.data() + change.size(), number);
+  if (error == std::errc() && number >= 0) iteration.largest_change = number;
+}
+
 // Reads one <si> (the scanner stands at its start tag) into the pool.
 void ReadSharedString(XmlScanner& xml, StringPool& strings, std::string& joined) {
   joined.clear();
@@ -147,8 +159,10 @@ WorkbookParts ReadWorkbook(const OpcPackage& package, const std::string& workboo
   pugi::xml_node workbook = Child(document, "workbook");
   if (!workbook) FailWorkbook("its main part holds no workbook");
   model.date_1904 = IsTrue(Child(workbook, "workbookPr").attribute("date1904").value());
+  pugi::xml_node calculation = Child(workbook, "calcPr");
   model.manual_calculation =
-      Child(workbook, "calcPr").attribute("calcMode").value() == std::string_view("manual");
+      calculation.attribute("calcMode").value() == std::string_view("manual");
+  ReadIteration(calculation, model.iteration);
   model.structure_is_protected =
       IsTrue(Child(workbook, "workbookProtection").attribute("lockStructure").value());
   ReadSheetList(package, workbook, parts, model);
