@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "formula/file_prefixes.h"
-#include "formula/table_file_form.h"
 #include "formula/number_text.h"
+#include "formula/table_file_form.h"
 #include "formula/unknown_sheets.h"
 #include "host/change_recorder.h"
 #include "host/open_workbook.h"
