@@ -51,14 +51,32 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"--\"3\"", "3"}, Case{"1/0", "#DIV/0!"}, Case{"0^0", "#NUM!"},
                     Case{"0^-1", "#DIV/0!"}, Case{"-1^0.5", "#NUM!"}, Case{"1E300*1E300", "#NUM!"},
                     Case{"+\"a\"", "\"a\""}, Case{" 1 +\n2 ", "3"},
-                    Case{"1/3&\"\"", "\"0.333333333333333\""}));
+                    Case{"1/3&\"\"", "\"0.333333333333333\""}, Case{"0-2^2", "-4"},
+                    Case{"2*-3", "-6"}, Case{"2^-2%", "0.986232704493359"}, Case{"10%%", "0.001"},
+                    Case{"-\"3\"", "-3"}, Case{"5&-1", "\"5-1\""}, Case{"1=1=1", "FALSE"},
+                    Case{"3>2>1", "TRUE"}, Case{"8/4/2", "1"}, Case{"\"a\"&\"b\"=\"AB\"", "TRUE"},
+                    Case{"1+\"2\"&3", "\"33\""}, Case{"TRUE&FALSE", "\"TRUEFALSE\""},
+                    Case{"-TRUE", "-1"}));
 
 INSTANTIATE_TEST_SUITE_P(
     // The last bits of a sum count for nothing when it is the formula's last operation.
     Cancelling, Expressions,
     testing::Values(Case{"0.5-0.4-0.1", "0"}, Case{"(0.5-0.4-0.1)", "-2.77555756156289E-17"},
                     Case{"1*(0.5-0.4-0.1)", "-2.77555756156289E-17"}, Case{"0.1+0.2=0.3", "TRUE"},
-                    Case{"1.000000000001-1", "1.00008890058234E-12"}, Case{"52.8-8.8*6", "0"}));
+                    Case{"1.000000000001-1", "1.00008890058234E-12"}, Case{"52.8-8.8*6", "0"},
+                    // They agree in 49 bits only.
+                    Case{"818562.54-778536.1-40026.44", "5.82076609134674E-11"},
+                    Case{"818562.54-40026.44-778536.1", "0"},
+                    Case{"SUM(0.5,-0.4,-0.1)", "-2.77555756156289E-17"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    // The first error counts, and every operator passes one on.
+    Errors, Expressions,
+    testing::Values(Case{"#N/A+1/0", "#N/A"}, Case{"1/0+#N/A", "#DIV/0!"}, Case{"-#N/A", "#N/A"},
+                    Case{"#REF!%", "#REF!"}, Case{"\"a\"&#NULL!", "#NULL!"},
+                    Case{"#NUM!=#NUM!", "#NUM!"}, Case{"1<#VALUE!", "#VALUE!"},
+                    Case{"\"a\"*#N/A", "#VALUE!"}, Case{"{1,#N/A}+1", "2"},
+                    Case{"SUM({1,#N/A}+1)", "#N/A"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Conversions, Expressions,
@@ -91,6 +109,11 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"SUM((A1,B1:B2))", "31"}, Case{"SUM(A1:INDEX(A:A,2))", "3"},
                     Case{"SUM(INDEX(A:A,2):B3)", "55"}, Case{"#REF!+1", "#REF!"},
                     Case{"#REF!A1", "#REF!"}, Case{"Plan!#REF!", "#REF!"},
+                    Case{"SUM((A1:A2,A2:A3))", "8"}, Case{"SUM(A:A 2:2)", "2"},
+                    Case{"SUM((A1:B2,B3) B1:C3)",
+                         "can't: ranges between several areas are not "
+                         "supported"},
+                    Case{"(A1,B1)+1", "#VALUE!"}, Case{"A1:A2 A2:A3", "2"},
                     Case{"Plan:Last!A1+1", "#VALUE!"}, Case{"$M$19", "0"}));
 
 INSTANTIATE_TEST_SUITE_P(

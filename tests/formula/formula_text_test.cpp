@@ -77,19 +77,20 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Rest, FormulaTexts,
-    testing::Values(
-        TextCase{"\"A1 \"\"B2\"\" 'C3\"&D4", {kCell}}, TextCase{"{1,2;\"A1\",#N/A}", {}},
-        TextCase{"IF(TRUE,rate.1,_x\\y)", {}, {"RATE.1", "_X\\Y"}},
-        TextCase{"[1]Sheet1!A1:B2+A1", {kCell}, {}, true},
-        TextCase{"'[1]My Sheet'!$A$1+A1", {kCell}, {}, true}, TextCase{"[1]!rate", {}, {}, true},
-        TextCase{"SUM(Sales[Amount])+A1", {kCell}},
-        TextCase{"Sales[[#This Row],[Co'[l]]*A1", {kCell}},
-        TextCase{"[@Amount]*2+Sales[ [#Headers], [B1]:[C1] ]", {}},
-        TextCase{"SUM([1]!Sales[Amount])", {}, {}, true},
-        TextCase{"Sales[[#Nothing],[A]]+A1", {kCell}, {}, true}, TextCase{"OFFSET(A1,1,0)", {kCell}, {}, true},
-        TextCase{"today()", {}, {}, true}, TextCase{"\"not closed", {}},
-        TextCase{"'not closed", {}}, TextCase{"Sales[not closed", {}, {}, true},
-        TextCase{"$+#", {}}, TextCase{"", {}}, TextCase{"A1\x01", {}, {}, true}));
+    testing::Values(TextCase{"\"A1 \"\"B2\"\" 'C3\"&D4", {kCell}},
+                    TextCase{"{1,2;\"A1\",#N/A}", {}},
+                    TextCase{"IF(TRUE,rate.1,_x\\y)", {}, {"RATE.1", "_X\\Y"}},
+                    TextCase{"[1]Sheet1!A1:B2+A1", {kCell}, {}, true},
+                    TextCase{"'[1]My Sheet'!$A$1+A1", {kCell}, {}, true},
+                    TextCase{"[1]!rate", {}, {}, true}, TextCase{"SUM(Sales[Amount])+A1", {kCell}},
+                    TextCase{"Sales[[#This Row],[Co'[l]]*A1", {kCell}},
+                    TextCase{"[@Amount]*2+Sales[ [#Headers], [B1]:[C1] ]", {}},
+                    TextCase{"SUM([1]!Sales[Amount])", {}, {}, true},
+                    TextCase{"Sales[[#Nothing],[A]]+A1", {kCell}, {}, true},
+                    TextCase{"OFFSET(A1,1,0)", {kCell}, {}, true},
+                    TextCase{"today()", {}, {}, true}, TextCase{"\"not closed", {}},
+                    TextCase{"'not closed", {}}, TextCase{"Sales[not closed", {}, {}, true},
+                    TextCase{"$+#", {}}, TextCase{"", {}}, TextCase{"A1\x01", {}, {}, true}));
 
 TEST(FormulaText, WritesReferencesAsTheHostDoes) {
   struct {

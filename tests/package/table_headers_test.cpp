@@ -64,6 +64,22 @@ class TableHeadersTest : public PackageTest {
   std::unique_ptr<WorkbookFile> file_;
 };
 
+TEST_F(TableHeadersTest, TheModelKnowsTheTableAndItsColumns) {
+  Open(kRows, Table("ref=\"B2:D9\" totalsRowCount=\"1\"",
+                    "<tableColumn id=\"1\" name=\"Alpha\"/><tableColumn id=\"2\" "
+                    "name=\"Two_x000a_lines\"/><tableColumn id=\"3\" name=\"Total\"/>"));
+  ASSERT_EQ(file_->model().tables.size(), 1u);
+  const struct Table& table = file_->model().tables[0];
+  EXPECT_EQ(table.name, "T");
+  EXPECT_EQ(table.area, (Area{2, 2, 9, 4}));
+  EXPECT_EQ(table.header_rows, 1);
+  EXPECT_EQ(table.total_rows, 1);
+  EXPECT_THAT(table.columns, ElementsAre("Alpha", "Two\nlines", "Total"));
+  cells().SetConstant({2, 4}, Text("Sum"));
+  file_->MatchTables();
+  EXPECT_THAT(table.columns, ElementsAre("Alpha", "Two\nlines", "Sum"));
+}
+
 TEST_F(TableHeadersTest, AnInsertedColumnGetsItsHeader) {
   Open();
   file_->model().sheets[0]->row_styles[2] = 5;

@@ -480,7 +480,16 @@ TEST_F(WorkbookSaveTest, AsksForACalculationOnOpening) {
   file->RequestCalculationOnOpening();
   EXPECT_THAT(Saved(*file, kWorkbookPart),
               HasSubstr("</sheets><calcPr fullCalcOnLoad=\"1\"/></work"));
+  constexpr char kIterating[] =
+      "<calcPr calcId=\"1\" iterate=\"1\" iterateCount=\"7\" iterateDelta=\"1E-4\"/>";
+  file = OpenParts(OneSheet("<sheetData/>", kIterating));
+  EXPECT_TRUE(file->model().iteration.enabled);
+  EXPECT_EQ(file->model().iteration.most_rounds, 7);
+  EXPECT_EQ(file->model().iteration.largest_change, 1e-4);
+  file->RequestCalculationOnOpening();
+  EXPECT_THAT(Saved(*file, "xl/workbook.xml"), HasSubstr("iterateDelta=\"1E-4\" fullCalcOnLoad"));
   file = OpenParts(OneSheet("<sheetData/>", "<calcPr calcId=\"1\"/>"));
+  EXPECT_FALSE(file->model().iteration.enabled);
   file->RequestCalculationOnOpening();
   EXPECT_THAT(Saved(*file, kWorkbookPart),
               HasSubstr("<calcPr calcId=\"1\" fullCalcOnLoad=\"1\"/>"));

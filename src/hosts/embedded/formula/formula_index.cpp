@@ -115,8 +115,7 @@ void FormulaIndex::AddEntries(int sheet, const Area& source, FormulaId id) {
   bool spans_sheets =
       std::any_of(formula.references.begin(), formula.references.end(),
                   [](const Reference& one) { return one.first_sheet != one.last_sheet; });
-  if (formula.is_volatile || !formula.names.empty() || !formula.tables.empty() ||
-      spans_sheets) {
+  if (formula.is_volatile || !formula.names.empty() || !formula.tables.empty() || spans_sheets) {
     specials_[sheet].push_back({source, id});
     ++special_count_;
   }

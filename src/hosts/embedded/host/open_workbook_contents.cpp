@@ -4,6 +4,7 @@
 
 #include "formula/file_prefixes.h"
 #include "formula/number_text.h"
+#include "formula/table_file_form.h"
 #include "formula/unknown_sheets.h"
 #include "host/change_recorder.h"
 #include "host/open_workbook.h"
@@ -51,7 +52,8 @@ void OpenWorkbook::PutFormula(int sheet_id, const Area& area, std::string_view f
     Put(sheet_id, area, Value(formula));
     return;
   }
-  Formula parsed = ParseFormula(WithFilePrefixes(formula.substr(1)), first, model());
+  const std::string text = WithTableNames(formula.substr(1), model(), sheet_id, first);
+  Formula parsed = ParseFormula(WithFilePrefixes(text), first, model());
   if (auto unknown = UnknownSheetIn(parsed, model())) {
     Refuse("Application-defined or object-defined error: the formula \"" + std::string(formula) +
            "\" refers to the sheet \"" + *unknown + "\", which the workbook does not have.");

@@ -117,11 +117,11 @@ void OpenWorkbook::RefuseLinks(OpenWorkbook& source, int source_sheet, const Are
               !UnknownSheetIn(formula, source.model())) {
             return;
           }
-          Refuse(
-              "The formula in " + source.Describe(source_sheet, {row, column, row, column}) +
-              " of \"" + source.file().name() +
-              "\" refers to sheets, names or tables of its workbook. Pasted into another workbook it would "
-              "become a link, which the embedded host does not make. Paste values instead.");
+          Refuse("The formula in " + source.Describe(source_sheet, {row, column, row, column}) +
+                 " of \"" + source.file().name() +
+                 "\" refers to sheets, names or tables of its workbook. Pasted into another "
+                 "workbook it would "
+                 "become a link, which the embedded host does not make. Paste values instead.");
         });
   }
 }
