@@ -11,17 +11,22 @@
 #include <string_view>
 #include <vector>
 
+#include "package/file_error.h"
+
 namespace vantora::embedded {
 
-// A part that is not well-formed, at a byte offset.
+// A part that can't be read, at a byte offset: not well-formed unless `code` says otherwise.
 class XmlError : public std::runtime_error {
  public:
-  XmlError(const std::string& what, std::size_t offset)
-      : std::runtime_error(what), offset_(offset) {}
+  XmlError(const std::string& what, std::size_t offset,
+           FileError::Code code = FileError::Code::kMalformedXml)
+      : std::runtime_error(what), offset_(offset), code_(code) {}
   std::size_t offset() const { return offset_; }
+  FileError::Code code() const { return code_; }
 
  private:
   std::size_t offset_;
+  FileError::Code code_;
 };
 
 struct XmlAttribute {
@@ -33,7 +38,8 @@ struct XmlAttribute {
 std::string_view LocalName(std::string_view name);
 
 // A pull scanner over a UTF-8 document (with or without byte order mark) that must outlive it.
-// Checks that tags match; refuses document type declarations and encodings other than UTF-8. With
+// Checks that tags match; refuses document type declarations, encodings other than UTF-8 and
+// elements nested too deep. With
 // `kLenient`, an end tag that matches an outer element closes the inner ones, and unclosed <br>
 // passes (legacy drawings are written so).
 class XmlScanner {
