@@ -189,7 +189,8 @@ TEST_F(OddFilesTest, OpenTakeAnEditAndKeepTheRest) {
     if (parts[kSheetPart].find("<what>") != std::string::npos) {
       EXPECT_THAT(package->Read(kSheetPart), HasSubstr("<what><ever/></what>"));
     }
-    const WorkbookModel& model = WorkbookFile::Open(saved)->model();
+    const auto file = WorkbookFile::Open(saved);
+    const WorkbookModel& model = file->model();
     EXPECT_EQ(model.sheets[0]->cells.Get({2, 1}).value.number, 1.5);
     if (parts[kSheetPart].find("7</") != std::string::npos) {
       EXPECT_EQ(model.sheets[0]->cells.Get({1, 3}).value.number, 7);

@@ -134,6 +134,7 @@ class SheetReader {
     while (xml_.Next() != Token::kDone) {
     }
     markup_.end = xml_.document().substr(from);
+    if (sheet_.is_worksheet && !has_cells_) KeepPlaceOfCells();
     LoadPending();
     FillDataTables();
   }
@@ -187,6 +188,13 @@ class SheetReader {
     Claim(2 * sizeof(std::string));
     markup_.elements.push_back(
         {std::move(name), std::string(xml_.document().substr(from, xml_.end() - from))});
+  }
+
+  // For the cells that a sheet without any may get.
+  void KeepPlaceOfCells() {
+    const bool changed = markup_.changed;
+    markup_.FindOrInsert("sheetData");
+    markup_.changed = changed;
   }
 
   void ReadColumns() {

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,17 +15,15 @@
 namespace vantora::embedded {
 
 // A part that can't be read, at a byte offset: not well-formed unless `code` says otherwise.
-class XmlError : public std::runtime_error {
+// Whoever knows the part's name says it (ThrowDamaged).
+class XmlError : public FileError {
  public:
-  XmlError(const std::string& what, std::size_t offset,
-           FileError::Code code = FileError::Code::kMalformedXml)
-      : std::runtime_error(what), offset_(offset), code_(code) {}
+  XmlError(const std::string& what, std::size_t offset, Code code = Code::kMalformedXml)
+      : FileError(code, what, {}, "byte " + std::to_string(offset)), offset_(offset) {}
   std::size_t offset() const { return offset_; }
-  FileError::Code code() const { return code_; }
 
  private:
   std::size_t offset_;
-  FileError::Code code_;
 };
 
 struct XmlAttribute {
