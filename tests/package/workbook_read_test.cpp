@@ -17,6 +17,12 @@ class WorkbookReadTest : public PackageTest {
 };
 
 // "1.5", "'text", "TRUE", "#N/A", "" (blank), "-" (absent); with "=formula" behind.
+// A decimal comma, which the program's locale may have, as a point.
+std::string WithPoint(std::string number) {
+  std::replace(number.begin(), number.end(), ',', '.');
+  return number;
+}
+
 std::string Shown(const WorkbookModel& model, int sheet, CellAddress place) {
   const SheetModel& data = *model.sheets[sheet];
   Cell cell = data.cells.Get(place);
@@ -25,7 +31,7 @@ std::string Shown(const WorkbookModel& model, int sheet, CellAddress place) {
     case CellKind::kAbsent:
       return "-";
     case CellKind::kNumber:
-      shown = std::to_string(cell.value.number);
+      shown = WithPoint(std::to_string(cell.value.number));
       shown.erase(shown.find_last_not_of('0') + 1);
       break;
     case CellKind::kText:
