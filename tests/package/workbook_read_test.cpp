@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "formula/calculator.h"
 #include "package/package_support.h"
 
@@ -16,13 +18,13 @@ class WorkbookReadTest : public PackageTest {
   }
 };
 
-// "1.5", "'text", "TRUE", "#N/A", "" (blank), "-" (absent); with "=formula" behind.
 // A decimal comma, which the program's locale may have, as a point.
 std::string WithPoint(std::string number) {
   std::replace(number.begin(), number.end(), ',', '.');
   return number;
 }
 
+// "1.5", "'text", "TRUE", "#N/A", "" (blank), "-" (absent); with "=formula" behind.
 std::string Shown(const WorkbookModel& model, int sheet, CellAddress place) {
   const SheetModel& data = *model.sheets[sheet];
   Cell cell = data.cells.Get(place);
