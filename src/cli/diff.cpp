@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/cell_text.h"
+#include "cli/report.h"
 #include "host/cell_differences.h"
 #include "package/part_differences.h"
 #include "package/workbook_file.h"
@@ -101,7 +102,7 @@ ExitCode Diff(const DiffOptions& options, Environment& environment) {
     options.json ? WriteJson(differences, environment.out) : Write(differences, environment.out);
     return ExitCode::kDone;
   } catch (const std::exception& error) {
-    environment.err << "vantora: " << error.what() << '\n';
+    ReportFailure(error, options.json, environment.out, environment.err);
     return ExitCode::kError;
   }
 }

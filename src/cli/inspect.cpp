@@ -1,6 +1,7 @@
 #include "cli/inspect.h"
 
 #include "cli/inspection_report.h"
+#include "cli/report.h"
 #include "host/session.h"
 
 namespace vantora::cli {
@@ -18,7 +19,7 @@ ExitCode Inspect(const InspectOptions& options, Environment& environment) {
     }
     return ExitCode::kDone;
   } catch (const std::exception& error) {
-    environment.err << "vantora: " << error.what() << '\n';
+    ReportFailure(error, options.json, environment.out, environment.err);
     return ExitCode::kError;
   }
 }

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/cell_text.h"
+#include "cli/report.h"
 #include "cli/save.h"
 #include "host/session.h"
 #include "ui/console/terminal_text.h"
@@ -89,7 +90,7 @@ ExitCode Recalculate(const RecalculateOptions& options, Environment& environment
     if (options.output) environment.err << "Written: " << options.output->string() << '\n';
     return ExitCode::kDone;
   } catch (const std::exception& error) {
-    environment.err << "vantora: " << error.what() << '\n';
+    ReportFailure(error, options.json, environment.out, environment.err);
     return ExitCode::kError;
   }
 }

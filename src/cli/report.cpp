@@ -146,6 +146,9 @@ Json ErrorJson(const ReportedError& error) {
     json["number"] = *error.number;
     json["source"] = error.source;
   }
+  if (error.file_error) json["file_error"] = *error.file_error;
+  if (!error.part.empty()) json["part"] = error.part;
+  if (!error.place.empty()) json["place"] = error.place;
   if (!error.save_failure.empty()) json["save_failure"] = error.save_failure;
   return json;
 }
@@ -263,6 +266,26 @@ void Report(const RunOutcome& outcome, const RunOptions& options, std::ostream& 
   if (done) WriteUnusedAnswers(outcome.unused_answers, err);
   if (done && outcome.written) WriteUnsaved(outcome.further, err);
   WriteEnd(outcome, err);
+}
+
+ReportedError ReportedFileError(const embedded::FileError& error) {
+  return {.text = error.what(),
+          .number = {},
+          .source = "",
+          .file_error = static_cast<int>(error.code()),
+          .part = error.part(),
+          .place = error.place()};
+}
+
+void ReportFailure(const std::exception& error, bool json, std::ostream& out, std::ostream& err) {
+  err << "vantora: " << error.what() << '\n';
+  if (!json) return;
+  const auto* file_error = dynamic_cast<const embedded::FileError*>(&error);
+  const ReportedError reported =
+      file_error ? ReportedFileError(*file_error)
+                 : ReportedError{.text = error.what(), .number = {}, .source = ""};
+  const Json object = {{"error", ErrorJson(reported)}};
+  out << object.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
 }  // namespace vantora::cli

@@ -1,6 +1,7 @@
 // The outcome of a run in words and as JSON.
 #pragma once
 
+#include <exception>
 #include <ostream>
 
 #include "cli/run_options.h"
@@ -16,5 +17,12 @@ void WriteChanges(const embedded::ChangeList& changes, std::ostream& out,
 // one JSON object goes to `out` and everything in words to `err`.
 void Report(const RunOutcome& outcome, const RunOptions& options, std::ostream& out,
             std::ostream& err);
+
+// A file's error with its number, part and place.
+ReportedError ReportedFileError(const embedded::FileError& error);
+
+// What kept a command without a run from doing its work: in words to `err` and, with --json, as one
+// object with `error` to `out`.
+void ReportFailure(const std::exception& error, bool json, std::ostream& out, std::ostream& err);
 
 }  // namespace vantora::cli

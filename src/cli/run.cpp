@@ -6,6 +6,7 @@
 
 #include "cli/call.h"
 #include "cli/journal.h"
+#include "cli/report.h"
 #include "cli/run_user_interface.h"
 #include "cli/save.h"
 #include "package/file_error.h"
@@ -186,6 +187,8 @@ void Catching(RunOutcome& outcome, Function run) {
     Fail(outcome, ExitCode::kUnanswered, text_only(error));
   } catch (const ui::InputEnded& error) {
     Fail(outcome, ExitCode::kUnanswered, text_only(error));
+  } catch (const embedded::FileError& error) {
+    Fail(outcome, ExitCode::kError, ReportedFileError(error));
   } catch (const std::bad_alloc&) {
     Fail(outcome, ExitCode::kError,
          {.text = "There is not enough memory for this workbook.", .number = {}, .source = ""});

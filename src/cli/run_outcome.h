@@ -31,6 +31,11 @@ struct ReportedError {
   // Why a save that the operation made failed, which the model's message box does not say; "" for
   // none.
   std::string save_failure = {};
+  // Of a file that can't be opened or written: the number of its embedded::FileError::Code, the
+  // package's part and the place in it ("" where there is none).
+  std::optional<int> file_error = {};
+  std::string part = {};
+  std::string place = {};
 };
 
 struct ShownMessage {

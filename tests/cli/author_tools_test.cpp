@@ -95,5 +95,23 @@ TEST_F(AuthorTools, JournalNeedsSomethingWrittenAndAJournalIsOne) {
   EXPECT_THAT(no_journal.err, HasSubstr("is no journal of a run"));
 }
 
+TEST_F(AuthorTools, AFileThatCantBeOpenedGivesTheNumberOfItsError) {
+  const std::string missing = Path("missing.xlsm");
+  const std::vector<std::vector<std::string>> commands = {
+      {"run", missing, "clsGlobals.Version", "--dry-run", "--json"},
+      {"inspect", missing, "--json"},
+      {"recalculate", missing, "--json"},
+      {"diff", missing, missing, "--json"}};
+  for (const auto& command : commands) {
+    SCOPED_TRACE(command[0]);
+    const CommandResult result = model.Command(command);
+    EXPECT_EQ(result.exit_code, 1);
+    const auto error = nlohmann::json::parse(result.out)["error"];
+    EXPECT_EQ(error["file_error"], static_cast<int>(embedded::FileError::Code::kNotFound));
+    EXPECT_THAT(error["text"], HasSubstr("missing.xlsm"));
+    EXPECT_THAT(result.err, HasSubstr("missing.xlsm"));
+  }
+}
+
 }  // namespace
 }  // namespace vantora::cli

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "formula/calculator.h"
 #include "package/package_support.h"
 
@@ -16,6 +18,12 @@ class WorkbookReadTest : public PackageTest {
   }
 };
 
+// A decimal comma, which the program's locale may have, as a point.
+std::string WithPoint(std::string number) {
+  std::replace(number.begin(), number.end(), ',', '.');
+  return number;
+}
+
 // "1.5", "'text", "TRUE", "#N/A", "" (blank), "-" (absent); with "=formula" behind.
 std::string Shown(const WorkbookModel& model, int sheet, CellAddress place) {
   const SheetModel& data = *model.sheets[sheet];
@@ -25,7 +33,7 @@ std::string Shown(const WorkbookModel& model, int sheet, CellAddress place) {
     case CellKind::kAbsent:
       return "-";
     case CellKind::kNumber:
-      shown = std::to_string(cell.value.number);
+      shown = WithPoint(std::to_string(cell.value.number));
       shown.erase(shown.find_last_not_of('0') + 1);
       break;
     case CellKind::kText:

@@ -107,8 +107,14 @@ CellStore::Column& CellStore::EnsureColumn(int column) {
 CellStore::Block& CellStore::Ensure(CellAddress cell) {
   auto& blocks = EnsureColumn(cell.column).blocks;
   std::size_t index = BlockIndex(cell.row);
-  if (index >= blocks.size()) blocks.resize(index + 1);
-  if (!blocks[index]) blocks[index] = std::make_unique<Block>();
+  if (index >= blocks.size()) {
+    bytes_ += (index + 1 - blocks.size()) * sizeof blocks[0];
+    blocks.resize(index + 1);
+  }
+  if (!blocks[index]) {
+    bytes_ += sizeof(Block);
+    blocks[index] = std::make_unique<Block>();
+  }
   Block& block = *blocks[index];
   int offset = BlockOffset(cell.row);
   if (block.kind[offset] == CellKind::kAbsent) {
@@ -239,6 +245,7 @@ CellStore CellStore::Clone() const {
   CellStore copy;
   copy.inserted_ = inserted_;
   copy.size_ = size_;
+  copy.bytes_ = bytes_;
   for (const auto& column : columns_) {
     auto& added = copy.columns_.emplace_back(std::make_unique<Column>());
     added->origin = column->origin;

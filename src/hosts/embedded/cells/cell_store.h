@@ -127,6 +127,8 @@ class CellStore {
 
   // Number of existing cells.
   std::size_t size() const { return size_; }
+  // What the cells take in memory, about. Columns that were inserted count for nothing.
+  std::size_t bytes() const { return bytes_; }
 
  private:
   struct Block {
@@ -155,6 +157,7 @@ class CellStore {
   std::vector<std::unique_ptr<Column>> columns_;
   int inserted_ = 0;
   std::size_t size_ = 0;
+  std::size_t bytes_ = 0;
 };
 
 }  // namespace vantora::embedded

@@ -14,6 +14,16 @@
 namespace vantora::embedded {
 namespace {
 
+// What `read` gives; its errors name the part.
+template <typename Read>
+auto Reading(const std::string& part, Read&& read) {
+  try {
+    return read();
+  } catch (const XmlError& error) {
+    ThrowDamaged(part, error);
+  }
+}
+
 constexpr std::string_view kRelationships =
     "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
 constexpr std::string_view kStrictRelationships =
@@ -51,7 +61,9 @@ int FreeBlock(const OpcPackage& package) {
   int last = 0;
   for (const std::string& part : package.PartNames()) {
     if (!part.ends_with(".vml")) continue;
-    for (int block : NoteShapes::BlocksOf(package.Read(part))) last = std::max(last, block);
+    Reading(part, [&] {
+      for (int block : NoteShapes::BlocksOf(package.Read(part))) last = std::max(last, block);
+    });
   }
   return last + 1;
 }
@@ -67,7 +79,9 @@ class SheetComments::Edit {
     if (const Relationship* found = FindRelationship(package_, sheet_, "comments")) {
       comments_part_ = found->target;
       comments_relationship_ = found->id;
-      comments_ = std::make_unique<CommentsText>(package_.Read(comments_part_));
+      comments_ = Reading(comments_part_, [&] {
+        return std::make_unique<CommentsText>(package_.Read(comments_part_));
+      });
     }
     OpenDrawing();
   }
@@ -148,7 +162,8 @@ class SheetComments::Edit {
     for (const Relationship& relationship : package_.RelationshipsOf(sheet_)) {
       if (relationship.id == vml_relationship_) vml_part_ = relationship.target;
     }
-    if (package_.Has(vml_part_)) shapes_ = MakeShapes(package_.Read(vml_part_));
+    if (!package_.Has(vml_part_)) return;
+    shapes_ = Reading(vml_part_, [&] { return MakeShapes(package_.Read(vml_part_)); });
   }
 
   void AddLegacyDrawing() {
@@ -220,7 +235,9 @@ void ClearConversations(OpcPackage& package, const std::string& sheet, const Are
 
 bool SheetComments::Has(CellAddress cell) const {
   const Relationship* found = FindRelationship(package_, sheet_part_, "comments");
-  return found && CommentsText(package_.Read(found->target)).comments().contains(cell);
+  return found && Reading(found->target, [&] {
+           return CommentsText(package_.Read(found->target)).comments().contains(cell);
+         });
 }
 
 std::vector<CellAddress> SheetComments::Cells() {
@@ -309,8 +326,7 @@ void SheetComments::MoveRows(const RowMoves& moves) {
   edit.Finish();
 }
 
-void SheetComments::CopyComments(Edit& from_edit, Edit& to_edit, const Area& from,
-                                 const Area& to) {
+void SheetComments::CopyComments(Edit& from_edit, Edit& to_edit, const Area& from, const Area& to) {
   const CommentsText* comments = from_edit.comments();
   if (!comments) return;
   const int rows = to.first_row - from.first_row;

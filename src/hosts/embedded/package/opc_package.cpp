@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "package/xml_encoding.h"
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {
@@ -92,47 +93,6 @@ bool IsXmlPart(std::string_view part) {
   return extension == "xml" || extension == "rels" || extension == "vml";
 }
 
-void AppendUtf8(std::string& out, char32_t code) {
-  out += EncodeXmlText(DecodeXml("&#" + std::to_string(static_cast<std::uint32_t>(code)) + ";"));
-}
-
-// XML in UTF-16 as UTF-8, its declaration changed accordingly; other bytes as they are.
-std::string ToUtf8(std::string bytes, std::string_view part) {
-  bool little = bytes.starts_with("\xFF\xFE") || bytes.starts_with(std::string_view("<\0", 2));
-  bool big = bytes.starts_with("\xFE\xFF") || bytes.starts_with(std::string_view("\0<", 2));
-  if (!little && !big) return bytes;
-  auto unit = [&](std::size_t i) -> char32_t {
-    auto low = static_cast<unsigned char>(bytes[i + (little ? 0 : 1)]);
-    auto high = static_cast<unsigned char>(bytes[i + (little ? 1 : 0)]);
-    return static_cast<char32_t>(high << 8 | low);
-  };
-  std::string text;
-  text.reserve(bytes.size());
-  for (std::size_t i = bytes[0] == '<' || bytes[1] == '<' ? 0 : 2; i + 1 < bytes.size(); i += 2) {
-    char32_t code = unit(i);
-    if (code >= 0xD800 && code < 0xDC00 && i + 3 < bytes.size()) {
-      code = 0x10000 + ((code - 0xD800) << 10) + (unit(i + 2) - 0xDC00);
-      i += 2;
-    }
-    if (code < 0x80) {
-      text += static_cast<char>(code);
-    } else {
-      AppendUtf8(text, code);
-    }
-  }
-  std::size_t declaration_end = text.find("?>");
-  std::size_t encoding = text.find("UTF-16");
-  if (encoding == std::string::npos) encoding = text.find("utf-16");
-  if (encoding != std::string::npos && encoding < declaration_end) {
-    text.replace(encoding, 6, "UTF-8");
-  }
-  if (text.empty() || text[0] != '<') {
-    throw FileError(FileError::Code::kDamaged,
-                    "The part \"" + std::string(part) + "\" of the package is not XML.");
-  }
-  return text;
-}
-
 // The text with a new element before the end of its root, whose prefix it takes.
 std::string WithLastChild(std::string_view text, std::string_view name,
                           std::string_view attributes) {
@@ -190,10 +150,13 @@ bool IsOverrideOf(const XmlScanner& scanner, std::string_view part) {
 }  // namespace
 
 void ThrowDamaged(std::string_view part, const XmlError& error) {
-  throw FileError(FileError::Code::kDamaged,
-                  "The part \"" + std::string(part) + "\" of the package is damaged: " +
-                      error.what() + ", at byte " + std::to_string(error.offset()) +
-                      ". Open the file in Excel to repair it, or use a backup.");
+  const std::string place = "byte " + std::to_string(error.offset());
+  const bool too_large = error.code() == FileError::Code::kTooLarge;
+  throw FileError(error.code(),
+                  "The part \"" + std::string(part) + "\" of the package is " +
+                      (too_large ? "too large: " : "damaged: ") + error.what() + ", at " + place +
+                      ". Open the file in Excel to repair it, or use a backup.",
+                  std::string(part), place);
 }
 
 bool Relationship::IsType(std::string_view kind) const {
@@ -218,8 +181,9 @@ std::unique_ptr<OpcPackage> OpcPackage::Open(const std::filesystem::path& path) 
     item.index = i;
     if (!package->by_name_.emplace(Lower(item.name), &item).second) {
       throw FileError(
-          FileError::Code::kDamaged,
-          "\"" + path.filename().string() + "\" holds two parts named \"" + item.name + "\".");
+          FileError::Code::kBadPartName,
+          "\"" + path.filename().string() + "\" holds two parts named \"" + item.name + "\".",
+          item.name);
     }
   }
   if (!package->Has(kContentTypes)) {
@@ -242,9 +206,10 @@ OpcPackage::Item* OpcPackage::FindAny(std::string_view part) {
 }
 
 void OpcPackage::FailMissing(std::string_view part) const {
-  throw FileError(FileError::Code::kDamaged,
+  throw FileError(FileError::Code::kMissingPart,
                   "The package lacks its part \"" + std::string(part) +
-                      "\". Open the file in Excel to repair it, or use a backup.");
+                      "\". Open the file in Excel to repair it, or use a backup.",
+                  std::string(part));
 }
 
 std::vector<std::string> OpcPackage::PartNames() const {
@@ -291,7 +256,7 @@ std::string OpcPackage::ReadOriginal(std::string_view part) const {
   }
   if (index == kNotInArchive) FailMissing(part);
   std::string bytes = archive_->Read(index);
-  return IsXmlPart(part) ? ToUtf8(std::move(bytes), part) : bytes;
+  return IsXmlPart(part) ? XmlAsUtf8(std::move(bytes), part) : bytes;
 }
 
 void OpcPackage::Write(std::string_view part, std::string bytes) {
@@ -457,11 +422,10 @@ std::string OpcPackage::AppendRelationship(std::string_view part, std::string_vi
   std::string relationships_part = RelationshipsPartOf(part);
   std::string text(Has(relationships_part) ? Read(relationships_part)
                                            : std::string(kEmptyRelationships));
-  Write(relationships_part,
-        WithLastChild(text, "Relationship",
-                      " Id=\"" + id + "\" Type=\"" + EncodeXmlAttribute(type) + "\" Target=\"" +
-                          EncodeXmlAttribute(target) + "\"" +
-                          (external ? " TargetMode=\"External\"" : "")));
+  Write(relationships_part, WithLastChild(text, "Relationship",
+                                          " Id=\"" + id + "\" Type=\"" + EncodeXmlAttribute(type) +
+                                              "\" Target=\"" + EncodeXmlAttribute(target) + "\"" +
+                                              (external ? " TargetMode=\"External\"" : "")));
   EnsureDefaultContentType("rels", "application/vnd.openxmlformats-package.relationships+xml");
   return id;
 }

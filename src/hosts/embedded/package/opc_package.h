@@ -18,7 +18,7 @@
 
 namespace vantora::embedded {
 
-// A part that is no well-formed XML, as FileError (kDamaged).
+// What is wrong with a part, as FileError.
 [[noreturn]] void ThrowDamaged(std::string_view part, const XmlError& error);
 
 struct Relationship {

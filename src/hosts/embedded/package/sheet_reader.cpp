@@ -114,8 +114,9 @@ bool AllOnSheet(const Formula& formula, CellAddress cell) {
 
 class SheetReader {
  public:
-  SheetReader(std::string_view text, WorkbookModel& model, SheetModel& sheet, SheetMarkup& markup)
-      : xml_(text), model_(model), sheet_(sheet), markup_(markup) {}
+  SheetReader(std::string_view text, WorkbookModel& model, SheetModel& sheet, SheetMarkup& markup,
+              SheetRoom& room)
+      : xml_(text), model_(model), sheet_(sheet), markup_(markup), room_(room) {}
 
   void Read() {
     while (xml_.Next() != Token::kStart) {
@@ -133,6 +134,7 @@ class SheetReader {
     while (xml_.Next() != Token::kDone) {
     }
     markup_.end = xml_.document().substr(from);
+    if (sheet_.is_worksheet && !has_cells_) KeepPlaceOfCells();
     LoadPending();
     FillDataTables();
   }
@@ -159,7 +161,9 @@ class SheetReader {
     FormulaId formula;
   };
 
-  [[noreturn]] void Fail(const std::string& what) const { throw XmlError(what, xml_.begin()); }
+  [[noreturn]] void Fail(const std::string& what) const {
+    throw XmlError(what, xml_.begin(), FileError::Code::kBadContent);
+  }
   [[noreturn]] void FailCell(CellAddress cell, const std::string& what) const {
     Fail("the cell " + ToA1(cell) + " " + what);
   }
@@ -181,8 +185,16 @@ class SheetReader {
     } else {
       xml_.SkipElement();
     }
+    Claim(2 * sizeof(std::string));
     markup_.elements.push_back(
         {std::move(name), std::string(xml_.document().substr(from, xml_.end() - from))});
+  }
+
+  // For the cells that a sheet without any may get.
+  void KeepPlaceOfCells() {
+    const bool changed = markup_.changed;
+    markup_.FindOrInsert("sheetData");
+    markup_.changed = changed;
   }
 
   void ReadColumns() {
@@ -243,6 +255,7 @@ class SheetReader {
     if (auto style = tag.Style())
       sheet_.row_styles.emplace_hint(sheet_.row_styles.end(), row, *style);
     sheet_.rows.Load(row, tag.Format());
+    Claim(sizeof(RowTable::Entry));
     if (xml_.is_empty()) return;
     while (xml_.Next() != Token::kEnd) {
       if (xml_.token() != Token::kStart) continue;
@@ -395,7 +408,30 @@ class SheetReader {
   }
 
   FormulaId Intern(std::string_view formula, CellAddress cell) {
-    return sheet_.formulas.Intern(ParseFormula(formula, cell, model_));
+    return Intern(ParseFormula(formula, cell, model_));
+  }
+
+  FormulaId Intern(Formula formula) {
+    const std::size_t size = sizeof formula + 2 * formula.text.size() +
+                             formula.references.size() * sizeof(Reference) +
+                             formula.names.size() * sizeof(std::string);
+    const FormulaId known = sheet_.formulas.size();
+    const FormulaId id = sheet_.formulas.Intern(std::move(formula));
+    if (id > known) Claim(size);
+    return id;
+  }
+
+  // Tells that the sheet takes so many bytes more. Claims are passed on in lots, as all sheets
+  // share the room.
+  void Claim(std::size_t bytes) {
+    constexpr std::size_t kLot = 1 << 20;
+    claimed_ += bytes;
+    if (claimed_ < kLot) return;
+    if (room_.used.fetch_add(claimed_) + claimed_ > room_.limit) {
+      throw XmlError("the workbook has more cells, rows and formulas than can be held in memory",
+                     xml_.begin(), FileError::Code::kTooLarge);
+    }
+    claimed_ = 0;
   }
 
   void UseGroup(CellAddress cell, CellParts& parts) {
@@ -409,12 +445,14 @@ class SheetReader {
   FormulaId MemberFormula(FormulaId group, CellAddress cell) {
     const Formula& formula = sheet_.formulas[group];
     if (AllOnSheet(formula, cell)) return group;
-    return sheet_.formulas.Intern(WrapReferences(formula, cell));
+    return Intern(WrapReferences(formula, cell));
   }
 
   // A formula that was written without its value has yet to be calculated.
   void Load(CellAddress cell, const CellValue& value, FormulaId formula, StyleId style) {
+    const std::size_t before = sheet_.cells.bytes();
     sheet_.cells.Load(cell, value, formula, style);
+    Claim(sheet_.cells.bytes() - before);
     if (formula != 0 && value.kind == CellKind::kBlank) {
       sheet_.cells.SetFlag(cell, kNeedsCalculation, true);
     }
@@ -494,6 +532,8 @@ class SheetReader {
   std::vector<Pending> pending_;
   std::vector<DataTable> data_tables_;
   std::uint64_t array_cells_ = 0;
+  SheetRoom& room_;
+  std::size_t claimed_ = 0;
 };
 
 }  // namespace
@@ -518,9 +558,9 @@ std::optional<std::pair<int, int>> FilteredRows(const SheetMarkup& markup) {
 
 }  // namespace
 
-void ReadSheet(std::string_view text, WorkbookModel& model, SheetModel& sheet,
-               SheetMarkup& markup) {
-  SheetReader(text, model, sheet, markup).Read();
+void ReadSheet(std::string_view text, WorkbookModel& model, SheetModel& sheet, SheetMarkup& markup,
+               SheetRoom& room) {
+  SheetReader(text, model, sheet, markup, room).Read();
   sheet.filtered_rows = FilteredRows(markup);
 }
 
@@ -537,7 +577,8 @@ CellAddress ParseCellPlace(std::string_view text, std::size_t offset) {
   auto [parsed, error] = std::from_chars(text.data() + at, end, cell.row);
   if (at == 0 || error != std::errc() || parsed != end || cell.row < 1 || cell.row > kMaxRow ||
       cell.column > kMaxColumn) {
-    throw XmlError("\"" + std::string(text.substr(0, 40)) + "\" is no place of a cell", offset);
+    throw XmlError("\"" + std::string(text.substr(0, 40)) + "\" is no place of a cell", offset,
+                   FileError::Code::kBadContent);
   }
   return cell;
 }

@@ -54,7 +54,8 @@ int WorkbookFile::AddSheet(const std::string& name, int position) {
   added.part = std::move(part);
   // What was inserted before concerns no reference of a sheet that did not exist.
   added.insertions_followed = insertions_.size();
-  ReadSheet(text, model_, sheet, added.markup);
+  SheetRoom room;
+  ReadSheet(text, model_, sheet, added.markup, room);
   added.loaded_area = sheet.cells.UsedArea();
   return sheet.id;
 }

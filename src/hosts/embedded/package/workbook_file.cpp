@@ -101,7 +101,8 @@ std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string
     SheetModel& sheet = file->model_.AddSheet(sheet_name);
     SheetPart& part = file->sheets_.emplace_back();
     part.part = file->parts_->sheets[sheet.id];
-    ReadSheet(text, file->model_, sheet, part.markup);
+    SheetRoom room;
+    ReadSheet(text, file->model_, sheet, part.markup, room);
   }
   file->first_added_sheet_ = static_cast<int>(sheet_names.size());
   return file;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "package/file_limits.h"
 #include "package/parallel.h"
 #include "package/sheet_reader.h"
 #include "package/xml_scanner.h"
@@ -33,9 +34,9 @@ std::string TargetOf(const OpcPackage& package, std::string_view part, std::stri
   return {};
 }
 
-[[noreturn]] void FailWorkbook(const std::string& what) {
-  throw FileError(Code::kDamaged,
-                  "The workbook is damaged: " + what + ". Open it in Excel to repair it.");
+[[noreturn]] void FailWorkbook(Code code, const std::string& part, const std::string& what) {
+  throw FileError(code, "The workbook is damaged: " + what + ". Open it in Excel to repair it.",
+                  part);
 }
 
 void ReadSheetList(const OpcPackage& package, pugi::xml_node workbook, WorkbookParts& parts,
@@ -46,16 +47,21 @@ void ReadSheetList(const OpcPackage& package, pugi::xml_node workbook, WorkbookP
     std::string id = LocalAttribute(node, "id").value();
     auto found = std::find_if(relationships.begin(), relationships.end(),
                               [&](const Relationship& r) { return r.id == id; });
-    if (name.empty()) FailWorkbook("a sheet has no name");
-    if (model.IdOf(name)) FailWorkbook("two sheets have the name " + Quoted(name));
+    auto fail = [&](Code code, const std::string& what) {
+      FailWorkbook(code, parts.workbook, what);
+    };
+    if (name.empty()) fail(Code::kBadContent, "a sheet has no name");
+    if (model.IdOf(name)) {
+      fail(Code::kBadContent, "two sheets have the name " + Quoted(name));
+    }
     if (found == relationships.end() || !package.Has(found->target)) {
-      FailWorkbook("the part of its sheet " + Quoted(name) + " is missing");
+      fail(Code::kMissingPart, "the part of its sheet " + Quoted(name) + " is missing");
     }
     if (std::find(parts.sheets.begin(), parts.sheets.end(), found->target) != parts.sheets.end()) {
-      FailWorkbook("its sheet " + Quoted(name) + " shares its part with another sheet");
+      fail(Code::kBadContent, "its sheet " + Quoted(name) + " shares its part with another sheet");
     }
     if (parts.sheets.size() == kMostSheets) {
-      FailWorkbook("it has more than " + std::to_string(kMostSheets) + " sheets");
+      fail(Code::kTooLarge, "it has more than " + std::to_string(kMostSheets) + " sheets");
     }
     SheetModel& sheet = model.AddSheet(std::move(name));
     sheet.visibility = VisibilityOf(node.attribute("state").value());
@@ -63,10 +69,10 @@ void ReadSheetList(const OpcPackage& package, pugi::xml_node workbook, WorkbookP
     parts.sheets.push_back(found->target);
     parts.sheet_relationships.push_back(found->id);
   });
-  if (parts.sheets.empty()) FailWorkbook("it has no sheets");
+  if (parts.sheets.empty()) FailWorkbook(Code::kBadContent, parts.workbook, "it has no sheets");
 }
 
-void ReadNames(pugi::xml_node workbook, WorkbookModel& model) {
+void ReadNames(pugi::xml_node workbook, const std::string& part, WorkbookModel& model) {
   ForEachChild(Child(workbook, "definedNames"), "definedName", [&](pugi::xml_node node) {
     DefinedName name;
     name.name = node.attribute("name").value();
@@ -75,7 +81,8 @@ void ReadNames(pugi::xml_node workbook, WorkbookModel& model) {
     if (pugi::xml_attribute local = node.attribute("localSheetId")) {
       name.scope = local.as_int(-1);
       if (name.scope < 0 || name.scope >= static_cast<int>(model.sheets.size())) {
-        FailWorkbook("the name " + Quoted(name.name) + " belongs to a sheet that is missing");
+        FailWorkbook(Code::kBadContent, part,
+                     "the name " + Quoted(name.name) + " belongs to a sheet that is missing");
       }
     }
     model.names.push_back(std::move(name));
@@ -141,8 +148,10 @@ std::string FindWorkbookPart(const OpcPackage& package, const std::string& file_
     throw FileError(Code::kNotAWorkbook, Quoted(file_name) + " is not an Excel workbook.");
   }
   if (!package.Has(part)) {
-    throw FileError(Code::kDamaged, Quoted(file_name) + " is damaged: its part " + Quoted(part) +
-                                        " is missing. Open it in Excel to repair it.");
+    throw FileError(Code::kMissingPart,
+                    Quoted(file_name) + " is damaged: its part " + Quoted(part) +
+                        " is missing. Open it in Excel to repair it.",
+                    part);
   }
   return part;
 }
@@ -157,7 +166,7 @@ WorkbookParts ReadWorkbook(const OpcPackage& package, const std::string& workboo
   parts.calculation_chain = TargetOf(package, workbook_part, "calcChain");
   pugi::xml_document document = ParseTree(package, workbook_part);
   pugi::xml_node workbook = Child(document, "workbook");
-  if (!workbook) FailWorkbook("its main part holds no workbook");
+  if (!workbook) FailWorkbook(Code::kBadContent, workbook_part, "its main part holds no workbook");
   model.date_1904 = IsTrue(Child(workbook, "workbookPr").attribute("date1904").value());
   pugi::xml_node calculation = Child(workbook, "calcPr");
   model.manual_calculation =
@@ -166,7 +175,7 @@ WorkbookParts ReadWorkbook(const OpcPackage& package, const std::string& workboo
   model.structure_is_protected =
       IsTrue(Child(workbook, "workbookProtection").attribute("lockStructure").value());
   ReadSheetList(package, workbook, parts, model);
-  ReadNames(workbook, model);
+  ReadNames(workbook, workbook_part, model);
   pugi::xml_node view = Child(Child(workbook, "bookViews"), "workbookView");
   int active = view.attribute("activeTab").as_int(0);
   active_sheet = std::clamp(active, 0, static_cast<int>(parts.sheets.size()) - 1);
@@ -182,6 +191,10 @@ void ReadSharedStrings(const OpcPackage& package, const std::string& part, Strin
     while (xml.Next() != XmlScanner::Token::kDone) {
       if (xml.token() == XmlScanner::Token::kStart && xml.depth() == 1) {
         if (xml.local_name() == "si") {
+          if (strings.shared_count() == kMostSharedStrings) {
+            throw XmlError("more than " + std::to_string(kMostSharedStrings) + " texts",
+                           xml.begin(), Code::kTooLarge);
+          }
           ReadSharedString(xml, strings, joined);
         } else {
           xml.SkipElement();
@@ -195,10 +208,11 @@ void ReadSharedStrings(const OpcPackage& package, const std::string& part, Strin
 
 void ReadSheets(const OpcPackage& package, const WorkbookParts& parts, WorkbookModel& model,
                 const std::vector<SheetMarkup*>& markups) {
+  SheetRoom room;
   ForEachInParallel(static_cast<int>(parts.sheets.size()), [&](int id) {
     std::string text = package.Read(parts.sheets[id]);
     try {
-      ReadSheet(text, model, *model.sheets[id], *markups[id]);
+      ReadSheet(text, model, *model.sheets[id], *markups[id], room);
     } catch (const XmlError& error) {
       ThrowDamaged(parts.sheets[id], error);
     }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "package/file_limits.h"
+
 namespace vantora::embedded {
 namespace {
 
@@ -222,7 +224,14 @@ XmlScanner::Token XmlScanner::ReadStartTag() {
     if (root_seen_) Fail("a second root element " + Quoted(name_), begin_);
     root_seen_ = true;
   }
-  if (!is_empty_) open_.push_back(name_);
+  if (!is_empty_) {
+    if (open_.size() == kDeepestElement) {
+      throw XmlError(
+          "more than " + std::to_string(kDeepestElement) + " elements within one another", begin_,
+          FileError::Code::kTooLarge);
+    }
+    open_.push_back(name_);
+  }
   return token_ = Token::kStart;
 }
 

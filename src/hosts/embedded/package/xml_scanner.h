@@ -6,18 +6,20 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "package/file_error.h"
+
 namespace vantora::embedded {
 
-// A part that is not well-formed, at a byte offset.
-class XmlError : public std::runtime_error {
+// A part that can't be read, at a byte offset: not well-formed unless `code` says otherwise.
+// Whoever knows the part's name says it (ThrowDamaged).
+class XmlError : public FileError {
  public:
-  XmlError(const std::string& what, std::size_t offset)
-      : std::runtime_error(what), offset_(offset) {}
+  XmlError(const std::string& what, std::size_t offset, Code code = Code::kMalformedXml)
+      : FileError(code, what, {}, "byte " + std::to_string(offset)), offset_(offset) {}
   std::size_t offset() const { return offset_; }
 
  private:
@@ -33,7 +35,8 @@ struct XmlAttribute {
 std::string_view LocalName(std::string_view name);
 
 // A pull scanner over a UTF-8 document (with or without byte order mark) that must outlive it.
-// Checks that tags match; refuses document type declarations and encodings other than UTF-8. With
+// Checks that tags match; refuses document type declarations, encodings other than UTF-8 and
+// elements nested too deep. With
 // `kLenient`, an end tag that matches an outer element closes the inner ones, and unclosed <br>
 // passes (legacy drawings are written so).
 class XmlScanner {

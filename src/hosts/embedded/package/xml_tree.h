@@ -9,7 +9,7 @@
 
 namespace vantora::embedded {
 
-// Parses a part. Throws FileError (kDamaged).
+// Parses a part. Throws FileError (kMalformedXml, kTooLarge).
 pugi::xml_document ParseTree(const OpcPackage& package, std::string_view part);
 
 // The first child of that local name; an empty node when there is none.

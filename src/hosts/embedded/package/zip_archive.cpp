@@ -11,14 +11,12 @@
 #include <fstream>
 #include <string_view>
 
+#include "package/file_limits.h"
+
 namespace vantora::embedded {
 namespace {
 
 constexpr int kCompressionLevel = 6;
-constexpr std::uint64_t kLargestPart = std::uint64_t{2} << 30;
-// Beyond this size a part that shrank more than a thousandfold was made to exhaust the memory.
-constexpr std::uint64_t kSuspectSize = std::uint64_t{64} << 20;
-constexpr std::uint64_t kSuspectRatio = 1000;
 
 std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
@@ -36,7 +34,8 @@ std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\
   throw FileError(FileError::Code::kDamaged,
                   "The part " + Quoted(part) +
                       " of the package is damaged. Open the file in Excel to repair it, or use a "
-                      "backup.");
+                      "backup.",
+                  std::string(part));
 }
 
 bool FileContains(std::ifstream& file, std::string_view wanted) {
@@ -108,12 +107,27 @@ bool IsSafeName(std::string_view name) {
   return true;
 }
 
+bool IsSuspect(std::uint64_t unpacked, std::uint64_t packed) {
+  return unpacked > kSuspectSize && unpacked / kSuspectRatio > packed;
+}
+
 void CheckSizes(const ZipArchive::Entry& entry, const std::string& file_name) {
-  bool suspect = entry.size > kSuspectSize && entry.size / kSuspectRatio > entry.packed_size;
-  if (entry.size > kLargestPart || entry.packed_size > kLargestPart || suspect) {
-    throw FileError(FileError::Code::kDamaged, "The part " + Quoted(entry.name) + " of " +
-                                                   Quoted(file_name) +
-                                                   " claims a size that no workbook has.");
+  if (entry.size > kLargestPart || IsSuspect(entry.size, entry.packed_size)) {
+    throw FileError(FileError::Code::kTooLarge,
+                    "The part " + Quoted(entry.name) + " of " + Quoted(file_name) +
+                        " claims a size that no workbook has.",
+                    entry.name);
+  }
+}
+
+// Entries may share their bytes, so that each is small and all together are not.
+void CheckTotal(const std::vector<ZipArchive::Entry>& entries, std::uint64_t file_size,
+                const std::string& file_name) {
+  std::uint64_t total = 0;
+  for (const ZipArchive::Entry& entry : entries) total += entry.size;
+  if (total > kLargestPackage || IsSuspect(total, file_size)) {
+    throw FileError(FileError::Code::kTooLarge,
+                    "The parts of " + Quoted(file_name) + " claim a size that no workbook has.");
   }
 }
 
@@ -264,7 +278,7 @@ ZipArchive::ZipArchive(const std::filesystem::path& path) : file_name_(path.file
                         "). Open it in Excel to repair it, or use a backup.");
   }
   try {
-    ReadDirectory();
+    ReadDirectory(std::filesystem::file_size(path));
   } catch (...) {
     zip_discard(handle_);
     throw;
@@ -273,8 +287,12 @@ ZipArchive::ZipArchive(const std::filesystem::path& path) : file_name_(path.file
 
 ZipArchive::~ZipArchive() { zip_discard(handle_); }
 
-void ZipArchive::ReadDirectory() {
+void ZipArchive::ReadDirectory(std::uint64_t file_size) {
   const zip_int64_t count = zip_get_num_entries(handle_, 0);
+  if (static_cast<std::size_t>(count) > kMostParts) {
+    throw FileError(FileError::Code::kTooLarge, Quoted(file_name_) + " holds more than " +
+                                                    std::to_string(kMostParts) + " parts.");
+  }
   entries_.reserve(static_cast<std::size_t>(count));
   for (zip_int64_t i = 0; i < count; ++i) {
     zip_stat_t stat;
@@ -284,9 +302,10 @@ void ZipArchive::ReadDirectory() {
     }
     Entry entry{stat.name, stat.size, stat.comp_size, stat.crc, stat.comp_method == ZIP_CM_DEFLATE};
     if (!IsSafeName(entry.name)) {
-      throw FileError(FileError::Code::kDamaged, Quoted(file_name_) + " holds a part named " +
-                                                     Quoted(entry.name) +
-                                                     ", a name that no part can have.");
+      throw FileError(FileError::Code::kBadPartName,
+                      Quoted(file_name_) + " holds a part named " + Quoted(entry.name) +
+                          ", a name that no part can have.",
+                      entry.name);
     }
     if (stat.encryption_method != ZIP_EM_NONE) {
       throw FileError(FileError::Code::kEncrypted, Quoted(file_name_) +
@@ -297,11 +316,16 @@ void ZipArchive::ReadDirectory() {
       throw FileError(FileError::Code::kUnsupported,
                       "The part " + Quoted(entry.name) + " of " + Quoted(file_name_) +
                           " is compressed in a way that workbooks do not use. Save the workbook "
-                          "in Excel.");
+                          "in Excel.",
+                      entry.name);
+    }
+    if (entry.packed_size > file_size || (!entry.deflated && entry.size != entry.packed_size)) {
+      FailDamagedPart(entry.name);
     }
     CheckSizes(entry, file_name_);
     entries_.push_back(std::move(entry));
   }
+  CheckTotal(entries_, file_size, file_name_);
 }
 
 PackedBytes ZipArchive::ReadPacked(std::size_t index) const {

@@ -54,7 +54,7 @@ class ZipArchive {
  private:
   friend void WriteZip(const class ReplacementFile&, const ZipArchive*,
                        const std::vector<struct ZipOutput>&);
-  void ReadDirectory();
+  void ReadDirectory(std::uint64_t file_size);
 
   std::string file_name_;
   zip* handle_ = nullptr;

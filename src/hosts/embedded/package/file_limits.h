@@ -1,0 +1,30 @@
+// How much a file may claim of the machine that opens it. Each limit lies far above what the
+// largest workbook in use needs, and low enough that a file made to exhaust memory or time is
+// refused first.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace vantora::embedded {
+
+// Entries of the archive: what an archive can hold without its 64-bit form.
+inline constexpr std::size_t kMostParts = 65535;
+// Bytes of a part unpacked, and of all parts together.
+inline constexpr std::uint64_t kLargestPart = std::uint64_t{1} << 30;
+inline constexpr std::uint64_t kLargestPackage = std::uint64_t{4} << 30;
+// Where more than `kSuspectSize` bytes come out of an archive or an entry, they may be at most
+// `kSuspectRatio` times the bytes that went in. Sheets shrink to a tenth or, where rows repeat, to
+// a fiftieth.
+inline constexpr std::uint64_t kSuspectSize = std::uint64_t{64} << 20;
+inline constexpr std::uint64_t kSuspectRatio = 250;
+// Elements within one another. Drawings with groups within groups have some tens.
+inline constexpr std::size_t kDeepestElement = 1000;
+// Bytes of a part that is read as a tree, which takes some twenty times its size.
+inline constexpr std::size_t kLargestTree = std::size_t{64} << 20;
+// Bytes that the cells, rows and formulas of all sheets take in memory: a hundred million cells.
+inline constexpr std::size_t kLargestModel = std::size_t{2} << 30;
+// Texts in the table of shared strings.
+inline constexpr std::size_t kMostSharedStrings = std::size_t{1} << 24;
+
+}  // namespace vantora::embedded
