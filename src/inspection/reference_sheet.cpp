@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "core/cell_place.h"
 #include "core/common.h"
 #include "core/convert.h"
 #include "core/model_layout.h"

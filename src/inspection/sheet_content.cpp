@@ -2,6 +2,7 @@
 
 #include <cctype>
 
+#include "core/cell_place.h"
 #include "core/convert.h"
 #include "core/model_layout.h"
 

@@ -39,10 +39,11 @@ void clsClearAllData::ClearAllData() {
 
 bool clsClearAllData::IsConfirmed() {
   UserInterface& user_interface = services().user_interface;
+  const std::string line_break(kLineBreak);
   return user_interface.MessageBox(
-             "This macro will clear out all entered data in your model!!!\r\n"
-             "Please make sure you've saved the model first\r\n"
-             "Then if you really want to continue, hit OK, else Cancel",
+             "This macro will clear out all entered data in your model!!!" + line_break +
+                 "Please make sure you've saved the model first" + line_break +
+                 "Then if you really want to continue, hit OK, else Cancel",
              kOkCancel + kExclamation, "") == MessageBoxResult::kOk &&
          user_interface.MessageBox("Last chance: Are you sure you want to clear all entered data?",
                                    kOkCancel + kCritical + kDefaultButton2,

@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cmath>
 
+#include "core/cell_place.h"
 #include "core/coercion.h"
 #include "core/convert.h"
 #include "core/model_layout.h"
@@ -157,7 +158,8 @@ clsPlanningSpinners::Block clsPlanningSpinners::TakeClick() {
   const std::string address = sheet_->Shapes(application()->Caller())->LinkedCell();
   const host::RangePtr linked_cell = CellAt(*sheet_, address);
   Block block;
-  block.value = ToInteger(linked_cell->Value());
+  block.value =
+      IntegerIn({*sheet_, linked_cell->Row(), linked_cell->Column()}, linked_cell->Value());
   block.first_row = RowInText(address) + 1;
   // Without an end row the block runs to the last used row, and the row below serves as its end.
   int end_row = block.first_row;
@@ -166,7 +168,7 @@ clsPlanningSpinners::Block clsPlanningSpinners::TakeClick() {
   }
   block.last_row = end_row - 1;
   const host::RangePtr stored = sheet_->Cells(end_row, linked_cell->Column());
-  block.previous = ToInteger(stored->Value());
+  block.previous = IntegerIn({*sheet_, end_row, linked_cell->Column()}, stored->Value());
   stored->SetValue(block.value);
   return block;
 }
@@ -234,7 +236,7 @@ void clsPlanningSpinners::MoveLater(const Project& project) {
     const host::RangePtr cell = sheet_->Cells(row, column);
     const Value amount = cell->Value();
     if (!IsAmountToChange(amount)) continue;
-    const double factor = ToNumber(sheet_->Cells(project.inflation_row, column)->Value());
+    const double factor = Factor(project, column);
     cell->SetValue(Finite(ToNumber(amount) * factor));
   }
 }
@@ -252,11 +254,11 @@ void clsPlanningSpinners::MoveEarlier(const Project& project) {
       const Value amount = cell->Value();
       if (!IsAmountToChange(amount)) continue;
       // The amount was inflated for the year that it leaves.
-      const double factor = ToNumber(sheet_->Cells(project.inflation_row, column + 1)->Value());
+      const double factor = Factor(project, column + 1);
       if (factor == 0) {
-        throw MacroError(kDivisionByZero, "Division by zero: the inflation factor in row " +
-                                              std::to_string(project.inflation_row) + ", column " +
-                                              std::to_string(column + 1) + " is 0.");
+        throw MacroError(kDivisionByZero, "Division by zero: the inflation factor in " +
+                                              FactorPlace(project, column + 1).Name() +
+                                              " is 0. Enter one there.");
       }
       cell->SetValue(Finite(ToNumber(amount) / factor));
     }
@@ -264,8 +266,19 @@ void clsPlanningSpinners::MoveEarlier(const Project& project) {
   Move(row, save, save, kLastYear);  // the parked year comes back
   // The model's rule: eight cells move here where nine moved on the way later, so the last but one
   // keeps its value.
-  Move(row, save + 1, save + kSaveCells - 2, save);
+  CopyTowards(row, save + 1, save + kSaveCells - 2, save);
+  sheet_->Paste();
   Empty(row, save + kSaveCells - 1);
+  EndCopy();
+}
+
+CellPlace clsPlanningSpinners::FactorPlace(const Project& project, int column) const {
+  return {*sheet_, project.inflation_row, column};
+}
+
+double clsPlanningSpinners::Factor(const Project& project, int column) {
+  return NumberIn(FactorPlace(project, column),
+                  sheet_->Cells(project.inflation_row, column)->Value());
 }
 
 Value clsPlanningSpinners::FlagOf(int row) { return sheet_->Cells(row, columns_.flags)->Value(); }

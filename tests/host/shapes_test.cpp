@@ -33,8 +33,13 @@ class ShapesTest : public testing::Test {
 };
 
 TEST_F(ShapesTest, NamesShapesAndControlsButNoNotes) {
-  EXPECT_THAT(ShapeNames(session_->file().package(), session_->file().part_of(0)),
-              testing::UnorderedElementsAre("R&D button", "Spinner 1"));
+  OpcPackage& package = session_->file().package();
+  const std::string& sheet = session_->file().part_of(0);
+  EXPECT_THAT(ShapeNames(package, sheet), testing::UnorderedElementsAre("R&D button", "Spinner 1"));
+  package.Write("xl/drawings/drawing1.xml",
+                "<xdr:wsDr xmlns:xdr=\"d\"><xdr:cNvPr id=\"2\" name=\"Spinner 1\"/></xdr:wsDr>");
+  EXPECT_THAT(ShapeNames(package, sheet), testing::ElementsAre("Spinner 1"))
+      << "described twice, and one control";
 }
 
 TEST_F(ShapesTest, TheCallerIsAShapeOfTheActiveSheet) {
