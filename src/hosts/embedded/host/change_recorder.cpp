@@ -53,11 +53,13 @@ std::string DisplayValue(const CellValue& value, const StringPool& strings) {
 
 ChangeRecorder::ChangeRecorder(OpenWorkbook& workbook)
     : workbook_(workbook),
+      state_(workbook),
       insertions_then_(workbook.insertions().size()),
       notes_then_(workbook.notes().size()) {
   for (const auto& sheet : workbook.model().sheets) {
     then_.push_back(sheet->cells.Clone());
     columns_then_.push_back(sheet->column_formats);
+    row_styles_then_.push_back(sheet->row_styles);
   }
 }
 
@@ -157,6 +159,45 @@ void ChangeRecorder::AddColumnChanges(int sheet, ChangeList& list) const {
   }
 }
 
+StyleId ChangeRecorder::StyleThen(int sheet, CellAddress cell) const {
+  if (const Cell then = then_[sheet].Get(cell); then.exists()) return then.style;
+  const auto row = row_styles_then_[sheet].find(cell.row);
+  if (row != row_styles_then_[sheet].end()) return row->second;
+  const ColumnFormat* column = FormatOfColumn(columns_then_[sheet], cell.column);
+  return column ? column->style : 0;
+}
+
+void ChangeRecorder::AddFormatChanges(int sheet, ChangeList& list) const {
+  const SheetModel& model = workbook_.sheet(sheet);
+  if (static_cast<std::size_t>(sheet) >= then_.size()) return;
+  std::size_t count = 0;
+  Area within{.first_row = kMaxRow, .first_column = kMaxColumn, .last_row = 1, .last_column = 1};
+  const auto look = [&](CellAddress cell, CellAddress before) {
+    if (model.StyleOf(cell) == StyleThen(sheet, before)) return;
+    ++count;
+    within = {std::min(within.first_row, cell.row), std::min(within.first_column, cell.column),
+              std::max(within.last_row, cell.row), std::max(within.last_column, cell.column)};
+  };
+  const int last_column = std::max(model.cells.LastColumn(), then_[sheet].LastColumn() + 1);
+  for (int column = 1; column <= last_column; ++column) {
+    const std::optional<int> before = ColumnThen(sheet, column);
+    if (!before) continue;
+    model.cells.ForEachInColumn(column, 1, kMaxRow, [&](int row, const Cell& cell) {
+      if (cell.flags & kStyleChanged) look({row, column}, {row, *before});
+    });
+    then_[sheet].ForEachInColumn(*before, 1, kMaxRow, [&](int row, const Cell&) {
+      if (!model.cells.Exists({row, column})) look({row, column}, {row, *before});
+    });
+  }
+  if (count == 0) return;
+  std::string place;
+  AppendSheetPrefix(place, sheet, sheet, workbook_.model());
+  place += ToA1(within);
+  list.others.push_back(count == 1 ? "format changed at " + place
+                                   : "formats of " + std::to_string(count) +
+                                         " cells changed within " + place);
+}
+
 ChangeList ChangeRecorder::Changes() const {
   ChangeList list;
   const auto& insertions = workbook_.insertions();
@@ -175,7 +216,11 @@ ChangeList ChangeRecorder::Changes() const {
   for (int sheet : workbook_.model().tab_order) AddSheetChanges(sheet, list, new_results);
   list.others.assign(workbook_.notes().begin() + static_cast<std::ptrdiff_t>(notes_then_),
                      workbook_.notes().end());
-  for (int sheet : workbook_.model().tab_order) AddColumnChanges(sheet, list);
+  for (int sheet : workbook_.model().tab_order) {
+    AddColumnChanges(sheet, list);
+    AddFormatChanges(sheet, list);
+  }
+  std::ranges::move(state_.Changes(), std::back_inserter(list.others));
   if (new_results > 0) {
     list.others.push_back(std::to_string(new_results) + " formulas have new results");
   }

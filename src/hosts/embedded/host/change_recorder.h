@@ -1,11 +1,13 @@
 // Tells what changed in a workbook since a moment.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <vector>
 
 #include "host/open_workbook.h"
 #include "host/session.h"
+#include "host/state_recorder.h"
 
 namespace vantora::embedded {
 
@@ -21,6 +23,9 @@ class ChangeRecorder {
   void AddSheetChanges(int sheet, ChangeList& list, std::size_t& new_results) const;
   // Columns that were hidden or shown, a line for each run of them.
   void AddColumnChanges(int sheet, ChangeList& list) const;
+  // Cells that look otherwise than then, a line for the sheet; those of new columns are new.
+  void AddFormatChanges(int sheet, ChangeList& list) const;
+  StyleId StyleThen(int sheet, CellAddress cell) const;
   // The column that a column of now was then; nullopt for one inserted since.
   std::optional<int> ColumnThen(int sheet, int column_now) const;
   // The formula `then` of a cell that stood at `cell` has only followed insertions to become `now`.
@@ -30,6 +35,8 @@ class ChangeRecorder {
   OpenWorkbook& workbook_;
   std::vector<CellStore> then_;
   std::vector<std::vector<ColumnFormat>> columns_then_;
+  std::vector<std::map<int, StyleId>> row_styles_then_;
+  StateRecorder state_;
   std::size_t insertions_then_;
   std::size_t notes_then_;
 };
