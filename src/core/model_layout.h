@@ -21,9 +21,9 @@ inline constexpr std::string_view kProtectedSheetFlag = "P";
 inline constexpr std::string_view kPlanningNamesSheetFlag = "Y";
 
 // The yearly columns.
-inline constexpr int kFirstHistoryColumn = 10;  // J, the oldest year
-inline constexpr int kLastYearColumn = 14;      // N, the last history year, "Last Year"
-inline constexpr int kCurrentYearColumn = 15;   // O, "Current Year"
+inline constexpr int kFirstHistoryColumn = 10;   // J, the oldest year
+inline constexpr int kLastYearColumn = 14;       // N, the last history year, "Last Year"
+inline constexpr int kCurrentYearColumn = 15;    // O, "Current Year"
 inline constexpr int kFirstPlanningColumn = 16;  // P
 inline constexpr int kLastPlanningColumn = 25;   // Y
 inline constexpr int kHistoryYears = kLastYearColumn - kFirstHistoryColumn + 1;
@@ -36,5 +36,10 @@ inline constexpr std::string_view kMarkerColumnFlag = "k";
 // Defined names of the workbook.
 inline constexpr std::string_view kMarkerName = "marker";
 inline constexpr std::string_view kFiscalYearName = "planning_fiscal_year";
+
+// Routines that the model's workbook offers in the code module of its Reference Sheet: they restore
+// the look of the sort buttons.
+inline constexpr std::string_view kResetKeySortButtons = "ResetKeySortButtons";
+inline constexpr std::string_view kResetNamesSortButtons = "resetNamesSortButtons";
 
 }  // namespace vantora::model

@@ -55,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(
                for (int row : {5, 6, 7, 20})
                  s.Worksheet("Plan")->Cells(row, 1)->SetRowsHidden(true);
              },
-             {"rows shown at Data!1:1", "rows hidden at Plan!5:7, Plan!20:20"}},
+             {"rows hidden at Plan!5:7, Plan!20:20", "rows shown at Data!1:1"}},
         Edit{"ThereAndBack",
              [](Session& s) {
                s.Worksheet("Data")->Cells(1, 1)->SetRowsHidden(false);

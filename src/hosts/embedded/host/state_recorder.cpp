@@ -49,21 +49,31 @@ std::vector<int> HiddenRows(const std::vector<RowTable::Entry>& rows) {
   return hidden;
 }
 
-// "Data!1:1, Data!5:9".
-std::string Runs(const std::vector<int>& rows, const std::string& prefix) {
-  std::string text;
-  std::size_t runs = 0;
+// Appends "Data!1:1", "Data!5:9" for the rows of `to` that `from` does not have, which are in
+// ascending order both.
+void AddRuns(const std::vector<int>& from, const std::vector<int>& to, const std::string& prefix,
+             std::vector<std::string>& places) {
+  std::vector<int> rows;
+  std::ranges::set_difference(to, from, std::back_inserter(rows));
   for (std::size_t i = 0; i < rows.size();) {
     std::size_t end = i + 1;
     while (end < rows.size() && rows[end] == rows[end - 1] + 1) ++end;
-    if (++runs <= kMostAlike) {
-      if (!text.empty()) text += ", ";
-      text += prefix + std::to_string(rows[i]) + ":" + std::to_string(rows[end - 1]);
-    }
+    places.push_back(prefix + std::to_string(rows[i]) + ":" + std::to_string(rows[end - 1]));
     i = end;
   }
-  if (runs > kMostAlike) text += " and " + std::to_string(runs - kMostAlike) + " more places";
-  return text;
+}
+
+// All places on one line.
+void AddPlaces(const std::string& what, const std::vector<std::string>& places,
+               std::vector<std::string>& lines) {
+  if (places.empty()) return;
+  std::string line = what;
+  const std::size_t shown = std::min(places.size(), kMostAlike);
+  for (std::size_t i = 0; i < shown; ++i) line += (i == 0 ? "" : ", ") + places[i];
+  if (places.size() > shown) {
+    line += " and " + std::to_string(places.size() - shown) + " more places";
+  }
+  lines.push_back(std::move(line));
 }
 
 std::string PlaceText(const BookWindow& window) {
@@ -99,7 +109,7 @@ std::vector<std::string> StateRecorder::Changes() const {
   Lines lines;
   const std::vector<int>& sheets = workbook_.model().tab_order;
   for (int sheet : sheets) AddSheet(sheet, lines);
-  for (int sheet : sheets) AddRows(sheet, lines);
+  AddRows(lines);
   AddNames(lines);
   AddWindows(lines);
   for (int sheet : sheets) AddView(sheet, lines);
@@ -123,20 +133,20 @@ void StateRecorder::AddSheet(int sheet, Lines& lines) const {
   }
 }
 
-void StateRecorder::AddRows(int sheet, Lines& lines) const {
-  if (static_cast<std::size_t>(sheet) >= sheets_.size()) return;
-  const std::vector<int> then = HiddenRows(sheets_[sheet].rows);
-  const std::vector<int> now = HiddenRows(workbook_.sheet(sheet).rows.entries());
-  std::string prefix;
-  AppendSheetPrefix(prefix, sheet, sheet, workbook_.model());
-  const auto tell = [&](const std::string& what, const std::vector<int>& from,
-                        const std::vector<int>& to) {
-    std::vector<int> added;
-    std::ranges::set_difference(to, from, std::back_inserter(added));
-    if (!added.empty()) lines.push_back(what + Runs(added, prefix));
-  };
-  tell("rows hidden at ", then, now);
-  tell("rows shown at ", now, then);
+void StateRecorder::AddRows(Lines& lines) const {
+  std::vector<std::string> hidden;
+  std::vector<std::string> shown;
+  for (int sheet : workbook_.model().tab_order) {
+    if (static_cast<std::size_t>(sheet) >= sheets_.size()) continue;
+    const std::vector<int> then = HiddenRows(sheets_[sheet].rows);
+    const std::vector<int> now = HiddenRows(workbook_.sheet(sheet).rows.entries());
+    std::string prefix;
+    AppendSheetPrefix(prefix, sheet, sheet, workbook_.model());
+    AddRuns(then, now, prefix, hidden);
+    AddRuns(now, then, prefix, shown);
+  }
+  AddPlaces("rows hidden at ", hidden, lines);
+  AddPlaces("rows shown at ", shown, lines);
 }
 
 void StateRecorder::AddView(int sheet, Lines& lines) const {

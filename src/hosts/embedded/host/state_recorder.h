@@ -34,7 +34,7 @@ class StateRecorder {
 
   std::string SheetName(int sheet) const;
   void AddSheet(int sheet, Lines& lines) const;
-  void AddRows(int sheet, Lines& lines) const;
+  void AddRows(Lines& lines) const;
   void AddView(int sheet, Lines& lines) const;
   void AddNames(Lines& lines) const;
   void AddWindows(Lines& lines) const;
