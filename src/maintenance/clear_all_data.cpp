@@ -11,14 +11,11 @@
 namespace vantora {
 namespace {
 
-constexpr int kKeyListColumn = 9;  // I
-constexpr std::string_view kKeyListHeading = "Planning key";
-
 // The row behind the last one when column I holds no key: nothing of the sheet is cleared then.
 int FirstKeyRow(host::Worksheet& sheet, int first_row, int last_row) {
   for (int row = first_row; row <= last_row; ++row) {
-    const std::string key = ValueToText(sheet.Cells(row, kKeyListColumn)->Value());
-    if (!key.empty() && !EqualsIgnoreCase(key, kKeyListHeading)) return row;
+    const std::string key = ValueToText(sheet.Cells(row, model::kKeyColumn)->Value());
+    if (!key.empty() && !EqualsIgnoreCase(key, model::kKeyHeading)) return row;
   }
   return last_row + 1;
 }

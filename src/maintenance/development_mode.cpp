@@ -15,7 +15,6 @@ namespace {
 
 using host::WorksheetPtr;
 
-constexpr std::string_view kProtectedFlag = "P";
 constexpr std::string_view kScrollColumnFlag = "C";
 constexpr std::string_view kScrollRowFlag = "R";
 constexpr std::string_view kFreezeRowFlag = "U";
@@ -53,7 +52,7 @@ void clsDevelopmentMode::DevelopmentMode() {
 }
 
 void clsDevelopmentMode::SwitchSheet(const WorksheetPtr& sheet, bool to_normal) {
-  const bool is_protected = SheetHasFlag(sheet, kProtectedFlag);
+  const bool is_protected = SheetHasFlag(sheet, model::kProtectedSheetFlag);
   if (is_protected && !to_normal) sheet->Unprotect();
   sheet->Cells(model::kFlagRow, 1)->SetRowsHidden(to_normal);
   if (is_protected && to_normal) sheet->Protect();

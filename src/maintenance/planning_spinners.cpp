@@ -16,11 +16,6 @@ using host::XlCutCopyMode;
 using host::XlPasteSpecialOperation;
 using host::XlPasteType;
 
-constexpr std::string_view kFlagColumnFlag = "f";
-constexpr std::string_view kSaveColumnFlag = "s";
-constexpr std::string_view kInflationRowFlag = "x";
-constexpr std::string_view kEndRowFlag = "end";
-
 constexpr int kLastYear = model::kLastPlanningColumn;
 constexpr int kSaveCells = 10;
 
@@ -140,8 +135,8 @@ std::optional<clsPlanningSpinners::FlaggedColumns> clsPlanningSpinners::FindFlag
   // The first save column ends the search; of the flag columns before it the last one counts.
   for (int column = 2; column <= column_count && found.save == 0; ++column) {
     const std::string flag = ValueToText(sheet_->Cells(model::kFlagRow, column)->Value());
-    if (EqualsIgnoreCase(flag, kFlagColumnFlag)) found.flags = column;
-    if (EqualsIgnoreCase(flag, kSaveColumnFlag)) found.save = column;
+    if (EqualsIgnoreCase(flag, model::kFlagColumnFlag)) found.flags = column;
+    if (EqualsIgnoreCase(flag, model::kSaveColumnFlag)) found.save = column;
   }
   if (found.save == 0) {
     Tell("Missing flag in row 1 to indicate shift-save column");
@@ -163,7 +158,8 @@ clsPlanningSpinners::Block clsPlanningSpinners::TakeClick() {
   block.first_row = RowInText(address) + 1;
   // Without an end row the block runs to the last used row, and the row below serves as its end.
   int end_row = block.first_row;
-  while (end_row <= row_count_ && !FindIgnoreCase(ValueToText(FlagOf(end_row)), kEndRowFlag)) {
+  while (end_row <= row_count_ &&
+         !FindIgnoreCase(ValueToText(FlagOf(end_row)), model::kEndRowFlag)) {
     ++end_row;
   }
   block.last_row = end_row - 1;
@@ -175,7 +171,7 @@ clsPlanningSpinners::Block clsPlanningSpinners::TakeClick() {
 
 int clsPlanningSpinners::FindInflationRow() {
   for (int row = model::kFlagRow + 1; row <= row_count_; ++row) {
-    if (EqualsIgnoreCase(ValueToText(FlagOf(row)), kInflationRowFlag)) return row;
+    if (EqualsIgnoreCase(ValueToText(FlagOf(row)), model::kInflationRowFlag)) return row;
   }
   return 0;
 }
