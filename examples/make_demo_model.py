@@ -31,12 +31,13 @@ def title_sheet():
         ('Production Costs', 'C5', 'What it costs to build'), \
         ('People & Premises', 'C5', 'Who builds it, and where'), \
         ("Owner's Accounts", 'C5', 'Profit, loss and balance sheet'), \
-        ('Planning', 'C8', 'Projects that the spin buttons move'), ('Ratios', 'B5', 'Comparison')
+        ('Planning', 'C8', 'Projects that the spin buttons move'), \
+        ('Project List', 'C5', 'Projects as approved'), ('Ratios', 'B5', 'Comparison')
     for row, (name, cell, tip) in enumerate(places, 7):
         sheet.put(f'B{row}', name, 'link')
         sheet.hyperlinks.append((f'B{row}', f'{quoted(name)}!{cell}', None, tip))
-    sheet.put('B15', 'Suppliers and dealers', 'link')
-    sheet.hyperlinks.append(('B15', None, 'https://larkfield.example/dealers',
+    sheet.put('B16', 'Suppliers and dealers', 'link')
+    sheet.hyperlinks.append(('B16', None, 'https://larkfield.example/dealers',
                              'Opens the web site'))
     sheet.widths = [('B', 'B', 32)]
     sheet.protected = True
@@ -77,6 +78,7 @@ def dashboard_sheet():
     return sheet
 
 
+KEY_HEADING = 'Planning key'
 PROJECTS = (
     ('Marketing campaigns', 8, (
         ('Spring fair stand', 'i', {0: 4200, 1: 4200, 3: 4800, 5: 5200, 7: 5600}),
@@ -102,6 +104,41 @@ PROJECTS = (
 )
 
 
+# What the check of the planning keys finds: a key that the project list spells otherwise, and a
+# project that it lists twice.
+LISTED_OTHERWISE = {'Magazine_advertisements': 'Magazine_ads'}
+LISTED_TWICE = 'Stock system'
+
+
+def planning_key(label):
+    return label.replace(',', '').replace(' ', '_')
+
+
+def project_list_sheet():
+    sheet = Sheet('Project List', 'L Z M2 I11 C14 R5 U5 V3')
+    sheet.put('B2', 'Projects as approved, amounts in euro', 'title')
+    sheet.row(3, 'B', ['Project', 'Block'], 'heading')
+    sheet.put('I3', KEY_HEADING, 'heading')
+    sheet.fill(3, 'J', 'Y', 'Sales!J3', 'heading')
+    sheet.style('A4:I4', 'heading')
+    sheet.fill(4, 'J', 'Y', 'Sales!J4', 'heading')
+    projects = [(title, label, amounts) for title, _, block in PROJECTS
+                for label, _, amounts in block]
+    projects += [project for project in projects if project[1] == LISTED_TWICE]
+    for row, (title, label, amounts) in enumerate(projects, 5):
+        key = planning_key(label)
+        sheet.put(f'B{row}', label, 'label')
+        sheet.put(f'C{row}', title, 'body')
+        sheet.put(f'I{row}', LISTED_OTHERWISE.get(key, key), 'name')
+        sheet.row(row, 'O', [amounts.get(year) for year in range(-1, 10)], 'count')
+    end = 5 + len(projects)
+    sheet.put(f'B{end + 1}', 'All projects', 'label_total')
+    sheet.fill(end + 1, 'O', 'Y', f'SUM(O5:O{end - 1})', 'count_total')
+    sheet.freeze, sheet.top_left = 'C5', 'J5'
+    sheet.widths = [('A', 'A', 4), ('B', 'B', 30), ('C', 'C', 22), ('I', 'I', 26), ('J', 'Y', 10)]
+    return sheet
+
+
 def planning_sheet():
     sheet = Sheet('Planning', 'Y Z M2 I9 C14 R8 U5 V3')
     sheet.put('AA1', 'f', 'flag')
@@ -109,7 +146,7 @@ def planning_sheet():
     sheet.put('B2', 'Projects: click a spin button to move its block by a year', 'title')
     sheet.merged.append('B2:H2')
     sheet.row(3, 'B', ['Project', 'Unit', 'Moved', 'Spin'], 'heading')
-    sheet.row(3, 'Z', ['Planning key', 'Flags', None, 'Kept for the way back'], 'heading')
+    sheet.row(3, 'Z', [KEY_HEADING, 'Flags', None, 'Kept for the way back'], 'heading')
     sheet.fill(3, 'J', 'Y', 'Sales!J3', 'heading')
     sheet.fill(4, 'J', 'Y', 'Sales!J4', 'heading')
     for row, label, factor, flag in ((5, 'Inflation, general', 1.02, 'x'),
@@ -129,7 +166,7 @@ def planning_sheet():
             sheet.put(f'B{row}', label, 'label')
             sheet.put(f'C{row}', 'EUR', 'body')
             sheet.row(row, 'O', [amounts.get(year) for year in range(-1, 10)], 'count')
-            sheet.put(f'Z{row}', label.replace(',', '').replace(' ', '_'), 'name')
+            sheet.put(f'Z{row}', planning_key(label), 'name')
             sheet.put(f'AA{row}', flags or None, 'flag')
             sheet.row(row, 'AC', [None] * 10, 'count')
             sheet.levels[row] = 1
@@ -219,6 +256,7 @@ MENU = (  # item, sub-item, macro, button face
     ('Load comparison data', None, 'VA_RatiosCompDataSet', 17),
     ('Tools', None, None, None),
     (None, 'Development mode', 'VA_DevelopmentMode', None),
+    (None, 'Check planning keys', 'VA_CheckPlanningKeys', None),
     (None, 'Name the selected rows', 'VA_NameDefinition', None),
     (None, 'Delete names in error', 'VA_NameCleanup', 67),
     (None, 'Clear all data', 'VA_ClearAllData', 1786),
@@ -228,7 +266,7 @@ MONTHS = ('January', 'February', 'March', 'April', 'May', 'June', 'July', 'Augus
 REMARKS = 'checked', 'estimate', 'ask the accountant', 'to be replaced'
 
 
-def reference_sheet(sheets, names, dashboard):
+def reference_sheet(planning, names, dashboard):
     sheet = Sheet('Reference', 'X14')
     lists = {'B': ('n', 'Names'), 'E': ('k', 'Planning keys'), 'F': ('c', 'Column'),
              'G': ('s', 'Sheet'), 'I': ('e', 'Key discrepancies'), 'K': ('m', 'Menu'),
@@ -241,23 +279,22 @@ def reference_sheet(sheets, names, dashboard):
                                             14):
         sheet.put(f'B{row}', name, 'body')
         sheet.put(f'C{row}', f'={reference}', 'body')
+    # The keys as the last check found them; the project list was changed since.
+    keys = sorted((cell.value for (_, column), cell in planning.cells.items()
+                   if column == 26 and cell.value and cell.value != KEY_HEADING), key=str.lower)
     row = 14
-    for data in sheets:
-        keys = sorted((r, cell.value) for (r, c), cell in data.cells.items()
-                      if c == 9 and r > 4 and cell.value)
-        for _, key in keys:
-            sheet.row(row, 'E', [key], 'body')
-            sheet.row(row, 'F', ['9'], 'left')
-            sheet.row(row, 'G', [data.name], 'body')
+    for key in keys:
+        for place, column in (('Planning', 26), ('Project List', 9)):
+            sheet.put(f'E{row}', key, 'body')
+            sheet.put(f'F{row}', column, 'left')
+            sheet.put(f'G{row}', place, 'body')
             row += 1
-    sheet.put(f'A{row + 1}', 'End of the lists', 'flag')  # a list ends at an empty row in use
-    for row, line in enumerate(('Planning Sheet Discrepancies: ', 'unused key Shop_front'), 14):
-        sheet.put(f'I{row}', line, 'body')
+    sheet.put(f'A{row + 20}', 'End of the lists', 'flag')  # a list ends at an empty row in use
     for row, (item, sub_item, macro, face) in enumerate(MENU, 14):
         for column, value in zip('KLNP', (item, sub_item, macro, face)):
             if value is not None:
                 sheet.put(f'{column}{row}', value, 'body')
-    charts = sorted((f'{chart.column:02}', f'{15 * (chart.row - 2):04}', chart.title)
+    charts = sorted((chart.column, 15 * (chart.row - 2), chart.title)
                     for chart in dashboard.charts)  # row 1 is hidden, so row 2 stands at the top
     for row, entry in enumerate(charts, 14):
         sheet.row(row, 'R', entry, 'body')
@@ -297,6 +334,9 @@ def freeze_base_case(sheets, calculator):
                 live = calculator.value(sheet.name, row - 1, column)
                 if column >= 10 and isinstance(live, float):
                     live = round(live * (0.96 + 0.005 * (column % 4)), digits)
+                if isinstance(live, str) and live:  # the row's name is frozen with it
+                    sheet.put(f'{column_letters(column)}{row}', live,
+                              sheet.cells[row - 1, column].style)
                 if isinstance(live, float):
                     sheet.put(f'{column_letters(column)}{row}', live,
                               style if column >= 10 else sheet.cells[row, column].style)
@@ -308,8 +348,12 @@ def build():
     names = {'marker': 'Sales!$AD$1', 'planning_fiscal_year': 'Sales!$J$3:$N$3',
              'tax_rate': "'Owner''s Accounts'!$F$51", 'sales_remarks': 'Sales!$AF$6:$AF$58'}
     names.update(row_names(data))
-    reference = reference_sheet(data, names, dashboard)
-    sheets = [title_sheet(), dashboard, *data, planning_sheet(), ratios_sheet(), reference]
+    # Left over from a sheet that was deleted; the names list shows it as an error.
+    names['old_price_list'] = '#REF!$B$5:$C$40'
+    planning = planning_sheet()
+    reference = reference_sheet(planning, names, dashboard)
+    sheets = [title_sheet(), dashboard, *data, planning, project_list_sheet(), ratios_sheet(),
+              reference]
     by_name = {sheet.name: sheet for sheet in sheets}
     lower = {name.lower(): text for name, text in names.items()}
 

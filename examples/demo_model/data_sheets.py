@@ -1,7 +1,7 @@
 """The four data sheets of the demonstration model.
 
 Columns: B label, C unit, D department, E start month, F target, G yearly growth or rate, H reviewed
-by, I planning key, J to N history, O current year, P to Y planning, AB base flags, and from AD on
+by, I row name, J to N history, O current year, P to Y planning, AB base flags, and from AD on
 the saved years. Blue figures without a fill are entered by hand; every formula has a fill.
 """
 
@@ -39,7 +39,7 @@ class DataSheet(Sheet):
         self.put('B2', title, 'title')
         self.merged.append('B2:H2')
         self.row(3, 'A', [None, 'Row', 'Unit', 'Department', 'Starts', 'Target', 'Growth',
-                          'Reviewed', 'Planning key'], 'heading')
+                          'Reviewed', 'Row name'], 'heading')
         self.style('A4:I4', 'heading')
         if name == 'Sales':
             self.fill(3, 'J', 'Y', '"FY "&J4', 'heading')
@@ -121,7 +121,7 @@ class DataSheet(Sheet):
 
 
 def sales_sheet(months, remarks):
-    sheet = DataSheet('Sales', 'S F Z L M1 I23 C10 R5 U5 V3', 'Sales by product', 'AD')
+    sheet = DataSheet('Sales', 'S F Z M1 I23 C10 R5 U5 V3', 'Sales by product', 'AD')
     for number, (name, units, price, more, dearer, guarantee) in enumerate(PRODUCTS):
         top, key = 5 + 10 * number, stem(name)
         sheet.section(top, name, 'Sales')
@@ -200,7 +200,7 @@ def _right_of_marker(sheet, remarks):
 
 
 def costs_sheet():
-    sheet = DataSheet('Production Costs', 'S F Z L M1 C10 R5 U5 V3', 'What it costs to build', 'AD')
+    sheet = DataSheet('Production Costs', 'S F Z M1 C10 R5 U5 V3', 'What it costs to build', 'AD')
     materials, hours = (305, 590, 1500, 121), (5.5, 8.8, 19.0, 2.7)
     freights = (0.02, 0.02, 0.03, 0.02)
     for number, (name, *_) in enumerate(PRODUCTS):
@@ -258,7 +258,7 @@ def _staff(sheet, top, title, key, heads, salary, phase):
 
 
 def people_sheet():
-    sheet = DataSheet('People & Premises', 'S F Z L M1 C10 R5 U5 V3', 'Who builds it, and where',
+    sheet = DataSheet('People & Premises', 'S F Z M1 C10 R5 U5 V3', 'Who builds it, and where',
                       None)
     _staff(sheet, 5, 'Workshop', 'Workshop', 19.5, 31000, 0)
     sheet.entered(7, 'Hours a head', 'hours', 'Workshop_hours', history(1610, 0, 0, 1),
@@ -322,7 +322,7 @@ def _costs(sheet, top, title, rows):
 
 
 def accounts_sheet():
-    sheet = DataSheet("Owner's Accounts", 'S F Z L M1 C10 R5 U5 V3',
+    sheet = DataSheet("Owner's Accounts", 'S F Z M1 C10 R5 U5 V3',
                       'Profit, loss and balance sheet', 'AE')
     sheet.put('AC1', 'k', 'flag')  # an older mark; the one further right counts
     sheet.put('AC3', 'Old saves', 'heading')

@@ -10,6 +10,7 @@ from decimal import ROUND_HALF_UP, Decimal
 TOKEN = re.compile(
     r'''\s*(?:
       (?P<text>"(?:[^"]|"")*")
+    | (?P<lost>\#REF!(?:\$?[A-Z]{1,3}\$?[0-9]+(?::\$?[A-Z]{1,3}\$?[0-9]+)?)?)
     | (?P<ref>(?:(?P<sheet>'(?:[^']|'')+'|[A-Za-z_][\w.]*)!)?
         (?P<first>\$?[A-Z]{1,3}\$?[0-9]+)(?::(?P<last>\$?[A-Z]{1,3}\$?[0-9]+))?(?![\w(.]))
     | (?P<number>[0-9]+(?:\.[0-9]+)?)

@@ -3,6 +3,8 @@
 #include <memory>
 #include <utility>
 
+#include "core/model_layout.h"
+
 namespace vantora::cli {
 namespace {
 
@@ -25,6 +27,10 @@ ModelSession::ModelSession(embedded::Session& workbook, UserInterface& user_inte
   auto menus = std::make_shared<clsMenuManagement>(services_);
   menus->Init(&globals_);
   globals_.SetMenus(std::move(menus));
+  // No macro runs here anyway: what a workbook with macros only restores the look of its buttons
+  // with is no reason to refuse one without.
+  workbook_.AddSheetRoutine(model::kResetKeySortButtons);
+  workbook_.AddSheetRoutine(model::kResetNamesSortButtons);
 }
 
 }  // namespace vantora::cli

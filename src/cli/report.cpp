@@ -216,6 +216,7 @@ Json OutcomeJson(const RunOutcome& outcome) {
           {"arrays", ArraysJson(outcome.arrays)},
           {"messages", messages},
           {"unused_answers", outcome.unused_answers},
+          {"remarks", outcome.remarks},
           {"changes", ChangesJson(outcome.changes)},
           {"uncalculated", uncalculated},
           {"written", PathJson(outcome.written)},
@@ -264,6 +265,9 @@ void Report(const RunOutcome& outcome, const RunOptions& options, std::ostream& 
   if (outcome.error) WriteError(*outcome.error, err);
   WriteUncalculated(outcome.uncalculated, err);
   if (done) WriteUnusedAnswers(outcome.unused_answers, err);
+  for (const std::string& remark : outcome.remarks) {
+    err << "vantora: note: " << ui::Printable(remark) << '\n';
+  }
   if (done && outcome.written) WriteUnsaved(outcome.further, err);
   WriteEnd(outcome, err);
 }

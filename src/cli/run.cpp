@@ -103,6 +103,14 @@ void TellState(embedded::Session& session, const RunOptions& options, RunOutcome
   }
 }
 
+// What the operation called and no workbook without macros has.
+void TellSkippedRoutines(const embedded::Session& session, RunOutcome& outcome) {
+  if (session.SkippedRoutines().empty()) return;
+  outcome.remarks.push_back("The workbook has no macros, so its routine \"" +
+                            session.SkippedRoutines().front() +
+                            "\" was not run; it only restores the look of sort buttons.");
+}
+
 void SaveResult(embedded::Session& session, const RunOptions& options, RunOutcome& outcome) {
   if (options.target == Target::kNowhere) return;
   SavedFiles files = Save(session, options);
@@ -153,6 +161,7 @@ void Execute(const RunOptions& options, const Operation& operation,
     return;
   }
   TellState(*session, options, outcome);
+  TellSkippedRoutines(*session, outcome);
   SaveResult(*session, options, outcome);
   if (journal) WriteJournal(*journal, options, outcome);
 }

@@ -74,6 +74,8 @@ struct RunOutcome {
   std::vector<UncalculatedFormula> uncalculated;
   std::vector<FurtherOutcome> further;
   std::vector<std::string> unused_answers;
+  // What the user should know of how the run was made, in sentences.
+  std::vector<std::string> remarks;
   // The file that holds the result, and the one that holds what it replaced.
   std::optional<std::filesystem::path> written;
   std::optional<std::filesystem::path> backup;

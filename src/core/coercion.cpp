@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 
 #include "core/convert.h"
 #include "core/host_error.h"
@@ -37,6 +38,13 @@ int ToInteger(const Value& value) {
                     kSource);
   }
   return static_cast<int>(number);
+}
+
+int ToLong(const Value& value) {
+  const std::optional<int> number = NumberToInteger(ToNumber(value));
+  if (number) return *number;
+  throw HostError(HostError::kOverflow, "Overflow: " + ValueToText(value) + " is too large.",
+                  kSource);
 }
 
 }  // namespace vantora

@@ -18,4 +18,7 @@ double ToNumber(const Value& value);
 // and 13 as ToNumber does.
 int ToInteger(const Value& value);
 
+// A 32-bit integer, with the same errors.
+int ToLong(const Value& value);
+
 }  // namespace vantora

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/cell_place.h"
 #include "core/common.h"
 #include "core/convert.h"
 #include "core/model_layout.h"
@@ -18,10 +19,13 @@ SheetFacts InspectSheet(SheetReader& reader, const ShapesOf& shapes_of) {
   facts.name = reader.name();
   InspectFlags(reader, facts);
   if (FindFlag(facts, model::kHistorySheetFlag)) InspectHistory(reader, facts);
-  if (FindFlag(facts, "F")) InspectBaseRows(reader, facts);
-  if (FindFlag(facts, "G")) InspectRatios(reader, facts);
-  if (FindFlag(facts, "D")) InspectConfigurationTokens(reader, facts);
-  if (FindFlag(facts, "T")) InspectTitleSheet(reader, facts);
+  if (FindFlag(facts, model::kFreezeSheetFlag)) InspectBaseRows(reader, facts);
+  if (FindFlag(facts, model::kRatioSheetFlag)) InspectRatios(reader, facts);
+  if (FindFlag(facts, model::kDashboardSheetFlag)) {
+    InspectConfigurationTokens(reader, facts);
+    InspectCharts(reader);
+  }
+  if (FindFlag(facts, model::kTitleSheetFlag)) InspectTitleSheet(reader, facts);
   InspectKeyColumns(reader, facts);
   InspectSpinners(reader, shapes_of(reader.name()), facts);
   return facts;
@@ -35,9 +39,9 @@ void CheckUniqueSheets(const Inspection& inspection, std::vector<Problem>& probl
     std::string_view without;
   };
   static constexpr Rule kRules[] = {
-      {"X", "Reference Sheet", "lists and menus can't be used."},
-      {"T", "title sheet", "saving through clsHider is refused."},
-      {"D", "dashboard", ""},
+      {model::kReferenceSheetFlag, "Reference Sheet", "lists and menus can't be used."},
+      {model::kTitleSheetFlag, "title sheet", "saving through clsHider is refused."},
+      {model::kDashboardSheetFlag, "dashboard", ""},
   };
   for (const Rule& rule : kRules) {
     std::vector<std::string> found;

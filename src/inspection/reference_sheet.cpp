@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "core/cell_place.h"
 #include "core/common.h"
 #include "core/convert.h"
 #include "core/model_layout.h"
@@ -9,10 +10,6 @@
 
 namespace vantora::inspection {
 namespace {
-
-constexpr int kDefaultListsRow = 14;
-constexpr int kMostMenuGroups = 9;
-constexpr int kMostSheetsOfGroup = 15;
 
 // A list by its flag; `length_offset` is the column, counted from the flagged one, whose first
 // empty cell ends it.
@@ -82,12 +79,26 @@ void CheckMenuTable(SheetReader& reader, int first_row, int column, int rows) {
   }
 }
 
+// The configurations' numbers, that of the row which ends the list included.
+void CheckNumbers(SheetReader& reader, int first_row, int column, int rows) {
+  for (int row = first_row; row <= first_row + rows; ++row) {
+    const std::string text(TrimBlanks(reader.TextAt(row, column)));
+    if (TextToInteger(text)) continue;
+    reader.Report(CellName(row, column),
+                  std::string(row == first_row + rows ? "The row that ends the list of dashboard "
+                                                        "configurations"
+                                                      : "The dashboard configuration") +
+                      " has no number: building the dashboard's menu stops with an error. Write " +
+                      (row == first_row + rows ? "0" : "one") + " there.");
+  }
+}
+
 }  // namespace
 
 ReferenceSheetFacts InspectReferenceSheet(SheetReader& reader) {
   ReferenceSheetFacts facts{.sheet = reader.name(), .lists = {}};
-  facts.lists_row = FlagNumber(reader.sheet(), model::kReferenceSheetFlag, kDefaultListsRow);
-  if (facts.lists_row < 3) {
+  facts.lists_row = FlagNumber(reader.sheet(), model::kReferenceSheetFlag, model::kDefaultListsRow);
+  if (facts.lists_row <= model::kListHeadingDistance) {
     reader.Report("A1", "Lists from row " + std::to_string(facts.lists_row) +
                             " on have no room for their headings: no list is defined.");
   }
@@ -112,6 +123,7 @@ ReferenceSheetFacts InspectReferenceSheet(SheetReader& reader) {
       CheckMenuTable(reader, facts.lists_row, *list.column, list.entries);
     } else {
       list.entries = RowsOf(reader, facts.lists_row, *list.column + rule.length_offset);
+      if (rule.flag == "h") CheckNumbers(reader, facts.lists_row, *list.column, list.entries);
     }
     const int last_row = facts.lists_row + list.entries - 1;
     if (list.entries > 1 && last_row >= reader.row_count()) {
@@ -126,16 +138,16 @@ ReferenceSheetFacts InspectReferenceSheet(SheetReader& reader) {
 }
 
 void InspectMenuGroups(const std::vector<SheetFacts>& sheets, std::vector<Problem>& problems) {
-  std::array<int, kMostMenuGroups + 1> sheets_of_group{};
+  std::array<int, model::kMenuGroups + 1> sheets_of_group{};
   for (const SheetFacts& sheet : sheets) {
-    const SheetFlag* flag = FindFlag(sheet, "M");
+    const SheetFlag* flag = FindFlag(sheet, model::kMenuSheetFlag);
     if (!flag) continue;
     const int group = *flag->number;
-    if (group < 1 || group > kMostMenuGroups) {
+    if (group < 1 || group > model::kMenuGroups) {
       problems.push_back({sheet.name, "A1",
                           "The menu group " + std::to_string(group) +
                               " is not within 1 to 9; the sheet is left out of the menu."});
-    } else if (++sheets_of_group[group] > kMostSheetsOfGroup) {
+    } else if (++sheets_of_group[group] > model::kSheetsOfAMenuGroup) {
       problems.push_back({sheet.name, "A1",
                           "Menu group " + std::to_string(group) +
                               " holds 15 sheets; this one more stops building the menu with an "

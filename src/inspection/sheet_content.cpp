@@ -1,16 +1,16 @@
 #include "inspection/sheet_content.h"
 
 #include <cctype>
+#include <map>
+#include <optional>
 
+#include "core/cell_place.h"
 #include "core/convert.h"
+#include "core/dashboard_charts.h"
 #include "core/model_layout.h"
 
 namespace vantora::inspection {
 namespace {
-
-constexpr int kBaseFlagColumn = 28;
-constexpr int kKeyColumn = 9;
-constexpr std::string_view kKeyHeading = "Planning key";
 
 bool Contains(const std::string& text, std::string_view part) {
   return FindIgnoreCase(text, part).has_value();
@@ -38,18 +38,18 @@ void InspectHistory(SheetReader& reader, SheetFacts& facts) {
 
 void InspectBaseRows(SheetReader& reader, SheetFacts& facts) {
   for (int row = 1; row <= reader.row_count(); ++row) {
-    const std::string flag = reader.TextAt(row, kBaseFlagColumn);
-    if (!Contains(flag, "B")) continue;
+    const std::string flag = reader.TextAt(row, model::kBaseFlagColumn);
+    if (!Contains(flag, model::kBaseFlag)) continue;
     if (row == 1) {
-      reader.Report(CellName(row, kBaseFlagColumn),
+      reader.Report(CellName(row, model::kBaseFlagColumn),
                     "A base flag in row 1 has no live row above it: freezing stops here with an "
                     "error.");
       continue;
     }
     facts.base_rows.push_back(row);
-    if (!Contains(flag, "S")) continue;
-    if (reader.sheet()->Cells(row, kBaseFlagColumn)->HasFormula()) {
-      reader.Report(CellName(row, kBaseFlagColumn),
+    if (!Contains(flag, model::kSpinnerBaseFlag)) continue;
+    if (reader.sheet()->Cells(row, model::kBaseFlagColumn)->HasFormula()) {
+      reader.Report(CellName(row, model::kBaseFlagColumn),
                     "The flag is calculated: freezing sees it, setting the spinners to base does "
                     "not.");
     } else {
@@ -69,8 +69,8 @@ PlanningColumns FindPlanningColumns(SheetReader& reader) {
   PlanningColumns columns;
   for (int column = 2; column <= reader.column_count() && !columns.save_area; ++column) {
     const std::string text = reader.TextAt(model::kFlagRow, column);
-    if (EqualsIgnoreCase(text, "f")) columns.flags = column;
-    if (EqualsIgnoreCase(text, "s")) columns.save_area = column;
+    if (EqualsIgnoreCase(text, model::kFlagColumnFlag)) columns.flags = column;
+    if (EqualsIgnoreCase(text, model::kSaveColumnFlag)) columns.save_area = column;
   }
   return columns;
 }
@@ -88,7 +88,7 @@ int RowOfAddress(std::string_view address) {
 
 void FindInflationRow(SheetReader& reader, int flag_column, SheetFacts& facts) {
   for (int row = 2; row <= reader.row_count(); ++row) {
-    if (!EqualsIgnoreCase(reader.TextAt(row, flag_column), "x")) continue;
+    if (!EqualsIgnoreCase(reader.TextAt(row, flag_column), model::kInflationRowFlag)) continue;
     facts.inflation_row = row;
     return;
   }
@@ -103,7 +103,7 @@ SpinnerBlock FindBlock(SheetReader& reader, int flag_column, const std::string& 
   block.first_row = spin_row + 1;
   block.last_row = reader.row_count();
   for (int row = block.first_row; row <= reader.row_count(); ++row) {
-    if (!Contains(reader.TextAt(row, flag_column), "end")) continue;
+    if (!Contains(reader.TextAt(row, flag_column), model::kEndRowFlag)) continue;
     block.end_row = row;
     block.last_row = row - 1;
     break;
@@ -178,33 +178,29 @@ void InspectSpinners(SheetReader& reader, const std::vector<std::string>& shapes
 }
 
 void InspectKeyColumns(SheetReader& reader, SheetFacts& facts) {
-  const bool defines_keys = Contains(facts.a1, "L");
+  const bool defines_keys = Contains(facts.a1, model::kKeyListSheetFlag);
   bool has_key_list = false;
   for (int column = 1; column <= reader.column_count(); ++column) {
     std::optional<KeyColumn> keys;
     for (int row = 1; row <= reader.row_count(); ++row) {
       const Value value = reader.ValueAt(row, column);
-      if (value.IsText() && EqualsIgnoreCase(TrimBlanks(value.AsText()), kKeyHeading)) {
-        if (!keys) keys = KeyColumn{column, row, 0, defines_keys && column == kKeyColumn};
+      if (value.IsText() && EqualsIgnoreCase(TrimBlanks(value.AsText()), model::kKeyHeading)) {
+        if (!keys) keys = KeyColumn{column, row, 0, defines_keys && column == model::kKeyColumn};
       } else if (keys && !ValueToText(value).empty()) {
         ++keys->keys;
       }
     }
     if (!keys) continue;
-    has_key_list |= column == kKeyColumn;
+    has_key_list |= column == model::kKeyColumn;
     facts.key_columns.push_back(*keys);
   }
   if (defines_keys && !has_key_list) {
-    reader.Report(CellName(1, kKeyColumn),
+    reader.Report(CellName(1, model::kKeyColumn),
                   "The sheet is flagged \"L\", but column I has no \"Planning key\" heading.");
   }
 }
 
 namespace {
-
-constexpr int kCodeColumn = 5;
-constexpr int kMostBlocks = 10;
-constexpr int kMostRatioKeys = 100;
 
 RatioBlock& BlockOf(std::vector<RatioBlock>& blocks, int number) {
   for (RatioBlock& block : blocks) {
@@ -215,27 +211,28 @@ RatioBlock& BlockOf(std::vector<RatioBlock>& blocks, int number) {
 }
 
 void TakeMarker(SheetReader& reader, int row, int code, SheetFacts& facts) {
-  const int number = code / 100;
-  const int kind = code % 100;
-  if (number > kMostBlocks) {
-    reader.Report(CellName(row, kCodeColumn),
+  const int number = code / model::kBlockUnit;
+  const int kind = code % model::kBlockUnit;
+  if (number > model::kMostBlocks) {
+    reader.Report(CellName(row, model::kRatioCodeColumn),
                   "Code " + std::to_string(code) +
                       " names a block above 10: distributing the data stops with an error.");
     return;
   }
   RatioBlock& block = BlockOf(facts.ratio_blocks, number);
-  if (kind <= 1) block.first_row = row + 1;
-  if (kind > 90) block.last_row = row - 1;
+  if (kind <= model::kLastBlockStartRemainder) block.first_row = row + 1;
+  if (kind > model::kLastBlockDataRemainder) block.last_row = row - 1;
 }
 
 void TakeRatioKey(SheetReader& reader, int row, SheetFacts& facts) {
-  const Value key = reader.ValueAt(row, 1);
+  const Value key = reader.ValueAt(row, model::kRatioKeyColumn);
   if (key.IsEmpty() || !IsNumeric(key)) return;
   const auto number = TextToInteger(ValueToText(key));
-  if (!number || *number < 0 || *number > kMostRatioKeys) {
-    reader.Report(CellName(row, 1), "The ratio key " + ValueToText(key) +
-                                        " is not within 0 to 100: distributing the data stops "
-                                        "with an error.");
+  if (!number || *number < 0 || *number > model::kLargestRatioKey) {
+    reader.Report(CellName(row, model::kRatioKeyColumn),
+                  "The ratio key " + ValueToText(key) +
+                      " is not within 0 to 100: distributing the data stops "
+                      "with an error.");
     return;
   }
   if (*number > 0) ++facts.ratio_keys;
@@ -246,10 +243,10 @@ void TakeRatioKey(SheetReader& reader, int row, SheetFacts& facts) {
 void InspectRatios(SheetReader& reader, SheetFacts& facts) {
   bool maps = false;
   for (int row = 1; row <= reader.row_count(); ++row) {
-    const int code = TextToInteger(reader.TextAt(row, kCodeColumn)).value_or(0);
-    if (code == 1) maps = true;
-    if (code == 99) maps = false;
-    if (code > 99) TakeMarker(reader, row, code, facts);
+    const int code = TextToInteger(reader.TextAt(row, model::kRatioCodeColumn)).value_or(0);
+    if (code == model::kRatiosStart) maps = true;
+    if (code == model::kRatiosEnd) maps = false;
+    if (code > model::kRatiosEnd) TakeMarker(reader, row, code, facts);
     if (maps) TakeRatioKey(reader, row, facts);
   }
   if (maps) {
@@ -269,23 +266,23 @@ void InspectRatios(SheetReader& reader, SheetFacts& facts) {
 void InspectTitleSheet(SheetReader& reader, SheetFacts& facts) {
   for (int column = 2; column <= reader.column_count(); ++column) {
     const std::string text = reader.TextAt(model::kFlagRow, column);
-    const auto position = FindIgnoreCase(text, "L");
+    const auto position = FindIgnoreCase(text, model::kMessageFlag);
     if (!position) continue;
     facts.column_flags.push_back({column, text, "column of the message about macros"});
     const double row = RoundHalfToEven(LeadingNumber(std::string_view(text).substr(*position + 1)));
-    if (row < 1 || row > 5000) {
+    if (row < 1 || row > model::kLastMessageRow) {
       reader.Report(CellName(model::kFlagRow, column),
-                    "The row behind L is not within 1 to 5000; 34 is taken.");
+                    "The row behind L is not within 1 to 5000; " +
+                        std::to_string(model::kDefaultMessageRow) + " is taken.");
     }
     return;
   }
 }
 
 void InspectConfigurationTokens(SheetReader& reader, SheetFacts& facts) {
-  static constexpr int kMostConfigurations = 9;
   for (int column = 1; column <= reader.column_count(); ++column) {
     const std::string text = reader.TextAt(model::kFlagRow, column);
-    const auto start = FindIgnoreCase(text, "H(");
+    const auto start = FindIgnoreCase(text, model::kHiddenTokenStart);
     if (!start) continue;
     const std::size_t end = text.find(')', *start);
     const std::string token =
@@ -295,17 +292,48 @@ void InspectConfigurationTokens(SheetReader& reader, SheetFacts& facts) {
       reader.Report(CellName(model::kFlagRow, column),
                     "The token \"" + token + "\" has no closing parenthesis.");
     }
-    std::string_view list = std::string_view(token).substr(2);
+    std::string_view list = std::string_view(token).substr(model::kHiddenTokenStart.size());
     if (list.ends_with(')')) list.remove_suffix(1);
     while (!list.empty()) {
       const std::size_t comma = list.find(',');
       const std::string_view part = list.substr(0, comma);
       list.remove_prefix(comma == std::string_view::npos ? list.size() : comma + 1);
       const int number = TextToInteger(part).value_or(0);
-      if (number >= 1 && number <= kMostConfigurations) continue;
+      if (number >= 1 && number <= model::kDashboardConfigurations) continue;
       reader.Report(CellName(model::kFlagRow, column),
                     "\"" + std::string(part) + "\" in the token \"" + token +
                         "\" is no configuration from 1 to 9; it is ignored.");
+    }
+  }
+}
+
+void InspectCharts(SheetReader& reader) {
+  const DashboardColumns columns(*reader.sheet());
+  std::size_t listed = 0;
+  std::map<int, std::size_t> charts_of_column;
+  for (const host::ChartObjectPtr& chart : reader.sheet()->ChartObjects()) {
+    const std::optional<PlacedChart> placed = PlaceOf(*chart);
+    if (!placed) {
+      reader.Report("A chart has no title: the chart list leaves it out.");
+      continue;
+    }
+    const std::string name = "The chart \"" + placed->title + "\"";
+    const std::optional<int> column = columns.ColumnOf(*placed);
+    if (!column) {
+      reader.Report(name + " begins at no column's left edge: the chart list leaves it out.");
+      continue;
+    }
+    if (++listed > model::kMostListedCharts) {
+      reader.Report(name + " is one more than the chart list has room for.");
+      continue;
+    }
+    if (columns.IsTooWide(*placed, *column)) {
+      reader.Report(CellName(model::kFlagRow, *column), name + " is wider than its column.");
+    }
+    if (++charts_of_column[*column] == model::kMostChartsOfAColumn + 1) {
+      reader.Report(CellName(model::kFlagRow, *column),
+                    "The column has more than " + std::to_string(model::kMostChartsOfAColumn) +
+                        " charts: configuring the dashboard stops with an error.");
     }
   }
 }

@@ -22,5 +22,7 @@ void InspectRatios(SheetReader& reader, SheetFacts& facts);
 void InspectTitleSheet(SheetReader& reader, SheetFacts& facts);
 // Row 1 of the dashboard: which configurations hide a column.
 void InspectConfigurationTokens(SheetReader& reader, SheetFacts& facts);
+// The dashboard's charts: which of them no column has, and which are wider than theirs.
+void InspectCharts(SheetReader& reader);
 
 }  // namespace vantora::inspection

@@ -1,19 +1,9 @@
 #include "inspection/sheet_reader.h"
 
-#include <algorithm>
-
+#include "core/cell_place.h"
 #include "core/convert.h"
 
 namespace vantora::inspection {
-
-std::string CellName(int row, int column) {
-  std::string letters;
-  for (; column > 0; column = (column - 1) / 26) {
-    letters += static_cast<char>('A' + (column - 1) % 26);
-  }
-  std::reverse(letters.begin(), letters.end());
-  return letters + std::to_string(row);
-}
 
 SheetReader::SheetReader(host::WorksheetPtr sheet, std::vector<Problem>& problems)
     : sheet_(std::move(sheet)), problems_(problems), name_(sheet_->Name()) {

@@ -9,9 +9,6 @@
 
 namespace vantora::inspection {
 
-// "C12".
-std::string CellName(int row, int column);
-
 class SheetReader {
  public:
   // `problems` must outlive the reader.

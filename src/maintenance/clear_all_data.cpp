@@ -11,14 +11,11 @@
 namespace vantora {
 namespace {
 
-constexpr int kKeyListColumn = 9;  // I
-constexpr std::string_view kKeyListHeading = "Planning key";
-
 // The row behind the last one when column I holds no key: nothing of the sheet is cleared then.
 int FirstKeyRow(host::Worksheet& sheet, int first_row, int last_row) {
   for (int row = first_row; row <= last_row; ++row) {
-    const std::string key = ValueToText(sheet.Cells(row, kKeyListColumn)->Value());
-    if (!key.empty() && !EqualsIgnoreCase(key, kKeyListHeading)) return row;
+    const std::string key = ValueToText(sheet.Cells(row, model::kKeyColumn)->Value());
+    if (!key.empty() && !EqualsIgnoreCase(key, model::kKeyHeading)) return row;
   }
   return last_row + 1;
 }
@@ -39,10 +36,11 @@ void clsClearAllData::ClearAllData() {
 
 bool clsClearAllData::IsConfirmed() {
   UserInterface& user_interface = services().user_interface;
+  const std::string line_break(kLineBreak);
   return user_interface.MessageBox(
-             "This macro will clear out all entered data in your model!!!\r\n"
-             "Please make sure you've saved the model first\r\n"
-             "Then if you really want to continue, hit OK, else Cancel",
+             "This macro will clear out all entered data in your model!!!" + line_break +
+                 "Please make sure you've saved the model first" + line_break +
+                 "Then if you really want to continue, hit OK, else Cancel",
              kOkCancel + kExclamation, "") == MessageBoxResult::kOk &&
          user_interface.MessageBox("Last chance: Are you sure you want to clear all entered data?",
                                    kOkCancel + kCritical + kDefaultButton2,

@@ -15,9 +15,6 @@ using host::XlCutCopyMode;
 using host::XlPasteSpecialOperation;
 using host::XlPasteType;
 
-constexpr std::string_view kBaseFlag = "b";
-constexpr std::string_view kSpinnerFlag = "s";
-constexpr int kBaseFlagColumn = 28;                           // AB
 constexpr int kFirstFrozenColumn = 6;                         // F
 constexpr int kLastSpinnerInput = model::kCurrentYearColumn;  // O
 
@@ -36,8 +33,8 @@ void clsFreeze::FreezeCurrentResults() {
 void clsFreeze::FreezeSheet(host::Worksheet& sheet) {
   const int row_count = sheet.UsedRange()->RowsCount();
   for (int row = 1; row <= row_count; ++row) {
-    const std::string flag = ValueToText(sheet.Cells(row, kBaseFlagColumn)->Value());
-    if (!FindIgnoreCase(flag, kBaseFlag)) continue;
+    const std::string flag = ValueToText(sheet.Cells(row, model::kBaseFlagColumn)->Value());
+    if (!FindIgnoreCase(flag, model::kBaseFlag)) continue;
     // A flag in row 1 has no live row: the host refuses row 0.
     sheet.Range(row - 1, kFirstFrozenColumn, row - 1, model::kLastPlanningColumn)->Copy();
     sheet.Range(row, kFirstFrozenColumn, row, model::kLastPlanningColumn)
@@ -55,8 +52,9 @@ void clsFreeze::SetSheetToBase(host::Worksheet& sheet) {
   for (int row = 1; row <= row_count; ++row) {
     // What was entered counts here, not what the cell shows as it does for freezing: a flag that a
     // formula calculates sets no spinner back. That is the model's rule.
-    const std::string flag = sheet.Cells(row, kBaseFlagColumn)->Formula();
-    if (!FindIgnoreCase(flag, kBaseFlag) || !FindIgnoreCase(flag, kSpinnerFlag)) continue;
+    const std::string flag = sheet.Cells(row, model::kBaseFlagColumn)->Formula();
+    if (!FindIgnoreCase(flag, model::kBaseFlag) || !FindIgnoreCase(flag, model::kSpinnerBaseFlag))
+      continue;
     for (int column = kFirstFrozenColumn; column <= kLastSpinnerInput; ++column) {
       host::RangePtr input = sheet.Cells(row - 1, column);
       if (!input->HasFormula()) input->SetValue(sheet.Cells(row, column)->Value());

@@ -13,9 +13,6 @@
 namespace vantora {
 namespace {
 
-constexpr std::string_view kHeading = "Planning key";
-constexpr int kDefiningColumn = 9;  // I
-
 struct Key {
   std::string text;
   // The same for keys that differ in upper and lower case alone.
@@ -37,7 +34,7 @@ void ReadColumn(host::Worksheet& sheet, int column, int first_row, int last_row,
     const Value value = sheet.Cells(row, column)->Value();
     if (value.IsEmpty() || value.IsError() || (!below_heading && !value.IsText())) continue;
     std::string text(TrimBlanks(ValueToText(value)));
-    if (EqualsIgnoreCase(text, kHeading)) {
+    if (EqualsIgnoreCase(text, model::kKeyHeading)) {
       below_heading = true;
     } else if (below_heading && !text.empty()) {
       std::u32string folded = CaseFolded(text);
@@ -55,7 +52,7 @@ KeySheet ReadSheet(const host::WorksheetPtr& sheet) {
   const int first_column = used->Column();
   const int last_column = first_column + used->ColumnsCount() - 1;
   for (int column = first_column; column <= last_column; ++column) {
-    ReadColumn(*sheet, column, first_row, last_row, has_key_list && column == kDefiningColumn,
+    ReadColumn(*sheet, column, first_row, last_row, has_key_list && column == model::kKeyColumn,
                result.keys);
   }
   return result;

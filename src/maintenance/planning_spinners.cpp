@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cmath>
 
+#include "core/cell_place.h"
 #include "core/coercion.h"
 #include "core/convert.h"
 #include "core/model_layout.h"
@@ -14,11 +15,6 @@ using host::XlCalculation;
 using host::XlCutCopyMode;
 using host::XlPasteSpecialOperation;
 using host::XlPasteType;
-
-constexpr std::string_view kFlagColumnFlag = "f";
-constexpr std::string_view kSaveColumnFlag = "s";
-constexpr std::string_view kInflationRowFlag = "x";
-constexpr std::string_view kEndRowFlag = "end";
 
 constexpr int kLastYear = model::kLastPlanningColumn;
 constexpr int kSaveCells = 10;
@@ -135,8 +131,8 @@ std::optional<clsPlanningSpinners::FlaggedColumns> clsPlanningSpinners::FindFlag
   // The first save column ends the search; of the flag columns before it the last one counts.
   for (int column = 2; column <= column_count && found.save == 0; ++column) {
     const std::string flag = ValueToText(sheet_->Cells(model::kFlagRow, column)->Value());
-    if (EqualsIgnoreCase(flag, kFlagColumnFlag)) found.flags = column;
-    if (EqualsIgnoreCase(flag, kSaveColumnFlag)) found.save = column;
+    if (EqualsIgnoreCase(flag, model::kFlagColumnFlag)) found.flags = column;
+    if (EqualsIgnoreCase(flag, model::kSaveColumnFlag)) found.save = column;
   }
   if (found.save == 0) {
     Tell("Missing flag in row 1 to indicate shift-save column");
@@ -153,23 +149,25 @@ clsPlanningSpinners::Block clsPlanningSpinners::TakeClick() {
   const std::string address = sheet_->Shapes(application()->Caller())->LinkedCell();
   const host::RangePtr linked_cell = CellAt(*sheet_, address);
   Block block;
-  block.value = ToInteger(linked_cell->Value());
+  block.value =
+      IntegerIn({*sheet_, linked_cell->Row(), linked_cell->Column()}, linked_cell->Value());
   block.first_row = RowInText(address) + 1;
   // Without an end row the block runs to the last used row, and the row below serves as its end.
   int end_row = block.first_row;
-  while (end_row <= row_count_ && !FindIgnoreCase(ValueToText(FlagOf(end_row)), kEndRowFlag)) {
+  while (end_row <= row_count_ &&
+         !FindIgnoreCase(ValueToText(FlagOf(end_row)), model::kEndRowFlag)) {
     ++end_row;
   }
   block.last_row = end_row - 1;
   const host::RangePtr stored = sheet_->Cells(end_row, linked_cell->Column());
-  block.previous = ToInteger(stored->Value());
+  block.previous = IntegerIn({*sheet_, end_row, linked_cell->Column()}, stored->Value());
   stored->SetValue(block.value);
   return block;
 }
 
 int clsPlanningSpinners::FindInflationRow() {
   for (int row = model::kFlagRow + 1; row <= row_count_; ++row) {
-    if (EqualsIgnoreCase(ValueToText(FlagOf(row)), kInflationRowFlag)) return row;
+    if (EqualsIgnoreCase(ValueToText(FlagOf(row)), model::kInflationRowFlag)) return row;
   }
   return 0;
 }
@@ -230,7 +228,7 @@ void clsPlanningSpinners::MoveLater(const Project& project) {
     const host::RangePtr cell = sheet_->Cells(row, column);
     const Value amount = cell->Value();
     if (!IsAmountToChange(amount)) continue;
-    const double factor = ToNumber(sheet_->Cells(project.inflation_row, column)->Value());
+    const double factor = Factor(project, column);
     cell->SetValue(Finite(ToNumber(amount) * factor));
   }
 }
@@ -248,11 +246,11 @@ void clsPlanningSpinners::MoveEarlier(const Project& project) {
       const Value amount = cell->Value();
       if (!IsAmountToChange(amount)) continue;
       // The amount was inflated for the year that it leaves.
-      const double factor = ToNumber(sheet_->Cells(project.inflation_row, column + 1)->Value());
+      const double factor = Factor(project, column + 1);
       if (factor == 0) {
-        throw MacroError(kDivisionByZero, "Division by zero: the inflation factor in row " +
-                                              std::to_string(project.inflation_row) + ", column " +
-                                              std::to_string(column + 1) + " is 0.");
+        throw MacroError(kDivisionByZero, "Division by zero: the inflation factor in " +
+                                              FactorPlace(project, column + 1).Name() +
+                                              " is 0. Enter one there.");
       }
       cell->SetValue(Finite(ToNumber(amount) / factor));
     }
@@ -260,8 +258,19 @@ void clsPlanningSpinners::MoveEarlier(const Project& project) {
   Move(row, save, save, kLastYear);  // the parked year comes back
   // The model's rule: eight cells move here where nine moved on the way later, so the last but one
   // keeps its value.
-  Move(row, save + 1, save + kSaveCells - 2, save);
+  CopyTowards(row, save + 1, save + kSaveCells - 2, save);
+  sheet_->Paste();
   Empty(row, save + kSaveCells - 1);
+  EndCopy();
+}
+
+CellPlace clsPlanningSpinners::FactorPlace(const Project& project, int column) const {
+  return {*sheet_, project.inflation_row, column};
+}
+
+double clsPlanningSpinners::Factor(const Project& project, int column) {
+  return NumberIn(FactorPlace(project, column),
+                  sheet_->Cells(project.inflation_row, column)->Value());
 }
 
 Value clsPlanningSpinners::FlagOf(int row) { return sheet_->Cells(row, columns_.flags)->Value(); }

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/cell_place.h"
 #include "core/public_object.h"
 
 namespace vantora {
@@ -57,6 +58,9 @@ class clsPlanningSpinners : public BoundObject {
   Project ReadProject(int row, int inflation_row);
   void MoveLater(const Project& project);
   void MoveEarlier(const Project& project);
+  CellPlace FactorPlace(const Project& project, int column) const;
+  // By which the amounts of the column's year are inflated.
+  double Factor(const Project& project, int column);
   Value FlagOf(int row);
 
   // Copies the cells of one row, selects the cell at `to_column` and returns it.

@@ -11,16 +11,7 @@
 namespace vantora {
 namespace {
 
-constexpr int kRatioKeyColumn = 1;  // A
-constexpr int kCodeColumn = 5;      // E
-constexpr int kDataKeyColumn = 9;   // I
-
-constexpr int kMapStarts = 1;
-constexpr int kMapEnds = 99;
-// Codes of a block are its number times this, plus one of the remainders below.
-constexpr int kBlockUnit = 100;
-constexpr int kLastStartRemainder = 1;
-constexpr int kLastDataRemainder = 90;
+constexpr int kDataKeyColumn = 9;  // I
 
 HostError OutOfRange(const std::string& what, int row) {
   return MacroError(HostError::kSubscriptOutOfRange,
@@ -76,20 +67,21 @@ int clsRatiosCompDataSet::ReadLayout(host::Worksheet& sheet, Layout& layout) {
   bool maps = false;
   const int row_count = sheet.UsedRange()->RowsCount();
   for (int row = 1; row <= row_count; ++row) {
-    const int code = IntegerOrZero(sheet.Cells(row, kCodeColumn)->Value());
-    if (code == kMapStarts) maps = true;
-    if (code == kMapEnds) maps = false;
-    if (code > kMapEnds) {
-      const int block = code / kBlockUnit;
-      if (block > kMostBlocks) throw OutOfRange("block " + std::to_string(block), row);
+    const int code = IntegerOrZero(sheet.Cells(row, model::kRatioCodeColumn)->Value());
+    if (code == model::kRatiosStart) maps = true;
+    if (code == model::kRatiosEnd) maps = false;
+    if (code > model::kRatiosEnd) {
+      const int block = code / model::kBlockUnit;
+      if (block > model::kMostBlocks) throw OutOfRange("block " + std::to_string(block), row);
       block_count = std::max(block_count, block);
-      const int remainder = code % kBlockUnit;
-      if (remainder <= kLastStartRemainder) layout.first_rows[block] = row + 1;
-      if (remainder > kLastDataRemainder) layout.last_rows[block] = row - 1;
+      const int remainder = code % model::kBlockUnit;
+      if (remainder <= model::kLastBlockStartRemainder) layout.first_rows[block] = row + 1;
+      if (remainder > model::kLastBlockDataRemainder) layout.last_rows[block] = row - 1;
     }
     if (!maps) continue;
-    const int key = KeyOf(sheet.Cells(row, kRatioKeyColumn)->Value());
-    if (key < 0 || key > kLargestKey) throw OutOfRange("key " + std::to_string(key), row);
+    const int key = KeyOf(sheet.Cells(row, model::kRatioKeyColumn)->Value());
+    if (key < 0 || key > model::kLargestRatioKey)
+      throw OutOfRange("key " + std::to_string(key), row);
     layout.ratio_rows[key] = row;
   }
   return block_count;
@@ -99,7 +91,7 @@ void clsRatiosCompDataSet::CopyBlock(host::Worksheet& sheet, const Layout& layou
   // A block that was never marked has row 0 alone, which the host refuses.
   for (int row = layout.first_rows[block]; row <= layout.last_rows[block]; ++row) {
     const int key = KeyOf(sheet.Cells(row, kDataKeyColumn)->Value());
-    if (key > kLargestKey) throw OutOfRange("key " + std::to_string(key), row);
+    if (key > model::kLargestRatioKey) throw OutOfRange("key " + std::to_string(key), row);
     if (key < 1 || layout.ratio_rows[key] == 0) continue;
     CopyRow(sheet, row, layout.ratio_rows[key] + block);
   }

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "core/model_layout.h"
 #include "core/public_object.h"
 
 namespace vantora {
@@ -21,14 +22,11 @@ class clsRatiosCompDataSet : public BoundObject {
   void RatiosCompDataSet();
 
  private:
-  static constexpr int kMostBlocks = 10;
-  static constexpr int kLargestKey = 100;
-
   // Where the ratios and the blocks of comparison data stand; 0 where nothing was found.
   struct Layout {
-    std::array<int, kLargestKey + 1> ratio_rows{};  // by key
-    std::array<int, kMostBlocks + 1> first_rows{};  // by block number
-    std::array<int, kMostBlocks + 1> last_rows{};
+    std::array<int, model::kLargestRatioKey + 1> ratio_rows{};  // by key
+    std::array<int, model::kMostBlocks + 1> first_rows{};       // by block number
+    std::array<int, model::kMostBlocks + 1> last_rows{};
   };
 
   // Adds the sheet's ratios and blocks to the layout and returns the highest block number.

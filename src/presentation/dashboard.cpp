@@ -8,6 +8,7 @@
 
 #include "core/common.h"
 #include "core/convert.h"
+#include "core/dashboard_charts.h"
 #include "core/model_layout.h"
 #include "presentation/frm_dash_configure.h"
 #include "refsheet/ref_sheet.h"
@@ -15,22 +16,13 @@
 namespace vantora {
 namespace {
 
-constexpr int kConfigRow = 1;
-constexpr std::string_view kTokenStart = "H(";
-// What the chart list has room for.
-constexpr std::size_t kMostCharts = 80;
-// And the dialog for one column.
-constexpr std::size_t kMostTitles = 5;
-// A chart may miss its column by this part of a column's width.
-constexpr double kTolerance = 20;
-
 int UpperBound(const std::vector<bool>& flags) { return static_cast<int>(std::ssize(flags)) - 1; }
 
 // The numbers between the brackets, as they stand.
 std::string_view HiddenList(std::string_view text) {
-  const std::optional<std::size_t> token = FindIgnoreCase(text, kTokenStart);
+  const std::optional<std::size_t> token = FindIgnoreCase(text, model::kHiddenTokenStart);
   if (!token) return {};
-  std::string_view list = text.substr(*token + kTokenStart.size());
+  std::string_view list = text.substr(*token + model::kHiddenTokenStart.size());
   // A bracket right at the start stays in the list, where it is no number.
   return list.substr(0, list.find(')', 1));
 }
@@ -50,7 +42,7 @@ std::string HiddenToken(const std::vector<bool>& flags) {
     if (!list.empty()) list += ',';
     list += std::to_string(number);
   }
-  return list.empty() ? list : std::string(kTokenStart) + list + ")";
+  return list.empty() ? list : std::string(model::kHiddenTokenStart) + list + ")";
 }
 
 // A number as the macro language's integers hold it.
@@ -60,9 +52,6 @@ int ToInteger(int number) {
   }
   return number;
 }
-
-// Points as the chart list counts them.
-double Whole(double points) { return RoundHalfToEven(points); }
 
 }  // namespace
 
@@ -76,7 +65,7 @@ bool clsDashboard::Bind() {
 }
 
 std::string clsDashboard::ConfigText(int column) {
-  return std::string(TrimBlanks(ValueToText(sheet_->Cells(kConfigRow, column)->Value())));
+  return std::string(TrimBlanks(ValueToText(sheet_->Cells(model::kFlagRow, column)->Value())));
 }
 
 void clsDashboard::RetrieveColumnConfig(int column, std::vector<bool>& flags) {
@@ -97,24 +86,16 @@ void clsDashboard::SaveColumnConfig(int column, const std::vector<bool>& flags) 
   const std::string text = ConfigText(column);
   std::string_view before = text;
   std::string_view after;
-  if (const std::optional<std::size_t> token = FindIgnoreCase(text, kTokenStart)) {
+  if (const std::optional<std::size_t> token = FindIgnoreCase(text, model::kHiddenTokenStart)) {
     before = TrimBlanks(before.substr(0, *token));
     // The old token ends at the first blank, wherever its bracket closes.
     const std::size_t end = text.find(' ', *token);
     if (end != std::string::npos) after = TrimBlanks(std::string_view(text).substr(end));
   }
   // The blanks stay at the ends too: the model's rule.
-  sheet_->Cells(kConfigRow, column)
+  sheet_->Cells(model::kFlagRow, column)
       ->SetValue(std::string(before) + " " + HiddenToken(flags) + " " + std::string(after));
 }
-
-// A chart as the chart list needs it, lengths in whole points.
-struct clsDashboard::PlacedChart {
-  std::string title;
-  double left;
-  double top;
-  double width;
-};
 
 // The rows of the chart list, a column of it each, and the titles to tell the user of.
 struct clsDashboard::ListedCharts {
@@ -140,7 +121,7 @@ void clsDashboard::BuildChartList() {
         "Vantora warning");
   };
   warn("Following charts are too far outside of column boundaries:", charts.outside);
-  warn("The chart list holds " + std::to_string(kMostCharts) +
+  warn("The chart list holds " + std::to_string(model::kMostListedCharts) +
            " charts. Following charts are not listed:",
        charts.beyond);
   if (charts.titles.empty()) return;
@@ -160,48 +141,26 @@ std::vector<host::ChartObjectPtr> clsDashboard::Charts() {
   }
 }
 
-std::optional<clsDashboard::PlacedChart> clsDashboard::Place(host::ChartObject& chart) {
-  try {
-    return PlacedChart{std::string(TrimBlanks(chart.TitleCaption())), Whole(chart.Left()),
-                       Whole(chart.Top()), Whole(chart.Width())};
-  } catch (const HostError&) {
-    // A chart without a title, as a rule.
-    return std::nullopt;
-  }
-}
-
 clsDashboard::ListedCharts clsDashboard::CollectCharts() {
-  const int column_count = sheet_->UsedRange()->ColumnsCount();
-  std::vector<double> edges;
-  for (int column = 1; column <= column_count; ++column) {
-    edges.push_back(Whole(sheet_->Columns(column)->Left()));
-  }
-  const double standard_width =
-      column_count < 2 ? Whole(sheet_->Columns(1)->Width()) : edges[1] - edges[0];
-  const double tolerance = Whole(standard_width / kTolerance);
-
+  const DashboardColumns columns(*sheet_);
   ListedCharts charts;
   for (const host::ChartObjectPtr& chart : Charts()) {
-    const std::optional<PlacedChart> placed = Place(*chart);
-    if (!placed || placed->title.empty() || placed->width < 1) continue;
+    const std::optional<PlacedChart> placed = PlaceOf(*chart);
+    if (!placed) continue;
     const std::string line = placed->title + std::string(kLineBreak);
-    // Of columns that begin at one place, as hidden ones do, the first.
-    const auto edge = std::find_if(edges.begin(), edges.end(), [&](double left) {
-      return std::abs(left - placed->left) <= tolerance;
-    });
-    if (edge == edges.end()) {
+    const std::optional<int> column = columns.ColumnOf(*placed);
+    if (!column) {
       charts.outside += line;
       continue;
     }
-    if (charts.titles.size() == kMostCharts) {
+    if (charts.titles.size() == model::kMostListedCharts) {
       charts.beyond += line;
       continue;
     }
-    const auto column = static_cast<unsigned>(edge - edges.begin() + 1);
-    charts.columns.push_back(ZeroPadded(column, 2));
+    charts.columns.push_back(ZeroPadded(static_cast<unsigned>(*column), 2));
     charts.positions.push_back(ZeroPadded(static_cast<unsigned>(std::max(placed->top, 0.0)), 4));
     charts.titles.push_back(placed->title);
-    if (placed->left + placed->width > *edge + standard_width) charts.outside += line;
+    if (columns.IsTooWide(*placed, *column)) charts.outside += line;
   }
   return charts;
 }
@@ -254,10 +213,11 @@ void clsDashboard::AddColumns(frmDashConfigure& dialog, const std::vector<ChartE
     const int column = next != charts.end() ? next->column : charts.back().column;
     std::vector<std::string> titles;
     for (; next != charts.end() && next->column == column; ++next) {
-      if (titles.size() == kMostTitles) {
+      if (titles.size() == model::kMostChartsOfAColumn) {
         throw MacroError(HostError::kSubscriptOutOfRange,
                          "Subscript out of range: column " + std::to_string(column) +
-                             " of the dashboard has more than " + std::to_string(kMostTitles) +
+                             " of the dashboard has more than " +
+                             std::to_string(model::kMostChartsOfAColumn) +
                              " charts in the chart list.");
       }
       titles.push_back(next->title);

@@ -14,9 +14,6 @@ namespace vantora {
 class clsRefSheet;
 class frmDashConfigure;
 
-// The configurations that the dashboard's menu and dialog offer, numbered from 1.
-inline constexpr int kDashboardConfigurations = 9;
-
 // Every member does nothing unless the object is initialised. A failing host call reaches the
 // caller, where nothing else is said.
 class clsDashboard : public BoundObject {
@@ -46,15 +43,12 @@ class clsDashboard : public BoundObject {
   bool Bind() override;
 
  private:
-  struct PlacedChart;
   struct ListedCharts;
   struct ChartEntry;
 
   // What row 1 of the column holds, without blanks around it.
   std::string ConfigText(int column);
   std::vector<host::ChartObjectPtr> Charts();
-  // Nullopt when the title or the place can't be read.
-  static std::optional<PlacedChart> Place(host::ChartObject& chart);
   // Sorts the dashboard's charts into those listed and those to be reported.
   ListedCharts CollectCharts();
   static std::vector<ChartEntry> ReadChartList(clsRefSheet& reference_sheet);

@@ -171,12 +171,12 @@ void clsMenuManagement::SelectConfig(std::int16_t config_number) {
 int clsMenuManagement::ApplyConfig(host::Worksheet& dashboard, int configuration) {
   clsDashboard columns(services());
   InitInner(columns);
-  std::vector<bool> shown_in(kDashboardConfigurations + 1);
+  std::vector<bool> shown_in(model::kDashboardConfigurations + 1);
   int last_shown_column = 0;
   const int column_count = dashboard.UsedRange()->ColumnsCount();
   for (int column = 1; column <= column_count; ++column) {
     columns.RetrieveColumnConfig(column, shown_in);
-    if (configuration > kDashboardConfigurations) {
+    if (configuration > model::kDashboardConfigurations) {
       throw SubscriptOutOfRange("there are 9 configurations, and none has the number " +
                                 std::to_string(configuration) + ".");
     }

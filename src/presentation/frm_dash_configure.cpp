@@ -23,7 +23,7 @@ constexpr int kRowsOnPage = 14;
 constexpr double kButtonTop = kFirstRowTop + kRowsOnPage * kRowStep + 6;
 constexpr double kButtonHeight = 21;
 constexpr double kButtonWidth = 66;
-constexpr double kWidth = kBoxLeft + kDashboardConfigurations * kBoxStep + kMargin;
+constexpr double kWidth = kBoxLeft + model::kDashboardConfigurations * kBoxStep + kMargin;
 constexpr double kHeight = kButtonTop + kButtonHeight + kMargin;
 
 double BoxLeft(int configuration) { return kBoxLeft + (configuration - 1) * kBoxStep; }
@@ -80,14 +80,14 @@ void frmDashConfigure::Init(host::Application& application, clsDashboard& dashbo
   dashboard_ = &dashboard;
   reference_sheet_ = &reference_sheet;
   menus_ = std::move(menus);
-  stored_names_.assign(kDashboardConfigurations + 1, "");
+  stored_names_.assign(model::kDashboardConfigurations + 1, "");
   reference_sheet.ConfigsListGet(stored_names_);
   AddNames();
 }
 
 void frmDashConfigure::AddNames() {
   const bool can_be_stored = reference_sheet_->ConfigsListIsDefined();
-  for (int number = 1; number <= kDashboardConfigurations; ++number) {
+  for (int number = 1; number <= model::kDashboardConfigurations; ++number) {
     const std::string suffix = std::to_string(number);
     const double left = BoxLeft(number);
     Add<Label>("lblName" + suffix, "Name " + suffix,
@@ -114,14 +114,14 @@ void frmDashConfigure::AddColumn(int column, const std::vector<std::string>& tit
 }
 
 frmDashConfigure::Row& frmDashConfigure::AddRow(int column) {
-  Row row{column, "", std::vector<bool>(kDashboardConfigurations + 1), nullptr, {}};
+  Row row{column, "", std::vector<bool>(model::kDashboardConfigurations + 1), nullptr, {}};
   dashboard_->RetrieveColumnConfig(column, row.stored);
   const std::string number = std::to_string(column);
   const double top = kFirstRowTop + static_cast<double>(rows_.size() % kRowsOnPage) * kRowStep;
   row.label = &Add<Label>(
       "lblColumn" + number, "",
       Bounds{.left = kMargin, .top = top, .width = kTitleWidth, .height = kRowStep - 2});
-  for (int configuration = 1; configuration <= kDashboardConfigurations; ++configuration) {
+  for (int configuration = 1; configuration <= model::kDashboardConfigurations; ++configuration) {
     const std::string caption = std::to_string(configuration);
     CheckBox& box = Add<CheckBox>(
         "chk" + number + "_" + caption, caption,
@@ -139,7 +139,7 @@ void frmDashConfigure::OnActivate() {
 
 // Behind the rows in tab order, so they come once all rows are there.
 void frmDashConfigure::AddButtons() {
-  for (int number = 1; number <= kDashboardConfigurations; ++number) {
+  for (int number = 1; number <= model::kDashboardConfigurations; ++number) {
     const std::string suffix = std::to_string(number);
     Button& all = Add<Button>(
         "butAll" + suffix, "All/none " + suffix,

@@ -9,6 +9,7 @@
 
 #include "core/form.h"
 #include "core/host.h"
+#include "core/model_layout.h"
 #include "presentation/dashboard.h"
 
 namespace vantora {
@@ -48,7 +49,7 @@ class frmDashConfigure final : public Form {
     // As the dashboard has them, by configuration number.
     std::vector<bool> stored;
     Label* label;
-    std::array<CheckBox*, kDashboardConfigurations> boxes;
+    std::array<CheckBox*, model::kDashboardConfigurations> boxes;
   };
 
   void OnActivate() override;
@@ -70,7 +71,7 @@ class frmDashConfigure final : public Form {
   host::WorksheetPtr sheet_;
   int columns_ = 0;
 
-  std::array<TextBox*, kDashboardConfigurations> names_{};
+  std::array<TextBox*, model::kDashboardConfigurations> names_{};
   // As the Reference Sheet has them, by configuration number.
   std::vector<std::string> stored_names_;
   std::vector<Row> rows_;

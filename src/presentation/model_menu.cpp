@@ -14,17 +14,15 @@ using host::CommandBarControlPtr;
 using host::MsoControlType;
 
 constexpr std::string_view kModelMenuTag = "Vantora";
-constexpr int kGroups = 9;
-constexpr int kSheetsOfAGroup = 15;
 
 // The sheets of one group in the workbook's order.
 struct SheetGroup {
   int count = 0;
-  std::array<std::string, kSheetsOfAGroup> names;
-  std::array<int, kSheetsOfAGroup> face_ids{};
+  std::array<std::string, model::kSheetsOfAMenuGroup> names;
+  std::array<int, model::kSheetsOfAMenuGroup> face_ids{};
 
   void Add(std::string name, int face_id) {
-    if (count == kSheetsOfAGroup) {
+    if (count == model::kSheetsOfAMenuGroup) {
       throw MacroError(HostError::kSubscriptOutOfRange,
                        "Subscript out of range: a group of the menu holds 15 sheets, and there is "
                        "no room for \"" +
@@ -71,12 +69,12 @@ CommandBarControlPtr AddTableButton(CommandBarControl& parent, std::string_view 
 
 void clsMenuManagement::CreateVAMenuBar() {
   if (!initialized()) return;
-  std::array<SheetGroup, kGroups> groups;
+  std::array<SheetGroup, model::kMenuGroups> groups;
   for (const host::WorksheetPtr& sheet : ActiveWorkbookOf(*application())->Worksheets()) {
     if (!SheetHasFlag(sheet, model::kMenuSheetFlag)) continue;
     const int group = FlagNumber(sheet, model::kMenuSheetFlag);
     // Without a group the sheet is not in the menu.
-    if (group < 1 || group > kGroups) continue;
+    if (group < 1 || group > model::kMenuGroups) continue;
     groups[group - 1].Add(sheet->Name(), FlagNumber(sheet, model::kMenuIconFlag));
   }
 

@@ -1,8 +1,6 @@
 // The list of the dashboard's charts.
-#include <optional>
-
-#include "core/convert.h"
-#include "refsheet/cell_number.h"
+#include "core/cell_place.h"
+#include "core/coercion.h"
 #include "refsheet/ref_sheet.h"
 
 namespace vantora {
@@ -61,8 +59,8 @@ void clsRefSheet::ChartsListIteratorNext() {
   const int row = ++chart_iteration_.row;
   chart_.title = TrimmedTextAt(row, column_of(kCharts) + kTitleOffset);
   chart_.column = 0;
-  const std::optional<double> number = TextToNumber(TrimmedTextAt(row, column_of(kCharts)));
-  if (number) chart_.column = ToLong(*number);
+  const Value column(TrimmedTextAt(row, column_of(kCharts)));
+  if (IsAmount(column)) chart_.column = LongIn({*sheet_, row, column_of(kCharts)}, column);
   if (chart_.title.empty()) chart_iteration_.is_more = false;
 }
 

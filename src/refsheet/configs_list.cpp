@@ -1,7 +1,7 @@
 // The list of dashboard configurations.
 #include <algorithm>
 
-#include "refsheet/cell_number.h"
+#include "core/cell_place.h"
 #include "refsheet/ref_sheet.h"
 
 namespace vantora {
@@ -20,7 +20,7 @@ void clsRefSheet::ConfigsListGet(std::vector<std::string>& configs) {
   const int column = column_of(kConfigs);
   for (int row = lists_row_;; ++row) {
     const std::string text = TrimmedTextAt(row, column);
-    const int number = text.empty() ? 0 : ToShort(std::string_view(text));
+    const int number = text.empty() ? 0 : IntegerIn({*sheet_, row, column}, Value(text));
     std::string name = TrimmedTextAt(row, column + kNameOffset);
     if (name.empty() || number < 1) return;
     if (number >= std::ssize(configs)) continue;
@@ -64,7 +64,8 @@ void clsRefSheet::ConfigsListIteratorNext() {
   if (!ConfigsListIsDefined()) return;
   const int row = ++config_iteration_.row;
   config_.name = TrimmedTextAt(row, column_of(kConfigs) + kNameOffset);
-  config_.number = ToShort(std::string_view(TrimmedTextAt(row, column_of(kConfigs))));
+  const int column = column_of(kConfigs);
+  config_.number = IntegerIn({*sheet_, row, column}, Value(TrimmedTextAt(row, column)));
   if (config_.name.empty()) config_iteration_.is_more = false;
 }
 

@@ -1,6 +1,7 @@
 // The planning keys list.
 #include <algorithm>
 
+#include "core/model_layout.h"
 #include "refsheet/ref_sheet.h"
 
 namespace vantora {
@@ -52,7 +53,7 @@ void clsRefSheet::SortKeysList(List first_key, List second_key) {
 }
 
 void clsRefSheet::KeysListResetSortButtons() {
-  if (initialized()) sheet_->CallRoutine("ResetKeySortButtons");
+  if (initialized()) sheet_->CallRoutine(model::kResetKeySortButtons);
 }
 
 }  // namespace vantora

@@ -3,18 +3,12 @@
 #include <algorithm>
 
 #include "core/convert.h"
+#include "core/model_layout.h"
 #include "refsheet/ref_sheet.h"
 
 namespace vantora {
-namespace {
-
-// The heading stands two rows above the first entry.
-constexpr int kHeadingDistance = 2;
-
-}  // namespace
-
 bool clsRefSheet::IsDefined(List list) const {
-  return initialized() && lists_row_ > kHeadingDistance && list_columns_[list] > 0;
+  return initialized() && lists_row_ > model::kListHeadingDistance && list_columns_[list] > 0;
 }
 
 std::string clsRefSheet::TextAt(int row, int column) {
@@ -43,7 +37,7 @@ void clsRefSheet::SelectList(int first_column, int last_column, int length_colum
 
 void clsRefSheet::SelectHeading(int column) {
   sheet_->Activate();
-  sheet_->Cells(lists_row_ - kHeadingDistance, column)->Select();
+  sheet_->Cells(lists_row_ - model::kListHeadingDistance, column)->Select();
 }
 
 host::RangePtr clsRefSheet::Selection() {

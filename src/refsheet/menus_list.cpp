@@ -1,5 +1,5 @@
 // The menu table.
-#include "refsheet/cell_number.h"
+#include "core/cell_place.h"
 #include "refsheet/ref_sheet.h"
 
 namespace vantora {
@@ -25,7 +25,8 @@ void clsRefSheet::MenusListIteratorNext() {
   menu_.item = TrimmedTextAt(row, column);
   menu_.sub_item = TrimmedTextAt(row, column + kSubItemOffset);
   menu_.macro_name = TrimmedTextAt(row, column + kMacroNameOffset);
-  menu_.face_id = ToShort(sheet_->Cells(row, column + kFaceOffset)->Value());
+  menu_.face_id = IntegerIn({*sheet_, row, column + kFaceOffset},
+                            sheet_->Cells(row, column + kFaceOffset)->Value());
   if (menu_.item.empty() && menu_.sub_item.empty()) menu_iteration_.is_more = false;
 }
 

@@ -1,5 +1,6 @@
 // The names list.
 #include "core/convert.h"
+#include "core/model_layout.h"
 #include "core/user_interface.h"
 #include "refsheet/ref_sheet.h"
 
@@ -51,7 +52,7 @@ void clsRefSheet::NamesListPopulate() {
     any_broken = true;
   }
   NamesListDeselect();
-  sheet_->CallRoutine("resetNamesSortButtons");
+  sheet_->CallRoutine(model::kResetNamesSortButtons);
   if (any_broken) {
     services().user_interface.MessageBox(
         "One or more Excel names have errors.  " + std::string(kLineBreak) +

@@ -11,7 +11,6 @@ namespace {
 
 constexpr int kListFlagRow = 1;
 constexpr int kFirstListFlagColumn = 2;
-constexpr int kDefaultListsRow = 14;
 constexpr int kVersionRow = 6;
 constexpr int kVersionColumn = 3;
 
@@ -31,7 +30,7 @@ bool clsRefSheet::Bind() {
     return false;
   }
   ReadListFlags();
-  lists_row_ = FlagNumber(sheet_, model::kReferenceSheetFlag, kDefaultListsRow);
+  lists_row_ = FlagNumber(sheet_, model::kReferenceSheetFlag, model::kDefaultListsRow);
   ReportMissingFlags();
   return true;
 }

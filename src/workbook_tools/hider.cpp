@@ -14,11 +14,8 @@ using host::XlSheetVisibility;
 constexpr std::string_view kInstruction = "You must enable Excel macros to run Vantora";
 
 // On the title sheet.
-constexpr std::string_view kMessageFlag = "L";
 constexpr int kFirstFlagColumn = 2;
-constexpr int kDefaultMessageRow = 34;
 constexpr int kDefaultMessageColumn = 3;
-constexpr int kLastMessageRow = 5000;
 constexpr int kActiveSheetColumn = 40;  // AN, in row 1
 
 // The last version of the host that knows nothing of the formats of Excel 2007.
@@ -158,7 +155,7 @@ void clsHider::RestoreSheets(const std::vector<SheetState>& states,
 }
 
 void clsHider::LocateMessage() {
-  message_row_ = kDefaultMessageRow;
+  message_row_ = model::kDefaultMessageRow;
   message_column_ = kDefaultMessageColumn;
   const host::RangePtr used = title_sheet_->UsedRange();
   const int last_column = used->Column() + used->ColumnsCount() - 1;
@@ -166,11 +163,11 @@ void clsHider::LocateMessage() {
     // The name of a sheet that stands there is no flag, whatever letters it has.
     if (column == kActiveSheetColumn) continue;
     const std::string text = ValueToText(title_sheet_->Cells(model::kFlagRow, column)->Value());
-    const std::optional<std::size_t> flag = FindIgnoreCase(text, kMessageFlag);
+    const std::optional<std::size_t> flag = FindIgnoreCase(text, model::kMessageFlag);
     if (!flag) continue;
     message_column_ = column;
     const auto row = NumberToInteger(LeadingNumber(std::string_view(text).substr(*flag + 1)));
-    if (row && *row >= 1 && *row <= kLastMessageRow) message_row_ = *row;
+    if (row && *row >= 1 && *row <= model::kLastMessageRow) message_row_ = *row;
     return;
   }
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/cell_place.h"
 #include "core/common.h"
 #include "core/convert.h"
 #include "core/model_layout.h"
@@ -49,7 +50,13 @@ auto NullWhenRefused(Call call) -> decltype(call()) {
 std::string TextOf(const host::RangePtr& cell) {
   const Value value = cell->Value();
   if (value.IsError()) {
-    throw HostError(HostError::kTypeMismatch, "Type mismatch", kComponent);
+    const host::WorksheetPtr sheet = cell->Worksheet();
+    const CellPlace place{*sheet, cell->Row(), cell->Column()};
+    throw HostError(
+        HostError::kTypeMismatch,
+        "Type mismatch: " + place.Name() +
+            " shows an error value, and a name is wanted there. Enter one, or empty it.",
+        kComponent);
   }
   return ValueToText(value);
 }

@@ -55,6 +55,36 @@ TEST(Changes, OfARunAreItsCellsBeforeAndAfter) {
   EXPECT_THAT(result.err, EndsWith("Nothing was written (--dry-run).\n"));
 }
 
+// The small model has no macros.
+TEST(Report, RoutinesThatAWorkbookWithoutMacrosLacksAreToldOnce) {
+  SmallModel model;
+  const std::vector<std::string> run = {"clsRefSheet.NamesListPopulate",
+                                        "--dry-run",
+                                        "--yes",
+                                        "--changes",
+                                        "--set",
+                                        "Planning!A1=X6",
+                                        "--set",
+                                        "Planning!H1=n",
+                                        "--set",
+                                        "Planning!K1=k",
+                                        "--set",
+                                        "Planning!L1=c",
+                                        "--set",
+                                        "Planning!M1=s",
+                                        "--set",
+                                        "Planning!A30=end"};
+  const CommandResult result = model.Run(run);
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_THAT(result.err, HasSubstr("note: The workbook has no macros, so its routine "
+                                    "\"resetNamesSortButtons\" was not run"));
+  EXPECT_THAT(result.out, HasSubstr("H6  (empty)  ->  marker\n"));
+  EXPECT_THAT(result.out, HasSubstr("Other changes\n  selected on sheet \"Planning\": H4\n"));
+  const CommandResult other =
+      model.Run({"clsYearEnd.CopyCurrentYear", "--dry-run", "--yes", "--changes"});
+  EXPECT_THAT(other.err, Not(HasSubstr("note:")));
+}
+
 TEST(Report, FormulasThatCouldNotBeCalculatedAreTold) {
   SmallModel model;
   const CommandResult result = model.Run({"clsYearEnd.CopyCurrentYear", "--dry-run", "--yes"});

@@ -95,6 +95,7 @@ TEST_F(InspectionTest, ASoundModelHasNoProblems) {
   model.Put("Data!AB6", {"B"});
   model.Put("Reference!A1", {"X5", "n", "k", "c", "s", "e", "m", "g", "h"});
   model.Put("Reference!A20", {"end of the lists"});
+  model.Put("Reference!I5", {0});
   model.Put("Title!A1", {"T", "L12"});
   model.Name("marker", "Data!$T$1");
   model.Name("planning_fiscal_year", "Data!$J$3:$N$3");
@@ -152,12 +153,35 @@ INSTANTIATE_TEST_SUITE_P(
                 "Reference!G5",
                 {"", "Sub"},
                 "Reference!H5: The sub-item has no macro"},
+        Mistake{"ConfigurationsWithoutEnd",
+                "Reference!I5",
+                {1, "Board"},
+                "Reference!I6: The row that ends the list of dashboard configurations has no"},
+        Mistake{"ConfigurationWithoutNumber",
+                "Reference!I5",
+                {"one", "Board"},
+                "Reference!I5: The dashboard configuration has no number"},
         Mistake{"TokenWithoutEnd",
                 "Plan!C1",
                 {"Sales H(1,2"},
                 "Plan!C1: The token \"H(1,2\" has no closing"},
         Mistake{"TokenWithText", "Plan!C1", {"H(1,x)"}, "Plan!C1: \"x\" in the token"}),
     [](const auto& info) { return info.param.name; });
+
+TEST_F(InspectionTest, ChartsThatTheChartListLeavesOutOrWarnsOfAreProblems) {
+  model.Put("Plan!A1", {"D"});
+  model.Put("Plan!C9", {1});
+  const double column = model.Sheet("Plan")->Columns(2)->Left();
+  model.AddCharts("Plan", {{.left = column, .width = column, .title = "Right"},
+                           {.left = column + 20, .width = 20, .title = "Between"},
+                           {.left = 2 * column, .width = 2 * column, .title = "Wide"},
+                           {.left = 0, .width = 20, .title = ""}});
+  const std::vector<std::string> problems = ProblemsOf(Look());
+  EXPECT_THAT(problems, Contains(HasSubstr("Plan!: The chart \"Between\" begins at no column's")));
+  EXPECT_THAT(problems, Contains(HasSubstr("Plan!C1: The chart \"Wide\" is wider")));
+  EXPECT_THAT(problems, Contains(HasSubstr("Plan!: A chart has no title")));
+  EXPECT_THAT(problems, ::testing::Not(Contains(HasSubstr("Right"))));
+}
 
 TEST_F(InspectionTest, AListThatFillsTheUsedRangeIsAProblem) {
   model.Put("Reference!A1", {"X5", "n", "k", "c", "s"});

@@ -56,8 +56,8 @@ TEST_F(ClearAllData, WarnsTwice) {
   }
   const auto& boxes = fake->user_interface.message_boxes();
   EXPECT_EQ(boxes.at(0).text,
-            "This macro will clear out all entered data in your model!!!\r\nPlease make sure "
-            "you've saved the model first\r\nThen if you really want to continue, hit OK, else "
+            "This macro will clear out all entered data in your model!!!\nPlease make sure "
+            "you've saved the model first\nThen if you really want to continue, hit OK, else "
             "Cancel");
   EXPECT_EQ(boxes.at(0).style, 49);
   EXPECT_EQ(boxes.at(1).text, "Last chance: Are you sure you want to clear all entered data?");

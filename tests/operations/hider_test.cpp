@@ -4,6 +4,7 @@
 #include "operations/client.h"
 #include "operations/test_model.h"
 #include "support/fake_services.h"
+#include "support/faulty_host.h"
 
 namespace vantora {
 namespace {
@@ -143,6 +144,41 @@ TEST_F(Hider, OpeningInNormalModeProtectsTheFlaggedSheets) {
   EXPECT_TRUE(model.Sheet("Planning")->ProtectContents());
   EXPECT_TRUE(model.Sheet("Title")->ProtectContents());
   EXPECT_FALSE(model.Sheet("Notes")->ProtectContents());
+}
+
+// Whatever call fails, the save is made, or the user or the macro learns that it was not, and the
+// next opening brings everything back.
+TEST(HiderFaults, HideNoSheetForGood) {
+  int calls = 1;
+  for (int failing = 0; failing <= calls; ++failing) {
+    SCOPED_TRACE(failing);
+    TestModel model({"Title", "Planning", "Notes"});
+    model.Put("Title!A1", {"T"});
+    model.Activate("Planning");
+    auto plan = std::make_shared<testing::FaultPlan>();
+    FakeServices fake({"OK"});
+    testing::HiderClient hider(
+        fake.services, std::make_shared<testing::FaultyApplication>(model.application(), plan));
+    plan->calls = 0;
+    plan->failing_call = failing;
+    bool is_told = false;
+    try {
+      hider.BeforeSave(false);
+    } catch (const HostError& error) {
+      EXPECT_EQ(error.number(), testing::FaultPlan::kNumber);
+      is_told = true;
+    }
+    if (failing == 0) calls = plan->calls;
+    is_told = is_told || !fake.user_interface.message_boxes().empty();
+    EXPECT_TRUE(model.WasSaved() || is_told);
+    if (failing == 0) {
+      EXPECT_FALSE(is_told);
+    }
+    hider.AtOpen();
+    EXPECT_THAT(Visibilities(model.application()), ::testing::Each(XlSheetVisibility::kVisible));
+    EXPECT_EQ(model.Get("Title!C34"), Value());
+  }
+  EXPECT_GE(calls, 30);
 }
 
 }  // namespace

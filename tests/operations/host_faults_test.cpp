@@ -32,6 +32,8 @@ struct Bench {
   testing::PlanningSpinnersClient spinners{services, application};
   testing::ClearAllDataClient clear{services, application};
   testing::RatiosCompDataSetClient ratios{services, application};
+  testing::FormattingClient formatting{services, application};
+  testing::HiderClient hider{services, application};
 
   Bench() { plan->calls = 0; }
 
@@ -121,6 +123,9 @@ INSTANTIATE_TEST_SUITE_P(
                   },
                   60},
         Operation{"ClearAllData", [](Bench& b) { b.clear.ClearAllData(); }, 60},
+        Operation{"RangeSelect", [](Bench& b) { b.formatting.RangeSelect(true); }, 12},
+        Operation{"AtOpen", [](Bench& b) { b.hider.AtOpen(); }, 10},
+        Operation{"AlignSheets", [](Bench& b) { b.development_mode.AlignSheets(); }, 20},
         Operation{"RatiosCompDataSet", [](Bench& b) { b.ratios.RatiosCompDataSet(); }, 40},
         Operation{"BindRefSheet", [](Bench& b) { b.ref_sheet.Init(); }, 10},
         Operation{"KeysListSortbyKey", [](Bench& b) { b.ref_sheet.Call("KeysListSortbyKey"); }, 10},

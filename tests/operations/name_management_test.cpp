@@ -146,7 +146,8 @@ TEST_F(Naming, AnErrorValueInTheNameColumnIsReported) {
   model.Put("Plan!I3", {CellError::kNotAvailable});
   Define("A3", {"OK"});
   EXPECT_THAT(Boxes(), ElementsAre(AllOf(HasSubstr("Module: clsNameManagement"),
-                                         HasSubstr("error message #: 13"))));
+                                         HasSubstr("error message #: 13"),
+                                         HasSubstr("Plan!I3 shows an error value"))));
 }
 
 TEST(NamingFaults, AreReportedOrTakenAsAnOutcomeAndNeverEscape) {

@@ -261,6 +261,33 @@ TEST_F(Lists, NumbersThatAreNoneOrTooLargeAreErrors) {
   }
 }
 
+TEST_F(Lists, ErrorsOfNumbersNameTheCellAndWhatToDo) {
+  struct Case {
+    const char* cell;
+    Value value;
+    const char* method;
+    const char* text;
+  } const cases[] = {
+      {"Y5", Value(), "ConfigsListIteratorInit",
+       "Type mismatch: Reference!Y5 is empty, and a number is wanted there. Enter one, or 0 behind "
+       "the last entry of a list."},
+      {"Y5", "one", "ConfigsListIteratorInit",
+       "Type mismatch: Reference!Y5 holds \"one\", and a number is wanted there. Enter one."},
+      {"P5", 32768, "MenusListIteratorInit",
+       "Overflow: Reference!P5 holds 32768, which is too large. Enter a smaller number there."},
+  };
+  Bound();
+  for (const Case& c : cases) {
+    model.Put(std::string("Reference!") + c.cell, {c.value});
+    try {
+      client->Call(c.method);
+      ADD_FAILURE() << c.method << " takes " << c.cell;
+    } catch (const HostError& error) {
+      EXPECT_EQ(error.description(), c.text);
+    }
+  }
+}
+
 TEST_F(Lists, ChartsEndAtTheFirstEmptyTitle) {
   model.Put("Reference!R5", {"'12", 1, " Sales "});
   model.Put("Reference!R6", {"none", 2, "Costs"});

@@ -227,4 +227,11 @@ std::vector<bool> FollowNames(WorkbookModel& model, PrecedentFinder& precedents,
   return changed;
 }
 
+std::string FollowedReference(const DefinedName& name, const WorkbookModel& model,
+                              const ColumnInsertion& insertion) {
+  const Formula formula = ParseFormula(name.refers_to, kNameOrigin, model);
+  const std::optional<Formula> followed = FollowInName(formula, name.scope, insertion);
+  return followed ? FormulaText(*followed, kNameOrigin, model) : name.refers_to;
+}
+
 }  // namespace vantora::embedded

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <string>
 #include <tuple>
 #include <vector>
 
@@ -66,6 +67,9 @@ bool FollowTables(WorkbookModel& model, const ColumnInsertion& insertion);
 
 // Makes the names' texts follow; tells for each name whether it changed.
 std::vector<bool> FollowNames(WorkbookModel& model, PrecedentFinder& precedents,
+                              const ColumnInsertion& insertion);
+// What the name, which need not be one of the model's, refers to after the insertion.
+std::string FollowedReference(const DefinedName& name, const WorkbookModel& model,
                               const ColumnInsertion& insertion);
 
 }  // namespace vantora::embedded

@@ -23,7 +23,7 @@ Operand DateFromParts(Call& call) {
   return DayOrError(SerialOf(year, month, day, is_1904), is_1904);
 }
 
-Date DateArgument(Call& call) { return CalendarDateOf(DayArgument(call, 0), Is1904(call)); }
+Date DateArgument(Call& call) { return DateOf(DayArgument(call, 0), Is1904(call)); }
 Operand Year(Call& call) { return Scalar::Number(DateArgument(call).year); }
 Operand Month(Call& call) { return Scalar::Number(DateArgument(call).month); }
 Operand Day(Call& call) { return Scalar::Number(DateArgument(call).day); }
@@ -31,7 +31,7 @@ Operand Day(Call& call) { return Scalar::Number(DateArgument(call).day); }
 // The date moved by the months of the second argument. Neither may be a Boolean.
 Date MovedByMonths(Call& call) {
   if (call.Value(0).IsBoolean() || call.Value(1).IsBoolean()) call.Fail(CellError::kValue);
-  Date date = CalendarDateOf(DayArgument(call, 0), Is1904(call));
+  Date date = DateOf(DayArgument(call, 0), Is1904(call));
   const int months = date.year * 12 + date.month - 1 + std::clamp(call.Integer(1), -200000, 200000);
   date.year = static_cast<int>(std::floor(months / 12.0));
   date.month = months - date.year * 12 + 1;

@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <set>
 #include <span>
 
 #include "formula/sheet_prefix.h"
 #include "host/column_formats.h"
-#include "host/row_edits.h"
 
 namespace vantora::embedded {
 
@@ -55,13 +53,13 @@ std::string DisplayValue(const CellValue& value, const StringPool& strings) {
 
 ChangeRecorder::ChangeRecorder(OpenWorkbook& workbook)
     : workbook_(workbook),
+      state_(workbook),
       insertions_then_(workbook.insertions().size()),
       notes_then_(workbook.notes().size()) {
   for (const auto& sheet : workbook.model().sheets) {
     then_.push_back(sheet->cells.Clone());
     columns_then_.push_back(sheet->column_formats);
-    rows_then_.push_back(sheet->rows);
-    protected_then_.push_back(sheet->is_protected);
+    row_styles_then_.push_back(sheet->row_styles);
   }
 }
 
@@ -136,55 +134,68 @@ void ChangeRecorder::AddSheetChanges(int sheet, ChangeList& list, std::size_t& n
   std::move(changes.begin(), changes.end(), std::back_inserter(list.cells));
 }
 
-void ChangeRecorder::AddHidingChanges(int sheet, ChangeList& list) const {
-  std::string prefix;
-  AppendSheetPrefix(prefix, sheet, sheet, workbook_.model());
-  for (const Run& run : ChangedColumns(sheet)) {
-    const std::string place = ColumnLetters(run.first) + ":" + ColumnLetters(run.last);
-    list.others.push_back((run.hidden ? "columns hidden at " : "columns shown at ") + prefix +
-                          place);
-  }
-  for (const Run& run : ChangedRows(sheet)) {
-    const std::string place = std::to_string(run.first) + ":" + std::to_string(run.last);
-    list.others.push_back((run.hidden ? "rows hidden at " : "rows shown at ") + prefix + place);
-  }
-}
-
-std::vector<ChangeRecorder::Run> ChangeRecorder::ChangedColumns(int sheet) const {
+void ChangeRecorder::AddColumnChanges(int sheet, ChangeList& list) const {
   const SheetModel& model = workbook_.sheet(sheet);
+  // A sheet that was added since is new as a whole.
+  if (static_cast<std::size_t>(sheet) >= columns_then_.size()) return;
   const std::vector<ColumnFormat>& then = columns_then_[sheet];
   const int last_then = then.empty() ? 0 : then.back().last;
   const int last_now = model.column_formats.empty() ? 0 : model.column_formats.back().last;
-  std::vector<Run> runs;
-  for (int column = 1; column <= std::max(last_then, last_now); ++column) {
+  int first = 0;
+  bool hidden = false;
+  for (int column = 1; column <= std::max(last_then, last_now) + 1; ++column) {
     const std::optional<int> before = ColumnThen(sheet, column);
-    const bool hidden = IsColumnHidden(model, column);
-    if (before && IsColumnHidden(then, *before) != hidden) Extend(runs, column, hidden);
+    const bool hidden_now = IsColumnHidden(model, column);
+    const bool changed = before && IsColumnHidden(then, *before) != hidden_now;
+    if (first != 0 && (!changed || hidden_now != hidden)) {
+      std::string place;
+      AppendSheetPrefix(place, sheet, sheet, workbook_.model());
+      place += ColumnLetters(first) + ":" + ColumnLetters(column - 1);
+      list.others.push_back((hidden ? "columns hidden at " : "columns shown at ") + place);
+      first = 0;
+    }
+    if (changed && first == 0) first = column;
+    hidden = hidden_now;
   }
-  return runs;
 }
 
-std::vector<ChangeRecorder::Run> ChangeRecorder::ChangedRows(int sheet) const {
+StyleId ChangeRecorder::StyleThen(int sheet, CellAddress cell) const {
+  if (const Cell then = then_[sheet].Get(cell); then.exists()) return then.style;
+  const auto row = row_styles_then_[sheet].find(cell.row);
+  if (row != row_styles_then_[sheet].end()) return row->second;
+  const ColumnFormat* column = FormatOfColumn(columns_then_[sheet], cell.column);
+  return column ? column->style : 0;
+}
+
+void ChangeRecorder::AddFormatChanges(int sheet, ChangeList& list) const {
   const SheetModel& model = workbook_.sheet(sheet);
-  const RowTable& then = rows_then_[sheet];
-  std::set<int> formatted;
-  for (const RowTable* table : {&then, &model.rows}) {
-    for (const RowTable::Entry& entry : table->entries()) formatted.insert(entry.row);
+  if (static_cast<std::size_t>(sheet) >= then_.size()) return;
+  std::size_t count = 0;
+  Area within{.first_row = kMaxRow, .first_column = kMaxColumn, .last_row = 1, .last_column = 1};
+  const auto look = [&](CellAddress cell, CellAddress before) {
+    if (model.StyleOf(cell) == StyleThen(sheet, before)) return;
+    ++count;
+    within = {std::min(within.first_row, cell.row), std::min(within.first_column, cell.column),
+              std::max(within.last_row, cell.row), std::max(within.last_column, cell.column)};
+  };
+  const int last_column = std::max(model.cells.LastColumn(), then_[sheet].LastColumn() + 1);
+  for (int column = 1; column <= last_column; ++column) {
+    const std::optional<int> before = ColumnThen(sheet, column);
+    if (!before) continue;
+    model.cells.ForEachInColumn(column, 1, kMaxRow, [&](int row, const Cell& cell) {
+      if (cell.flags & kStyleChanged) look({row, column}, {row, *before});
+    });
+    then_[sheet].ForEachInColumn(*before, 1, kMaxRow, [&](int row, const Cell&) {
+      if (!model.cells.Exists({row, column})) look({row, column}, {row, *before});
+    });
   }
-  std::vector<Run> runs;
-  for (int row : formatted) {
-    const bool hidden = RowHeight(model, model.rows.Of(row)) == 0;
-    if ((RowHeight(model, then.Of(row)) == 0) != hidden) Extend(runs, row, hidden);
-  }
-  return runs;
-}
-
-void ChangeRecorder::Extend(std::vector<Run>& runs, int at, bool hidden) {
-  if (!runs.empty() && runs.back().last + 1 == at && runs.back().hidden == hidden) {
-    runs.back().last = at;
-  } else {
-    runs.push_back({at, at, hidden});
-  }
+  if (count == 0) return;
+  std::string place;
+  AppendSheetPrefix(place, sheet, sheet, workbook_.model());
+  place += ToA1(within);
+  list.others.push_back(count == 1 ? "format changed at " + place
+                                   : "formats of " + std::to_string(count) +
+                                         " cells changed within " + place);
 }
 
 ChangeList ChangeRecorder::Changes() const {
@@ -206,14 +217,10 @@ ChangeList ChangeRecorder::Changes() const {
   list.others.assign(workbook_.notes().begin() + static_cast<std::ptrdiff_t>(notes_then_),
                      workbook_.notes().end());
   for (int sheet : workbook_.model().tab_order) {
-    // A sheet that was added since is new as a whole.
-    if (static_cast<std::size_t>(sheet) >= then_.size()) continue;
-    AddHidingChanges(sheet, list);
-    const SheetModel& model = workbook_.sheet(sheet);
-    if (model.is_protected == protected_then_[sheet]) continue;
-    list.others.push_back("worksheet \"" + model.name + "\" " +
-                          (model.is_protected ? "protected" : "unprotected"));
+    AddColumnChanges(sheet, list);
+    AddFormatChanges(sheet, list);
   }
+  std::ranges::move(state_.Changes(), std::back_inserter(list.others));
   if (new_results > 0) {
     list.others.push_back(std::to_string(new_results) + " formulas have new results");
   }

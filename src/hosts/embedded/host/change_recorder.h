@@ -1,17 +1,19 @@
 // Tells what changed in a workbook since a moment.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <vector>
 
 #include "host/open_workbook.h"
 #include "host/session.h"
+#include "host/state_recorder.h"
 
 namespace vantora::embedded {
 
 class ChangeRecorder {
  public:
-  // Remembers the workbook as it is now. `workbook` must outlive the recorder.
+  // Remembers the workbook's cells as they are now. `workbook` must outlive the recorder.
   explicit ChangeRecorder(OpenWorkbook& workbook);
 
   // What differs now from then; every value must be up to date.
@@ -19,17 +21,11 @@ class ChangeRecorder {
 
  private:
   void AddSheetChanges(int sheet, ChangeList& list, std::size_t& new_results) const;
-  // Columns or rows beside each other that were hidden, or shown, alike.
-  struct Run {
-    int first;
-    int last;
-    bool hidden;
-  };
-  // `at` lies behind the runs.
-  static void Extend(std::vector<Run>& runs, int at, bool hidden);
-  void AddHidingChanges(int sheet, ChangeList& list) const;
-  std::vector<Run> ChangedColumns(int sheet) const;
-  std::vector<Run> ChangedRows(int sheet) const;
+  // Columns that were hidden or shown, a line for each run of them.
+  void AddColumnChanges(int sheet, ChangeList& list) const;
+  // Cells that look otherwise than then, a line for the sheet; those of new columns are new.
+  void AddFormatChanges(int sheet, ChangeList& list) const;
+  StyleId StyleThen(int sheet, CellAddress cell) const;
   // The column that a column of now was then; nullopt for one inserted since.
   std::optional<int> ColumnThen(int sheet, int column_now) const;
   // The formula `then` of a cell that stood at `cell` has only followed insertions to become `now`.
@@ -39,8 +35,8 @@ class ChangeRecorder {
   OpenWorkbook& workbook_;
   std::vector<CellStore> then_;
   std::vector<std::vector<ColumnFormat>> columns_then_;
-  std::vector<RowTable> rows_then_;
-  std::vector<bool> protected_then_;
+  std::vector<std::map<int, StyleId>> row_styles_then_;
+  StateRecorder state_;
   std::size_t insertions_then_;
   std::size_t notes_then_;
 };

@@ -84,6 +84,8 @@ class OpenWorkbook {
 
   // Routines of sheets' code modules that a workbook without macros is taken to have.
   void AddSheetRoutine(std::string_view routine) { sheet_routines_.emplace_back(routine); }
+  // Those of them that were called; none of them did anything.
+  const std::vector<std::string>& skipped_routines() const { return skipped_routines_; }
   // Throws HostError 438 when the workbook is not known to have the routine.
   void CallSheetRoutine(std::string_view routine);
 
@@ -204,6 +206,7 @@ class OpenWorkbook {
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;
   std::vector<std::string> sheet_routines_;
+  std::vector<std::string> skipped_routines_;
 };
 
 }  // namespace vantora::embedded

@@ -160,6 +160,10 @@ void Session::AddSheetRoutine(std::string_view routine) {
   impl_->workbook().AddSheetRoutine(routine);
 }
 
+const std::vector<std::string>& Session::SkippedRoutines() const {
+  return impl_->workbook().skipped_routines();
+}
+
 std::vector<Uncalculated> Session::Calculate(int workbook) {
   return impl_->workbook(workbook).Calculate();
 }

@@ -118,6 +118,8 @@ class Session {
   // Says that a workbook without macros has the routine in its sheets' code modules, as one with
   // macros is taken to have those that the model's workbook offers.
   void AddSheetRoutine(std::string_view routine);
+  // Those of them that an operation called, which did nothing.
+  const std::vector<std::string>& SkippedRoutines() const;
   // What Application.Version tells, "16.0" unless set.
   void SetVersion(std::string version);
   // Who answers what operations ask through the host; must outlive the session. Refused without.

@@ -52,17 +52,22 @@ void AddControlNames(const SheetMarkup& markup, std::vector<std::string>& names)
 
 std::vector<std::string> ShapeNames(const OpcPackage& package, std::string_view sheet_part) {
   std::vector<std::string> names;
+  std::vector<std::string> legacy_names;
   for (const Relationship& relationship : package.RelationshipsOf(sheet_part)) {
     if (relationship.external || !package.Has(relationship.target)) continue;
     try {
       if (relationship.IsType("drawing")) {
         AddDrawingNames(package.Read(relationship.target), names);
       } else if (relationship.IsType("vmlDrawing")) {
-        AddLegacyNames(package.Read(relationship.target), names);
+        AddLegacyNames(package.Read(relationship.target), legacy_names);
       }
     } catch (const XmlError& error) {
       ThrowDamaged(relationship.target, error);
     }
+  }
+  // A form control that the drawing has stands in the legacy drawing as well.
+  for (std::string& name : legacy_names) {
+    if (std::ranges::find(names, name) == names.end()) names.push_back(std::move(name));
   }
   return names;
 }

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "core/convert.h"
+#include "core/model_layout.h"
 #include "host/open_workbook.h"
 #include "host/text_order.h"
 
@@ -10,8 +11,8 @@ namespace vantora::embedded {
 namespace {
 
 // What the model's workbook offers in the code module of its Reference Sheet.
-constexpr std::array<std::string_view, 2> kModelRoutines = {"ResetKeySortButtons",
-                                                            "resetNamesSortButtons"};
+constexpr std::array<std::string_view, 2> kModelRoutines = {model::kResetKeySortButtons,
+                                                            model::kResetNamesSortButtons};
 constexpr std::string_view kBuiltInPrefix = "_xlnm.";
 
 std::string ShownName(const DefinedName& name) {
@@ -67,7 +68,10 @@ void OpenWorkbook::CallSheetRoutine(std::string_view routine) {
       std::any_of(kModelRoutines.begin(), kModelRoutines.end(), is_routine)) {
     return;
   }
-  if (std::any_of(sheet_routines_.begin(), sheet_routines_.end(), is_routine)) return;
+  if (std::any_of(sheet_routines_.begin(), sheet_routines_.end(), is_routine)) {
+    skipped_routines_.emplace_back(routine);
+    return;
+  }
   throw HostError(HostError::kMemberNotSupported,
                   "Object doesn't support this property or method: the workbook has no routine \"" +
                       std::string(routine) + "\" in the sheet's code module.");
