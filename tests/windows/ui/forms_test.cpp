@@ -338,7 +338,16 @@ TEST_F(Forms, ModelessIsHiddenShownAndClosed) {
   EXPECT_FALSE(IsWindow(first));
   user_interface.ShowModeless(form);
   EXPECT_FALSE(form.unloaded());
-  Show([&](HWND dialog) { EXPECT_FALSE(IsWindowEnabled(GetWindow(dialog, GW_OWNER))); });
+  const HWND second = WaitForDialog(form.caption());
+  {
+    User user([&] {
+      WaitUntil([&] { return !IsWindow(second); });
+      const HWND dialog = WaitForDialog(form.caption());
+      EXPECT_FALSE(IsWindowEnabled(GetWindow(dialog, GW_OWNER)));
+      PostMessageW(dialog, WM_CLOSE, 0, 0);
+    });
+    user_interface.ShowModal(form);
+  }
   EXPECT_EQ(FindWindowW(L"#32770", ToUtf16(form.caption()).c_str()), nullptr);
 }
 

@@ -19,6 +19,7 @@ class SaveMessage : public ::testing::Test {
     const HWND dialog = FindWindowW(L"#32770", L"Vantora");
     EXPECT_TRUE(IsWindowVisible(dialog));
     dpi = DpiOf(dialog);
+    TakePicture(dialog, message.name());
     RECT place = {};
     GetWindowRect(dialog, &place);
     return place;
