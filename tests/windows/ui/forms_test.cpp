@@ -267,11 +267,13 @@ TEST_F(Forms, KeysMoveInTheOrderOfTheControls) {
     remember(dialog);
     PressAlt(dialog, L'm');
     remember(dialog);
+    PressAlt(dialog, L'f');
+    remember(dialog);
   });
   EXPECT_THAT(visited, ElementsAre("txtName", "txtRemarks", "cboBook", "lstSheets", "optAll",
                                    "optAbove", "chkFormats", "butMore", "butCopy", "butCancel",
-                                   "txtRemarks", "butMore"));
-  EXPECT_THAT(form.log, ElementsAre("more"));
+                                   "txtRemarks", "butMore", "chkFormats"));
+  EXPECT_THAT(form.log, ElementsAre("more", "formats"));
 }
 
 TEST_F(Forms, CloseIsRefusedWhenTheFormSaysSo) {
