@@ -120,7 +120,7 @@ frmDashConfigure::Row& frmDashConfigure::AddRow(int column) {
   const double top = kFirstRowTop + static_cast<double>(rows_.size() % kRowsOnPage) * kRowStep;
   row.label = &Add<Label>(
       "lblColumn" + number, "",
-      Bounds{.left = kMargin, .top = top, .width = kTitleWidth, .height = kRowStep - 2});
+      Bounds{.left = kMargin, .top = top + 2, .width = kTitleWidth, .height = kRowStep - 4});
   for (int configuration = 1; configuration <= model::kDashboardConfigurations; ++configuration) {
     const std::string caption = std::to_string(configuration);
     CheckBox& box = Add<CheckBox>(

@@ -1,8 +1,7 @@
 #include "operations/test_model.h"
 
-#include <stdlib.h>
-
 #include <cmath>
+#include <random>
 #include <system_error>
 
 #include "core/convert.h"
@@ -44,12 +43,21 @@ void DescribeEntries(const std::vector<embedded::MenuEntry>& entries, const std:
   }
 }
 
+// A folder of its own, also where several programs make one at a time.
+std::filesystem::path NewFolder() {
+  std::random_device random;
+  for (;;) {
+    std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("vantora-model-" + std::to_string(random()));
+    if (std::filesystem::create_directory(folder)) return folder;
+  }
+}
+
 }  // namespace
 
 TestModel::TestModel(const std::vector<std::string>& sheet_names)
     : session_(embedded::Session::Create(sheet_names)) {
-  std::string pattern = (std::filesystem::temp_directory_path() / "vantora-model-XXXXXX").string();
-  folder_ = mkdtemp(pattern.data());
+  folder_ = NewFolder();
   session_->SetPrompts(*user_);
   session_->DirectSaves(
       [requests = save_requests_.get(), folder = folder_](const embedded::SaveRequest& request) {

@@ -29,7 +29,7 @@ bool MarksAccelerator(const Form& form, std::size_t label) {
   if (label + 1 >= form.controls().size()) return false;
   const ControlKind next = form.controls()[label + 1]->kind();
   return next == ControlKind::kTextBox || next == ControlKind::kComboBox ||
-         next == ControlKind::kListBox;
+         next == ControlKind::kListBox || next == ControlKind::kCheckBox;
 }
 
 bool StartsGroup(const Form& form, std::size_t control) {

@@ -23,8 +23,8 @@ struct Meter {
 // The labels `lblBack`, `lblBar` and `lblFront`; nullopt for a form without them.
 std::optional<Meter> FindMeter(const Form& form);
 
-// Whether an '&' of the label marks an accelerator: that of the text box or list after it. In any
-// other label it is part of the text, which may come from a sheet's name.
+// Whether an '&' of the label marks an accelerator: that of the text box, list or check box after
+// it. In any other label it is part of the text, which may come from a sheet's name.
 bool MarksAccelerator(const Form& form, std::size_t label);
 
 // Whether the arrow keys stop before this control: they move among option buttons of one group, and

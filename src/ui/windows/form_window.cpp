@@ -51,11 +51,19 @@ std::runtime_error CannotShow(const Form& form, DWORD error) {
                             " Dialogs need a desktop: run the program in a user's session.");
 }
 
-RECT WorkAreaAround(HWND window) {
+RECT WorkAreaOf(HMONITOR screen) {
   MONITORINFO monitor = {};
   monitor.cbSize = sizeof(monitor);
-  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+  GetMonitorInfoW(screen, &monitor);
   return monitor.rcWork;
+}
+
+RECT WorkAreaAround(HWND window) {
+  return WorkAreaOf(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST));
+}
+
+RECT WorkAreaAround(POINT point) {
+  return WorkAreaOf(MonitorFromPoint(point, MONITOR_DEFAULTTONEAREST));
 }
 
 }  // namespace
@@ -93,7 +101,7 @@ void FormWindow::Show() {
   Update();
   if (!window_) return;
   if (!IsWindowVisible(window_)) {
-    CenterOnOwner();
+    PlaceOnScreen();
     ShowWindow(window_, SW_SHOW);
     if (GetActiveWindow() == window_) FocusFirstControl();
   }
@@ -220,7 +228,7 @@ void FormWindow::OnInitialize(HWND window) {
   UseDpi(DpiOf(window_));
   UpdateControls();
   if (!modal_) return;
-  CenterOnOwner();
+  PlaceOnScreen();
   FocusFirstControl();
 }
 
@@ -276,8 +284,8 @@ void FormWindow::MakeControls() {
 void FormWindow::UseDpi(UINT dpi) {
   dpi_ = dpi;
   const auto font_before = std::exchange(font_, std::make_unique<MessageFont>(dpi));
-  const auto bold_before = std::exchange(
-      bold_font_, std::make_unique<MessageFont>(dpi, MessageFont::Weight::kBold));
+  const auto bold_before =
+      std::exchange(bold_font_, std::make_unique<MessageFont>(dpi, MessageFont::Weight::kBold));
   for (const auto& control : controls_) SetFontOf(control.get());
 }
 
@@ -311,23 +319,30 @@ void FormWindow::UpdateControls() {
   }
 }
 
-void FormWindow::CenterOnOwner() {
-  const RECT work_area = WorkAreaAround(owner_ ? owner_ : window_);
-  RECT around = work_area;
-  if (owner_ && IsWindowVisible(owner_) && !IsIconic(owner_)) GetWindowRect(owner_, &around);
+void FormWindow::PlaceOnScreen() {
   RECT self = {};
   GetWindowRect(window_, &self);
   const LONG width = self.right - self.left;
   const LONG height = self.bottom - self.top;
+  POINT middle;
+  if (const std::optional<FormPosition>& wanted = form_->position()) {
+    // The form knows nothing of the frame, which keeps the middle where it is.
+    middle = {ToPixels(wanted->left + form_->width() / 2, dpi_),
+              ToPixels(wanted->top + form_->height() / 2, dpi_)};
+  } else {
+    RECT around = WorkAreaAround(owner_ ? owner_ : window_);
+    if (owner_ && IsWindowVisible(owner_) && !IsIconic(owner_)) GetWindowRect(owner_, &around);
+    middle = {(around.left + around.right) / 2, (around.top + around.bottom) / 2};
+  }
+  const RECT work_area = WorkAreaAround(middle);
   // The caption stays in reach even when the dialog is larger than the work area.
   const auto within = [](LONG wanted, LONG first, LONG last) {
     return std::max(std::min(wanted, last), first);
   };
-  SetWindowPos(
-      window_, nullptr,
-      within((around.left + around.right - width) / 2, work_area.left, work_area.right - width),
-      within((around.top + around.bottom - height) / 2, work_area.top, work_area.bottom - height),
-      0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  SetWindowPos(window_, nullptr,
+               within(middle.x - width / 2, work_area.left, work_area.right - width),
+               within(middle.y - height / 2, work_area.top, work_area.bottom - height), 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 // By the dialog's own message, which lets a button that has the focus answer the Enter key. It

@@ -61,7 +61,8 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
   INT_PTR ColorLetters(HDC drawing, HWND window, int background) const;
   void PlaceControls();
   void UpdateControls();
-  void CenterOnOwner();
+  // Where the form asks for, or else in the middle of the owner.
+  void PlaceOnScreen();
   void FocusFirstControl();
   void Press(bool (Button::*role)() const);
   void Close();

@@ -101,6 +101,29 @@ yearEnd.NoSuchMember
 Check "unknown member", Err.Number, 438
 Err.Clear
 
+' The other classes need nothing of Excel to be bound, and hand on the error of their first call.
+Dim names, classNumber, object
+names = Array("clsFreeze", "clsPlanningSpinners", "clsRatiosCompDataSet", _
+    "clsDevelopmentMode", "clsMenuManagement", "clsHider", "clsFormatting")
+For classNumber = 0 To 6
+  name = names(classNumber)
+  Set object = CreateObject("Orvanemcro1." & name)
+  object.Init globals
+  Check name & " is bound", Err.Number, 0
+  Err.Clear
+  Select Case classNumber
+    Case 0: object.SetSpinnerstoBase
+    Case 1: object.SpinnerChange
+    Case 2: object.RatiosCompDataSet
+    Case 3: object.AlignSheets
+    Case 4: object.CreateVAMenuBar
+    Case 5: object.AtOpen
+    Case 6: object.LeftFormat
+  End Select
+  Check "number of the error that " & name & " hands on", Err.Number, 438
+  Err.Clear
+Next
+
 Set globals.App = Nothing
 Check "App can be emptied", Err.Number, 0
 Check "App once emptied", globals.App Is Nothing, True

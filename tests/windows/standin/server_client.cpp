@@ -10,6 +10,7 @@
 #include "hosts/excel/text.h"
 #include "operations/client.h"
 #include "standin_excel.h"
+#include "ui/scripted/answer.h"
 #include "ui/windows/window_text.h"
 
 namespace vantora {
@@ -23,13 +24,51 @@ Services* current_services = nullptr;
 
 std::map<std::string, int> last_calls;
 
+// What the test's own user interface threw during a call, because a test gave the wrong answer. The
+// server may hand on no more than a number and a text of it.
+std::exception_ptr wrong_answer;
+
+template <typename Action>
+auto NotingWrongAnswers(const Action& action) {
+  try {
+    return action();
+  } catch (const ui::AnswerError&) {
+    wrong_answer = std::current_exception();
+    throw;
+  }
+}
+
+// The test's user interface.
+class TestUserInterface final : public UserInterface {
+ public:
+  explicit TestUserInterface(UserInterface& shown_by) : shown_by_(shown_by) {}
+
+  MessageBoxResult MessageBox(std::string_view text, int style, std::string_view title) override {
+    return NotingWrongAnswers([&] { return shown_by_.MessageBox(text, style, title); });
+  }
+  void ShowModal(Form& form) override {
+    NotingWrongAnswers([&] { shown_by_.ShowModal(form); });
+  }
+  void ShowModeless(Form& form) override { shown_by_.ShowModeless(form); }
+  void Refresh(Form& form) override { shown_by_.Refresh(form); }
+  void Forget(Form& form) override { shown_by_.Forget(form); }
+  void DoEvents() override { shown_by_.DoEvents(); }
+  WindowSystem* windows() override { return shown_by_.windows(); }
+
+ private:
+  UserInterface& shown_by_;
+};
+
 class TestServices final : public com::ObjectServices {
  public:
-  explicit TestServices(Services& services) : services_(services) {}
+  explicit TestServices(Services& services)
+      : user_interface_(services.user_interface),
+        services_{user_interface_, services.clock, services.file_versions} {}
   Services& services() override { return services_; }
 
  private:
-  Services& services_;
+  TestUserInterface user_interface_;
+  Services services_;
 };
 
 class Apartment {
@@ -54,13 +93,14 @@ ComPtr<IDispatch> Create(std::string_view class_name) {
   throw std::runtime_error("the server makes no " + std::string(class_name));
 }
 
-// What a macro gets for an error that a member ends with.
+// What a macro gets for an error that a member ends with; for a test's own mistake, that.
 [[noreturn]] void ThrowError(HRESULT result, EXCEPINFO& info) {
   std::string source = excel::ToUtf8(info.bstrSource);
   std::string description = excel::ToUtf8(info.bstrDescription);
   SysFreeString(info.bstrSource);
   SysFreeString(info.bstrDescription);
   SysFreeString(info.bstrHelpFile);
+  if (wrong_answer) std::rethrow_exception(std::exchange(wrong_answer, nullptr));
   if (result == DISP_E_EXCEPTION) {
     const bool is_number = HRESULT_FACILITY(info.scode) == FACILITY_CONTROL;
     throw HostError(is_number ? HRESULT_CODE(info.scode) : info.scode, description, source);
@@ -86,6 +126,7 @@ Variant Invoke(IDispatch& object, std::string_view name, WORD kind,
   DISPPARAMS parameters{reversed.data(), is_put ? &put : nullptr,
                         static_cast<UINT>(reversed.size()), is_put ? 1u : 0u};
   Variant value;
+  wrong_answer = nullptr;
   HRESULT result = object.Invoke(id, IID_NULL, excel::kMacroLocale, kind, &parameters,
                                  is_put ? nullptr : value.Receive(), &info, nullptr);
   if (FAILED(result)) ThrowError(result, info);

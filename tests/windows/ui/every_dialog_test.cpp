@@ -1,4 +1,4 @@
-// Each dialog of the model on the screen: a picture to look at, and that everything fits.
+// The dialogs that ask something, on the screen: a picture to look at, and that everything fits.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -11,7 +11,6 @@
 #include "dialogs/frm_naming02.h"
 #include "dialogs/frm_save_comments.h"
 #include "dialogs/frm_save_history_prompt.h"
-#include "dialogs/frm_save_msg.h"
 #include "ui/dialog_driver.h"
 #include "ui/windows/window_text.h"
 #include "ui/windows/windows_user_interface.h"
@@ -28,7 +27,7 @@ FixedClock fixed_clock;
 
 struct Dialog {
   const char* name;
-  std::function<std::unique_ptr<Form>(UserInterface&)> make;
+  std::function<std::unique_ptr<Form>()> make;
 };
 
 std::ostream& operator<<(std::ostream& stream, const Dialog& dialog) {
@@ -55,7 +54,7 @@ LONG TextWidth(HWND control) {
 }
 
 TEST_P(EveryDialog, HasRoomForAllItsControls) {
-  const std::unique_ptr<Form> form = GetParam().make(user_interface);
+  const std::unique_ptr<Form> form = GetParam().make();
   User user([&] {
     const HWND dialog = WaitForDialog(form->caption());
     TakePicture(dialog, GetParam().name);
@@ -84,29 +83,26 @@ TEST_P(EveryDialog, HasRoomForAllItsControls) {
 
 const Dialog kDialogs[] = {
     {"frmSaveHistoryPrompt",
-     [](UserInterface&) {
+     [] {
        auto form = std::make_unique<frmSaveHistoryPrompt>();
        form->YearCaptionAdd("2021 (column J)");
        return form;
      }},
-    {"frmSaveComments",
-     [](UserInterface&) { return std::make_unique<frmSaveComments>(fixed_clock); }},
-    {"frmCopyWorksheet", [](UserInterface&) { return std::make_unique<frmCopyWorksheet>(); }},
+    {"frmSaveComments", [] { return std::make_unique<frmSaveComments>(fixed_clock); }},
+    {"frmCopyWorksheet", [] { return std::make_unique<frmCopyWorksheet>(); }},
     {"frmNaming01",
-     [](UserInterface&) {
+     [] {
        auto form = std::make_unique<frmNaming01>();
        form->SetMessageText("The name \"revenue\" is already defined, for another row.");
        form->SetNameText("revenue_2");
        return form;
      }},
     {"frmNaming02",
-     [](UserInterface&) {
+     [] {
        auto form = std::make_unique<frmNaming02>();
        form->SetMessageText("The row already has a name, \"revenue\".");
        return form;
      }},
-    {"frmSaveMsg",
-     [](UserInterface& user_interface) { return std::make_unique<frmSaveMsg>(user_interface); }},
 };
 
 INSTANTIATE_TEST_SUITE_P(Forms, EveryDialog, ::testing::ValuesIn(kDialogs),
