@@ -63,8 +63,8 @@ TEST_F(RowsTest, TheListOfChangesNamesRowsThatWereHiddenOrShownAndProtection) {
   Row(9)->SetRowHeight(30);
   sheet_->Protect();
   EXPECT_EQ(session_->Changes().others,
-            (std::vector<std::string>{"rows shown at Data!3:3", "rows hidden at Data!5:7",
-                                      "worksheet \"Data\" protected"}));
+            (std::vector<std::string>{"sheet \"Data\" protected", "rows hidden at Data!5:7",
+                                      "rows shown at Data!3:3"}));
 }
 
 TEST_F(RowsTest, AHeightOfZeroHidesAndAnyOtherShows) {
