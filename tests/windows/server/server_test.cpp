@@ -122,10 +122,10 @@ std::vector<std::string> DescribedMembers(ITypeInfo& info) {
   return members;
 }
 
-TEST_F(ServerTest, OffersTheExistingClassesOfTheClassTableInItsOrder) {
+TEST_F(ServerTest, OffersTheClassesOfTheClassTableInItsOrder) {
   std::vector<std::string> expected;
   for (const component::PublicClass& public_class : component::PublicClasses()) {
-    if (public_class.create) expected.emplace_back(public_class.name);
+    expected.emplace_back(public_class.name);
   }
   std::vector<std::string> offered;
   for (const ComClass& com_class : ComClasses()) {

@@ -4,34 +4,11 @@
 #include <charconv>
 #include <span>
 
+#include "formula/lexical.h"
 #include "formula/sheet_prefix.h"
 #include "host/column_formats.h"
 
 namespace vantora::embedded {
-
-namespace {
-
-std::string ErrorText(CellError error) {
-  switch (error) {
-    case CellError::kNull:
-      return "#NULL!";
-    case CellError::kDiv0:
-      return "#DIV/0!";
-    case CellError::kValue:
-      return "#VALUE!";
-    case CellError::kRef:
-      return "#REF!";
-    case CellError::kName:
-      return "#NAME?";
-    case CellError::kNum:
-      return "#NUM!";
-    case CellError::kNotAvailable:
-      return "#N/A";
-  }
-  return "#UNKNOWN!";
-}
-
-}  // namespace
 
 std::string DisplayValue(const CellValue& value, const StringPool& strings) {
   switch (value.kind) {
@@ -45,7 +22,7 @@ std::string DisplayValue(const CellValue& value, const StringPool& strings) {
     case CellKind::kBoolean:
       return value.boolean ? "TRUE" : "FALSE";
     case CellKind::kError:
-      return ErrorText(value.error);
+      return std::string(NameOfError(value.error));
     default:
       return "";
   }
