@@ -3,7 +3,6 @@
 #include <zip.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <stdexcept>
 
@@ -136,21 +135,13 @@ std::string BytesOf(const fs::path& path) {
 }
 
 SmallModel::SmallModel() {
-  std::string pattern = (fs::temp_directory_path() / "vantora-cli-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary directory");
-  folder_ = pattern;
   WriteSmallModel(path());
   bytes_ = BytesOf(path());
 }
 
-SmallModel::~SmallModel() {
-  std::error_code ignored;
-  fs::remove_all(folder_, ignored);
-}
-
 std::string SmallModel::Files() const {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder_)) {
+  for (const auto& entry : fs::directory_iterator(folder_.path())) {
     names.push_back(entry.path().filename().string());
   }
   std::sort(names.begin(), names.end());

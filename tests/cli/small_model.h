@@ -10,6 +10,7 @@
 #include "cli/environment.h"
 #include "host/session.h"
 #include "support/fake_services.h"
+#include "support/temporary_folder.h"
 
 namespace vantora::testing {
 
@@ -32,9 +33,6 @@ struct CommandResult {
 class SmallModel {
  public:
   SmallModel();
-  ~SmallModel();
-  SmallModel(const SmallModel&) = delete;
-  SmallModel& operator=(const SmallModel&) = delete;
 
   std::filesystem::path path(const std::string& name = "model.xlsm") const {
     return folder_ / name;
@@ -57,7 +55,7 @@ class SmallModel {
   std::function<host::ApplicationPtr(host::ApplicationPtr)> wrap_application;
 
  private:
-  std::filesystem::path folder_;
+  TemporaryFolder folder_;
   std::string bytes_;
 };
 

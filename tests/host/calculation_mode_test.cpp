@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/session.h"
+#include "support/temporary_folder.h"
 
 namespace vantora::embedded {
 namespace {
@@ -11,7 +12,7 @@ using host::XlCalculation;
 using host::XlPasteSpecialOperation;
 using host::XlPasteType;
 
-class CalculationModeTest : public testing::Test {
+class CalculationModeTest : public ::testing::Test {
  protected:
   CalculationModeTest() : session_(Session::Create({"Data"})) {
     Put("A1", 1);
@@ -24,10 +25,9 @@ class CalculationModeTest : public testing::Test {
   void Calculate(XlCalculation mode) { session_->application()->SetCalculation(mode); }
   // <calcPr> of the workbook's part as saved; "" without one.
   std::string SavedMode() {
-    const auto path = std::filesystem::path(testing::TempDir()) / "vantora-calculation-mode.xlsx";
+    const auto path = folder_ / "saved.xlsx";
     session_->Save(path);
     const std::string text = WorkbookFile::Open(path)->package().Read("xl/workbook.xml");
-    std::filesystem::remove(path);
     const std::size_t at = text.find("<calcPr");
     return at == std::string::npos ? "" : text.substr(at, text.find('>', at) - at + 1);
   }
@@ -38,12 +38,12 @@ class CalculationModeTest : public testing::Test {
     }
     text.insert(text.find("</workbook>"), calculation);
     session_->file().package().Write("xl/workbook.xml", text);
-    const auto path = std::filesystem::path(testing::TempDir()) / "vantora-calculation-part.xlsx";
+    const auto path = folder_ / "book.xlsx";
     session_->Save(path);
     session_ = Session::Open(path);
-    std::filesystem::remove(path);
   }
 
+  testing::TemporaryFolder folder_;
   std::unique_ptr<Session> session_;
 };
 
@@ -96,13 +96,13 @@ TEST_F(CalculationModeTest, WhatWasNeverCalculatedIsWhenItGetsManual) {
 
 TEST_F(CalculationModeTest, IsStatedInTheFileOnceItWasSet) {
   const std::string untouched = SavedMode();
-  EXPECT_THAT(untouched, testing::Not(testing::HasSubstr("manual")));
+  EXPECT_THAT(untouched, ::testing::Not(::testing::HasSubstr("manual")));
   Calculate(XlCalculation::kManual);
   Put("A1", 5);
-  EXPECT_THAT(SavedMode(), testing::HasSubstr("calcMode=\"manual\""));
+  EXPECT_THAT(SavedMode(), ::testing::HasSubstr("calcMode=\"manual\""));
   EXPECT_EQ(Get("C1"), Value(60)) << "saving calculates";
   Calculate(XlCalculation::kAutomatic);
-  EXPECT_THAT(SavedMode(), testing::Not(testing::HasSubstr("manual")));
+  EXPECT_THAT(SavedMode(), ::testing::Not(::testing::HasSubstr("manual")));
 }
 
 TEST_F(CalculationModeTest, AManualWorkbookIsOpenedAndStaysSo) {

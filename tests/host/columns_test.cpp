@@ -1,14 +1,13 @@
 // Hiding columns, their widths and places, as a macro reads and writes them.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "host/session.h"
+#include "support/temporary_folder.h"
 
 namespace vantora::embedded {
 namespace {
 
-class ColumnsTest : public testing::Test {
+class ColumnsTest : public ::testing::Test {
  protected:
   ColumnsTest() : session_(Session::Create({"Data"})) {}
 
@@ -144,16 +143,8 @@ TEST_F(ColumnsTest, TheListOfChangesNamesColumnsThatWereHiddenOrShown) {
                                       "columns hidden at Data!J:J"}));
 }
 
-class ColumnsInFilesTest : public testing::Test {
+class ColumnsInFilesTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    folder_ = std::filesystem::temp_directory_path() /
-              ("vantora-columns-" +
-               std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
-    std::filesystem::create_directories(folder_);
-  }
-  void TearDown() override { std::filesystem::remove_all(folder_); }
-
   // The sheet's part after a save, between the default formats and the cells.
   std::string SavedColumns(Session& session) {
     session.Save(folder_ / "saved.xlsx");
@@ -171,7 +162,7 @@ class ColumnsInFilesTest : public testing::Test {
     return session;
   }
 
-  std::filesystem::path folder_;
+  testing::TemporaryFolder folder_;
 };
 
 TEST_F(ColumnsInFilesTest, ASheetWithoutColumnsGetsThemAtTheirPlaceAndLosesThemAgain) {

@@ -7,6 +7,7 @@
 
 #include "host/session.h"
 #include "package/xml_tree.h"
+#include "support/temporary_folder.h"
 
 namespace vantora::embedded {
 namespace {
@@ -16,18 +17,12 @@ namespace fs = std::filesystem;
 using host::XlBorderWeight;
 using host::XlHAlign;
 using host::XlPattern;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 
-class Formats : public testing::Test {
+class Formats : public ::testing::Test {
  protected:
-  Formats() {
-    std::string name = (fs::temp_directory_path() / "formats_XXXXXX").string();
-    folder_ = ::mkdtemp(name.data());
-  }
-  ~Formats() override { fs::remove_all(folder_); }
-
   host::RangePtr Range(std::string_view reference) { return session_->Range(reference); }
   SheetModel& Sheet() { return *session_->file().model().sheets[0]; }
   StyleId StyleOf(CellAddress cell) { return Sheet().StyleOf(cell); }
@@ -74,7 +69,7 @@ class Formats : public testing::Test {
   }
 
   std::unique_ptr<Session> session_ = Session::Create({"Data"});
-  fs::path folder_;
+  testing::TemporaryFolder folder_;
 };
 
 TEST_F(Formats, AreInTheSavedFile) {
@@ -127,7 +122,7 @@ TEST_F(Formats, ThatAreTakenAwayAgainLeaveTheCellAsItWas) {
   EXPECT_FALSE(Sheet().cells.Exists({4, 2}));
   SaveAndReopen();
   EXPECT_THAT(FillOf({2, 2}), HasSubstr("patternType=\"none\""));
-  EXPECT_THAT(FontOf({3, 2}), testing::Not(HasSubstr("<b")));
+  EXPECT_THAT(FontOf({3, 2}), ::testing::Not(HasSubstr("<b")));
 }
 
 TEST_F(Formats, OfManyCellsAreOneStyle) {

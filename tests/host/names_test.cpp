@@ -5,14 +5,15 @@
 #include <filesystem>
 
 #include "host/session.h"
+#include "support/temporary_folder.h"
 
 namespace vantora::embedded {
 namespace {
 
 using host::XlSheetVisibility;
-using testing::HasSubstr;
+using ::testing::HasSubstr;
 
-class Names : public testing::Test {
+class Names : public ::testing::Test {
  protected:
   host::NamesPtr All() { return session_->application()->ActiveWorkbook()->Names(); }
   WorkbookModel& Model() { return session_->file().model(); }
@@ -144,15 +145,12 @@ TEST_F(Names, SheetsAreHiddenButForTheLast) {
 class Saves : public Names {
  protected:
   Saves() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "saves_XXXXXX").string();
-    folder_ = ::mkdtemp(pattern.data());
     session_->DirectSaves(
         [this](const SaveRequest& request) { return folder_ / ("book" + request.ending); });
   }
-  ~Saves() override { std::filesystem::remove_all(folder_); }
   host::WorkbookPtr Book() { return session_->application()->ActiveWorkbook(); }
 
-  std::filesystem::path folder_;
+  testing::TemporaryFolder folder_;
 };
 
 TEST_F(Saves, HoldTheStateOfTheirMomentAndWaitForTheirName) {
@@ -175,7 +173,7 @@ TEST_F(Saves, HoldTheStateOfTheirMomentAndWaitForTheirName) {
   Book()->Save();
   session_.reset();
   EXPECT_EQ(Session::Open(target)->Range("A1")->Value(), Value()) << "never put in place";
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_), {}), 1);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 1);
 }
 
 TEST_F(Saves, AsAMacroEnabledOrAnOldWorkbook) {
@@ -187,7 +185,7 @@ TEST_F(Saves, AsAMacroEnabledOrAnOldWorkbook) {
 
 TEST_F(Saves, TheOldFormatNeedsLibreOffice) {
   const std::string path = getenv("PATH");
-  setenv("PATH", folder_.c_str(), 1);
+  setenv("PATH", folder_.path().c_str(), 1);
   EXPECT_THAT(Refusal([&] { Book()->SaveAs("Old.xls", host::XlFileFormat::kExcel8); }),
               HasSubstr("no program \"soffice\""));
   setenv("PATH", path.c_str(), 1);

@@ -2,10 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "core/host_error.h"
 #include "host/session.h"
+#include "support/temporary_folder.h"
 
 namespace vantora::embedded {
 namespace {
@@ -15,7 +14,7 @@ using host::XlPasteType;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-class SheetsTest : public testing::Test {
+class SheetsTest : public ::testing::Test {
  protected:
   SheetsTest() : session(Session::Create({"Plan", "Data"})) {
     other = session->CreateFurther("Other.xlsx", {"Start"});
@@ -171,9 +170,9 @@ TEST_F(SheetsTest, CommentsComeWithTheirBoxes) {
   }
   EXPECT_THAT(texts["comments"], HasSubstr("ref=\"B4\""));
   EXPECT_THAT(texts["comments"], HasSubstr("row 2"));
-  EXPECT_THAT(texts["comments"], testing::Not(HasSubstr("goes")));
+  EXPECT_THAT(texts["comments"], ::testing::Not(HasSubstr("goes")));
   EXPECT_THAT(texts["vmlDrawing"], HasSubstr("<x:Row>3</x:Row><x:Column>1</x:Column>"));
-  EXPECT_THAT(texts["vmlDrawing"], testing::Not(HasSubstr("<x:Row>8</x:Row>")));
+  EXPECT_THAT(texts["vmlDrawing"], ::testing::Not(HasSubstr("<x:Row>8</x:Row>")));
 }
 
 TEST_F(SheetsTest, APaletteIsSavedAndRead) {
@@ -182,12 +181,10 @@ TEST_F(SheetsTest, APaletteIsSavedAndRead) {
   EXPECT_EQ(colors[2], 0x0000FF);  // red
   colors[2] = 0x123456;
   Book()->SetColors(colors);
-  const auto path = std::filesystem::temp_directory_path() /
-                    ("vantora-palette-" +
-                     std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + ".xlsx");
+  const testing::TemporaryFolder folder;
+  const auto path = folder / "saved.xlsx";
   session->Save(path);
   EXPECT_EQ(Session::Open(path)->application()->ActiveWorkbook()->Colors(), colors);
-  std::filesystem::remove(path);
   EXPECT_THAT(Refusal([&] { Book()->SetColors({1, 2, 3}); }), HasSubstr("56 colors"));
 }
 

@@ -1,20 +1,19 @@
 // The windows of a workbook and their panes as a macro sees them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <functional>
 
 #include "host/session.h"
+#include "support/temporary_folder.h"
 
 namespace vantora::embedded {
 namespace {
 
 using host::XlWindowState;
-using testing::HasSubstr;
+using ::testing::HasSubstr;
 
-class WindowsTest : public testing::Test {
+class WindowsTest : public ::testing::Test {
  protected:
   WindowsTest() : session_(Session::Create({"Data", "Dashboard"})) {}
 
@@ -35,11 +34,10 @@ class WindowsTest : public testing::Test {
     return text;
   }
   void Reopen() {
-    const auto path = std::filesystem::temp_directory_path() /
-                      ("windows-test-" + std::to_string(getpid()) + ".xlsx");
+    const testing::TemporaryFolder folder;
+    const auto path = folder / "saved.xlsx";
     session_->Save(path);
     session_ = Session::Open(path);
-    std::filesystem::remove(path);
   }
   // The text of the HostError 1004 that the call ends with; "" when it ends well.
   std::string Refusal(const std::function<void()>& call) {

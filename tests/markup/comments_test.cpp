@@ -4,19 +4,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <memory>
 #include <set>
 
 #include "markup/markup_support.h"
 #include "package/follow_markup.h"
 #include "package/xml_scanner.h"
+#include "support/temporary_folder.h"
 
 namespace vantora::embedded {
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 constexpr char kSheet[] = "xl/worksheets/sheet1.xml";
 constexpr char kTypes[] = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
@@ -48,7 +48,7 @@ const std::string kVml =
     NoteShape(1025, 5, 10, "11, 15, 4, 10, 13, 9, 8, 4") + kSpinner +
     NoteShape(1027, 7, 1, "2, 15, 6, 10, 4, 15, 10, 4") + "</xml>";
 
-class Comments : public testing::Test {
+class Comments : public ::testing::Test {
  protected:
   Comments() {
     package_->Write(kSheet, "<worksheet/>");
@@ -269,7 +269,8 @@ TEST(CommentsInAFile, StandBesideFormControls) {
   SheetComments comments(*package, markup, kSheet4);
   comments.Add({12, 5});
   comments.SetText({12, 5}, "Plan");
-  auto path = std::filesystem::temp_directory_path() / "vantora-comments-test.xlsm";
+  const testing::TemporaryFolder folder;
+  const auto path = folder / "model.xlsm";
   package->Save(path);
   auto reopened = OpcPackage::Open(path);
   EXPECT_TRUE(SheetComments(*reopened, markup, kSheet4).Has({12, 5}));
@@ -277,8 +278,6 @@ TEST(CommentsInAFile, StandBesideFormControls) {
   std::string vml = reopened->Read("xl/drawings/vmlDrawing1.vml");
   EXPECT_TRUE(vml.starts_with(vml_before.substr(0, vml_before.size() - 6)));
   EXPECT_THAT(vml, HasSubstr("_x0000_s1034"));
-  reopened.reset();
-  std::filesystem::remove(path);
 }
 
 }  // namespace

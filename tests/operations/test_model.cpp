@@ -1,8 +1,6 @@
 #include "operations/test_model.h"
 
 #include <cmath>
-#include <random>
-#include <system_error>
 
 #include "core/convert.h"
 #include "package/xml_scanner.h"
@@ -43,28 +41,17 @@ void DescribeEntries(const std::vector<embedded::MenuEntry>& entries, const std:
   }
 }
 
-// A folder of its own, also where several programs make one at a time.
-std::filesystem::path NewFolder() {
-  std::random_device random;
-  for (;;) {
-    std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("vantora-model-" + std::to_string(random()));
-    if (std::filesystem::create_directory(folder)) return folder;
-  }
-}
-
 }  // namespace
 
 TestModel::TestModel(const std::vector<std::string>& sheet_names)
     : session_(embedded::Session::Create(sheet_names)) {
-  folder_ = NewFolder();
   session_->SetPrompts(*user_);
-  session_->DirectSaves(
-      [requests = save_requests_.get(), folder = folder_](const embedded::SaveRequest& request) {
-        requests->push_back(request.filename ? "SaveAs " + *request.filename + " " + request.ending
-                                             : "Save " + request.ending);
-        return folder / ("saved" + request.ending);
-      });
+  session_->DirectSaves([requests = save_requests_.get(),
+                         folder = folder_.path()](const embedded::SaveRequest& request) {
+    requests->push_back(request.filename ? "SaveAs " + *request.filename + " " + request.ending
+                                         : "Save " + request.ending);
+    return folder / ("saved" + request.ending);
+  });
 }
 
 TestModel& TestModel::operator=(TestModel&& other) noexcept {
@@ -77,11 +64,7 @@ TestModel& TestModel::operator=(TestModel&& other) noexcept {
   return *this;
 }
 
-TestModel::~TestModel() {
-  session_.reset();
-  std::error_code ignored;
-  if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
-}
+TestModel::~TestModel() { session_.reset(); }
 
 std::optional<std::string> HostUser::InputRange(std::string_view prompt, std::string_view title,
                                                 std::string_view refusal) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <deque>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,6 +10,7 @@
 
 #include "core/value.h"
 #include "host/session.h"
+#include "support/temporary_folder.h"
 
 namespace vantora::testing {
 
@@ -145,7 +145,7 @@ class TestModel {
   std::unique_ptr<HostUser> user_ = std::make_unique<HostUser>();
   std::unique_ptr<std::vector<std::string>> save_requests_ =
       std::make_unique<std::vector<std::string>>();
-  std::filesystem::path folder_;
+  TemporaryFolder folder_;
 };
 
 }  // namespace vantora::testing

@@ -1,6 +1,5 @@
 #include "package/package_support.h"
 
-#include <unistd.h>
 #include <zip.h>
 
 #include <fstream>
@@ -28,13 +27,6 @@ std::string RelationshipText(std::string_view id, std::string_view kind, std::st
 }
 
 }  // namespace
-
-PackageTest::PackageTest() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "package-test-XXXXXX").string();
-  folder_ = mkdtemp(pattern.data());
-}
-
-PackageTest::~PackageTest() { std::filesystem::remove_all(folder_); }
 
 std::filesystem::path PackageTest::WriteZipFile(const std::string& name, const Parts& parts) const {
   std::filesystem::path path = Path(name);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "package/workbook_file.h"
+#include "support/temporary_folder.h"
 
 namespace vantora::embedded {
 
@@ -19,8 +20,6 @@ using Parts = std::map<std::string, std::string>;
 // A folder of its own for each test, removed with the fixture.
 class PackageTest : public ::testing::Test {
  protected:
-  PackageTest();
-  ~PackageTest() override;
   std::filesystem::path Path(const std::string& name) const { return folder_ / name; }
   // Writes a zip archive of the parts.
   std::filesystem::path WriteZipFile(const std::string& name, const Parts& parts) const;
@@ -30,7 +29,7 @@ class PackageTest : public ::testing::Test {
   std::string Saved(WorkbookFile& file, const std::string& part) const;
 
  private:
-  std::filesystem::path folder_;
+  testing::TemporaryFolder folder_;
 };
 
 // Parts of a workbook with one sheet, "Data", of this content of <worksheet>.

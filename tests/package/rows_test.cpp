@@ -10,8 +10,8 @@
 namespace vantora::embedded {
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 class RowsPackageTest : public PackageTest {
  protected:

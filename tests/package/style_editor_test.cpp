@@ -10,8 +10,8 @@
 namespace vantora::embedded {
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 class StyleEditorTest : public PackageTest {
  protected:
@@ -92,7 +92,7 @@ TEST_F(StyleEditorTest, MakesTheTablesThatASparsePartLacks) {
   EXPECT_EQ(file->style_editor().Changed(0, change), 1u);
   const std::string text = Saved(*file, "xl/styles.xml");
   // In the schema's order; the first two fills have a meaning.
-  EXPECT_THAT(text, testing::MatchesRegex(
+  EXPECT_THAT(text, ::testing::MatchesRegex(
                         ".*<fonts count=\"2\">.*</fonts><fills count=\"2\">.*gray125.*</fills>"
                         "<borders count=\"2\">.*<left style=\"thin\">.*</borders>"
                         "<cellXfs count=\"2\">.*</cellXfs><dxfs/></styleSheet>"));

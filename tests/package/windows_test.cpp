@@ -7,8 +7,8 @@
 namespace vantora::embedded {
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 constexpr char kFrozen[] =
     "<pane xSplit=\"4\" ySplit=\"3\" topLeftCell=\"N9\" activePane=\"bottomRight\" "

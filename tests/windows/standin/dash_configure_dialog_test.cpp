@@ -76,10 +76,12 @@ TEST_F(DashConfigureDialog, IsWorkedWithMouseAndKeyboard) {
     ExpectAllInside(dialog);
     EXPECT_EQ(FocusOf(dialog), Window(dialog, "txtName1"));
     PressKey(dialog, VK_TAB);
-    WaitUntil([&] { return FocusOf(dialog) == Window(dialog, "txtName2"); });
+    WaitUntilIdle(dialog);
+    EXPECT_EQ(FocusOf(dialog), Window(dialog, "txtName2"));
     Click(Window(dialog, "chk3_1"));
     PressAlt(dialog, L'n');
-    WaitUntil([&] { return IsWindowVisible(Window(dialog, "chk20_9")) != FALSE; });
+    WaitUntilIdle(dialog);
+    EXPECT_TRUE(IsWindowVisible(Window(dialog, "chk20_9")));
     EXPECT_FALSE(IsWindowVisible(Window(dialog, "chk3_1")));
     EXPECT_FALSE(IsWindowEnabled(Window(dialog, "butNext")));
     ExpectAllInside(dialog);
