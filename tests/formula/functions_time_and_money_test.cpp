@@ -123,7 +123,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Case{"ROUND(XNPV(0.09,A1:A5,B1:B5),2)", "2086.65"}, Case{"XNPV(-0.1,A1:A5,B1:B5)", "#NUM!"},
         Case{"XNPV(0.09,A1:A5,B1:B4)", "#NUM!"}, Case{"XNPV(0.09,A1:A2,{5,4})", "#NUM!"},
-        Case{"ROUND(XIRR(A1:A5,B1:B5,0.1),6)", "0.373363"}, Case{"XIRR(A2:A5,B2:B5)", "#NUM!"},
+        Case{"ROUND(XIRR(A1:A5,B1:B5,0.1),8)", "0.37336253"},
+        Case{"ROUND(XIRR(A1:A5,B1:B5,0.3),6)", "0.373363"},
+        Case{"ROUND(XIRR({-100,3,95},{1,366,366}),8)", "-0.02"}, Case{"XIRR(A2:A5,B2:B5)", "#NUM!"},
         Case{"XIRR(A1:A5,C1:C5)", "#VALUE!"},
         Case{"ROUND(MIRR({-120000,39000,30000,21000,37000,46000},10%,12%),6)", "0.126094"},
         Case{"MIRR({1,2},0.1,0.1)", "#DIV/0!"},

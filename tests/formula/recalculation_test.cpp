@@ -33,10 +33,10 @@ std::vector<std::filesystem::path> Workbooks() {
   return found;
 }
 
-bool SameResult(const CellValue& stored, const CellValue& value, double tolerance) {
+bool SameResult(const CellValue& stored, const CellValue& value) {
   if (stored.kind == CellKind::kNumber && value.kind == CellKind::kNumber) {
     const double scale = std::max(std::fabs(stored.number), std::fabs(value.number));
-    return std::fabs(stored.number - value.number) <= std::max(scale * tolerance, 1e-15);
+    return std::fabs(stored.number - value.number) <= std::max(scale * 1e-9, 1e-15);
   }
   return stored == value;
 }
@@ -123,15 +123,10 @@ class Comparison {
     });
   }
 
-  // Excel looks for the rate of XIRR until it is known to a millionth of a percent, no further.
-  static double ToleranceOf(const Formula& formula) {
-    return formula.text.find("XIRR(") != std::string::npos ? 1e-7 : 1e-9;
-  }
-
   void Compare(const SheetModel& sheet, CellAddress cell, const Formula& formula,
                const CellValue& stored, const CellValue& value) {
     ++compared_;
-    EXPECT_TRUE(SameResult(stored, value, ToleranceOf(formula)))
+    EXPECT_TRUE(SameResult(stored, value))
         << sheet.name << "!" << ToA1(cell) << " =" << FormulaText(formula, cell, model_)
         << "\n  stored " << Shown(model_, stored) << ", calculated " << Shown(model_, value);
   }

@@ -191,7 +191,49 @@ struct DatedFlows {
     }
     return value;
   }
+  // What the value at that rate consists of, receipts and payments added up.
+  double TurnoverAt(double rate) const {
+    double turnover = 0;
+    for (std::size_t i = 0; i < amounts.size(); ++i) {
+      turnover += std::fabs(amounts[i]) / std::pow(1 + rate, years[i]);
+    }
+    return turnover;
+  }
 };
+
+constexpr double kUsualGuess = 0.1;
+
+// The rate as Excel comes to it from the usual guess, and no more exactly; nothing where its way
+// finds none. It halves a range whose ends give values of different signs: from 0 to the guess
+// doubled as often as it takes or, when only negative rates give the other sign, below 0. That it
+// is content with a hundred-millionth of the range and of the turnover gives the rates that Excel
+// stored, though it may go a step further or less for others.
+std::optional<double> RateByHalving(const DatedFlows& flows) {
+  constexpr int kFewestHalvings = 27;  // the first to leave less than that of the range
+  constexpr int kMostHalvings = 100;
+  constexpr double kHighestRate = 1e9;
+  const bool positive_at_zero = flows.ValueAt(0) > 0;
+  const auto differs = [&](double rate) { return (flows.ValueAt(rate) > 0) != positive_at_zero; };
+  double low = 0, high = kUsualGuess;
+  while (high < kHighestRate && !differs(high)) high *= 2;
+  if (high >= kHighestRate) {
+    low = -kUsualGuess;
+    high = 0;
+    if (!differs(low)) {
+      low = -1;
+      high = -kUsualGuess;
+    }
+  }
+  const bool positive_at_high = flows.ValueAt(high) > 0;
+  for (int halvings = 1; halvings <= kMostHalvings; ++halvings) {
+    const double rate = (low + high) / 2;
+    const double value = flows.ValueAt(rate);
+    const bool is_close = std::fabs(value) < 1e-8 * flows.TurnoverAt(rate);
+    if (halvings >= kFewestHalvings && is_close) return rate;
+    ((value > 0) == positive_at_high ? high : low) = rate;
+  }
+  return std::nullopt;
+}
 
 // The host takes no rate of 0 or less here.
 Operand Xnpv(Call& call) {
@@ -203,11 +245,13 @@ Operand Xnpv(Call& call) {
 }
 
 Operand Xirr(Call& call) {
-  const double guess = call.Number(2, 0.1);
+  const double guess = call.Number(2, kUsualGuess);
   const DatedFlows flows(call, StrictFlowsOf(call, 0), StrictFlowsOf(call, 1));
   if (call.failed()) return {};
   if (!HasBothSigns(flows.amounts) || guess <= -1) return Scalar::Error(CellError::kNum);
-  const std::optional<double> rate = FindRate([&](double at) { return flows.ValueAt(at); }, guess);
+  std::optional<double> rate;
+  if (guess == kUsualGuess) rate = RateByHalving(flows);
+  if (!rate) rate = FindRate([&](double at) { return flows.ValueAt(at); }, guess);
   return rate ? Scalar::Number(*rate) : Scalar::Error(CellError::kNum);
 }
 
