@@ -196,6 +196,7 @@ TEST_F(Lists, NamesAreListedAndBrokenOnesMarked) {
             "One or more Excel names have errors.  \n"
             "Look for the flagged entries in the list on the References Sheet.");
   EXPECT_EQ(boxes()[0].style, kOkOnly);
+  EXPECT_EQ(boxes()[0].title, "Orvanemcro1");
 
   lists.Call("NamesListSortbySheet");
   EXPECT_THAT(Column("B", 3), ElementsAre(Value("alpha"), Value("Beta"), Value("zeta")));
