@@ -13,6 +13,8 @@ namespace vantora {
 
 // The title of the component's message boxes.
 inline constexpr std::string_view kProductName = "Vantora";
+// The title of those that name none: the component's own name.
+inline constexpr std::string_view kDefaultTitle = "Orvanemcro1";
 
 // Whether the sheet carries the flag: `flag` occurs anywhere in the text of its cell A1, upper and
 // lower case alike. False for a null sheet. An empty A1 and one that shows an error value carry no

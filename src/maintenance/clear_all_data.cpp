@@ -41,10 +41,10 @@ bool clsClearAllData::IsConfirmed() {
              "This macro will clear out all entered data in your model!!!" + line_break +
                  "Please make sure you've saved the model first" + line_break +
                  "Then if you really want to continue, hit OK, else Cancel",
-             kOkCancel + kExclamation, "") == MessageBoxResult::kOk &&
+             kOkCancel + kExclamation, kDefaultTitle) == MessageBoxResult::kOk &&
          user_interface.MessageBox("Last chance: Are you sure you want to clear all entered data?",
                                    kOkCancel + kCritical + kDefaultButton2,
-                                   "") == MessageBoxResult::kOk;
+                                   kDefaultTitle) == MessageBoxResult::kOk;
 }
 
 void clsClearAllData::ClearSheet(const host::WorksheetPtr& sheet, frmProgressBar& progress) {

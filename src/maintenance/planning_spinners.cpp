@@ -5,6 +5,7 @@
 
 #include "core/cell_place.h"
 #include "core/coercion.h"
+#include "core/common.h"
 #include "core/convert.h"
 #include "core/model_layout.h"
 
@@ -301,7 +302,8 @@ void clsPlanningSpinners::Empty(int row, int column) {
 void clsPlanningSpinners::EndCopy() { application()->SetCutCopyMode(XlCutCopyMode::kNone); }
 
 void clsPlanningSpinners::Tell(const std::string& message) {
-  services().user_interface.MessageBox(std::string(class_name()) + ": " + message, kOkOnly, "");
+  services().user_interface.MessageBox(std::string(class_name()) + ": " + message, kOkOnly,
+                                       kDefaultTitle);
 }
 
 }  // namespace vantora

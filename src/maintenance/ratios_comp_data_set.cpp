@@ -54,7 +54,7 @@ void clsRatiosCompDataSet::RatiosCompDataSet() {
     services().user_interface.MessageBox(sheet->Name() + " Sheet has been updated with " +
                                              std::to_string(block_count) +
                                              " comparison data ranges.",
-                                         kOkOnly, "");
+                                         kOkOnly, kDefaultTitle);
   });
   // Null when a chart sheet was active, or something other than cells selected.
   if (remembered_sheet) remembered_sheet->Activate();

@@ -1,4 +1,5 @@
 // The names list.
+#include "core/common.h"
 #include "core/convert.h"
 #include "core/model_layout.h"
 #include "core/user_interface.h"
@@ -9,9 +10,6 @@ namespace {
 
 constexpr int kReferenceOffset = 1;
 constexpr int kBrokenReferenceColor = 45;  // orange
-
-// A message box that names no title of its own has the component's.
-constexpr std::string_view kDefaultTitle = "Orvanemcro1";
 
 }  // namespace
 

@@ -20,6 +20,7 @@ constexpr std::array<std::string_view, 8> kListFlags = {"n", "k", "c", "s", "e",
 }  // namespace
 
 bool clsRefSheet::Bind() {
+  sheet_ = nullptr;
   lists_row_ = 0;
   list_columns_.fill(0);
   sheet_ = FindFlaggedSheet(*application(), model::kReferenceSheetFlag);

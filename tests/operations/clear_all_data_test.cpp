@@ -62,6 +62,7 @@ TEST_F(ClearAllData, WarnsTwice) {
   EXPECT_EQ(boxes.at(0).style, 49);
   EXPECT_EQ(boxes.at(1).text, "Last chance: Are you sure you want to clear all entered data?");
   EXPECT_EQ(boxes.at(1).style, 273);
+  EXPECT_EQ(boxes.at(0).title + boxes.at(1).title, "Orvanemcro1Orvanemcro1");
 }
 
 TEST_F(ClearAllData, StartsBelowTheHeadingOfAKeyList) {

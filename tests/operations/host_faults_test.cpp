@@ -106,6 +106,50 @@ TEST_P(HostFaults, ReachTheCallerAndLeaveTheObjectsWorking) {
   }
 }
 
+// The paste tells of each failure and goes on with the step behind it.
+TEST(HostFaultsOfAPaste, AreToldOnceAndLeaveTheOtherAreasPasted) {
+  const std::vector<std::string> kCells = {"Cover!F15", "Cover!H15", "Cover!J17"};
+  const std::vector<std::string> kFormulas = {"A15*2", "C15*2", "E17*2"};
+  const auto prepare = [](Bench& bench) {
+    bench.model.Activate("Cover");
+    bench.model.Put("Cover!F2", {"=A2*2"});
+    bench.model.Select("F2");
+    bench.model.application()->Selection()->Copy();
+    bench.model.Select("F15,H15,J16:J17");
+  };
+  Bench counting;
+  prepare(counting);
+  counting.formatting.PasteFormula();
+  const int calls = counting.plan->calls;
+  ASSERT_GE(calls, 15);
+
+  for (int failing = 1; failing <= calls; ++failing) {
+    SCOPED_TRACE("call " + std::to_string(failing) + " of " + std::to_string(calls));
+    Bench bench;
+    prepare(bench);
+    bench.plan->failing_call = failing;
+    const auto boxes = [&] { return bench.yes.message_boxes().size(); };
+    if (failing == 1) {  // switching screen updating off: nothing is to be pasted yet
+      EXPECT_THROW(bench.formatting.PasteFormula(), HostError);
+      EXPECT_EQ(boxes(), 0u);
+      continue;
+    }
+    bench.formatting.PasteFormula();
+    EXPECT_EQ(boxes(), 1u);
+    std::size_t pasted = 0;
+    for (std::size_t i = 0; i < kCells.size(); ++i) {
+      pasted += bench.model.Formula(kCells[i]) == kFormulas[i];
+    }
+    // Without the selection's areas (the calls before) there is nothing to go on with.
+    constexpr int kFirstCallOfAnArea = 5;
+    EXPECT_GE(pasted, failing < kFirstCallOfAnArea ? 0u : kCells.size() - 1);
+    EXPECT_EQ(bench.model.application()->ScreenUpdating(), failing < calls);
+    if (failing < calls - 1) {
+      EXPECT_EQ(bench.model.Selected(), "F15 H15 J16:J17");
+    }
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Operations, HostFaults,
     ::testing::Values(
@@ -124,6 +168,18 @@ INSTANTIATE_TEST_SUITE_P(
                   60},
         Operation{"ClearAllData", [](Bench& b) { b.clear.ClearAllData(); }, 60},
         Operation{"RangeSelect", [](Bench& b) { b.formatting.RangeSelect(true); }, 12},
+        Operation{"LeftFormat",
+                  [](Bench& b) {
+                    b.model.user().answers = {"B12:C13,E15"};
+                    b.formatting.LeftFormat();
+                  },
+                  18},
+        Operation{"RightFormat",
+                  [](Bench& b) {
+                    b.model.user().answers = {"B12:C13,E15"};
+                    b.formatting.RightFormat();
+                  },
+                  18},
         Operation{"AtOpen", [](Bench& b) { b.hider.AtOpen(); }, 10},
         Operation{"AlignSheets", [](Bench& b) { b.development_mode.AlignSheets(); }, 20},
         Operation{"RatiosCompDataSet", [](Bench& b) { b.ratios.RatiosCompDataSet(); }, 40},

@@ -206,6 +206,7 @@ TEST_F(PlanningSpinners, TellWhatIsMissingOnTheSheet) {
     Click(2, {"OK"});
     EXPECT_EQ(Message(), c.message);
     EXPECT_EQ(fake->user_interface.message_boxes()[0].style, kOkOnly);
+    EXPECT_EQ(fake->user_interface.message_boxes()[0].title, "Orvanemcro1");
     EXPECT_EQ(model.Get("Plan!D13"), c.stored);
     EXPECT_EQ(model.Get("Plan!P9"), Value(16));
     model.Put(c.cell, {flag});

@@ -64,6 +64,7 @@ TEST_F(Ratios, FillTheRowsBelowEachRatioFromItsBlocks) {
   ASSERT_EQ(boxes.size(), 1u);
   EXPECT_EQ(boxes[0].text, "Ratios Sheet has been updated with 2 comparison data ranges.");
   EXPECT_EQ(boxes[0].style, kOkOnly);
+  EXPECT_EQ(boxes[0].title, "Orvanemcro1");
   EXPECT_EQ(model.ActiveSheet(), "Cover");
   EXPECT_EQ(model.application()->Selection()->RowsCount(), 2);
   EXPECT_TRUE(model.application()->ScreenUpdating());

@@ -107,9 +107,8 @@ TEST_F(Lists, ThatFillTheUsedRangeAreTheirFirstRow) {
 }
 
 TEST_F(Lists, KeysLieBetweenTheirOutermostColumns) {
-  Flag("D", "");
   Flag("E", "");
-  Flag("J", "K");
+  Flag("J", "K");  // the rightmost one counts
   Flag("H", "S");  // the columns are now G (c), H (s), J (k)
   Down("J", {"key", "other"});
   Bound().Call("KeysListSelect");
@@ -196,6 +195,7 @@ TEST_F(Lists, NamesAreListedAndBrokenOnesMarked) {
             "One or more Excel names have errors.  \n"
             "Look for the flagged entries in the list on the References Sheet.");
   EXPECT_EQ(boxes()[0].style, kOkOnly);
+  EXPECT_EQ(boxes()[0].title, "Orvanemcro1");
 
   lists.Call("NamesListSortbySheet");
   EXPECT_THAT(Column("B", 3), ElementsAre(Value("alpha"), Value("Beta"), Value("zeta")));

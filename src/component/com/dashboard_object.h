@@ -18,6 +18,7 @@ class DashboardObject final : public BoundAutomationObject<_clsDashboard, clsDas
   STDMETHODIMP RetrieveColumnConfig(SHORT column, VARIANT* flags) override {
     if (!flags) return E_POINTER;
     return Run([&] {
+      if (!object().initialized()) return;  // the client's array stays as it is
       ArrayArgument array(*flags);
       std::vector<bool> values = array.NumberedFlags();
       object().RetrieveColumnConfig(column, values);
@@ -26,7 +27,10 @@ class DashboardObject final : public BoundAutomationObject<_clsDashboard, clsDas
   }
   STDMETHODIMP SaveColumnConfig(SHORT column, VARIANT* flags) override {
     if (!flags) return E_POINTER;
-    return Run([&] { object().SaveColumnConfig(column, ArrayArgument(*flags).NumberedFlags()); });
+    return Run([&] {
+      if (!object().initialized()) return;
+      object().SaveColumnConfig(column, ArrayArgument(*flags).NumberedFlags());
+    });
   }
   STDMETHODIMP DashboardConfigure() override { return Call(&clsDashboard::DashboardConfigure); }
 };

@@ -17,6 +17,7 @@ class FormattingObject final : public BoundAutomationObject<_clsFormatting, clsF
   STDMETHODIMP RangeSelect(VARIANT_BOOL* direction, VARIANT* index) override {
     if (!direction) return E_POINTER;
     return Run([&] {
+      if (!object().initialized()) return;
       object().RangeSelect(*direction != VARIANT_FALSE, index ? IntegerIn(*index) : std::nullopt);
     });
   }

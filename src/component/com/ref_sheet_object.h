@@ -25,13 +25,14 @@ class RefSheetObject final : public BoundAutomationObject<_clsRefSheet, clsRefSh
     return Call(&clsRefSheet::KeysListIsDefined, result);
   }
   STDMETHODIMP KeysListLoadKeysCol(VARIANT* values, LONG count) override {
-    return Load(&clsRefSheet::KeysListLoadKeysCol, values, count);
+    return Load(&clsRefSheet::KeysListIsDefined, &clsRefSheet::KeysListLoadKeysCol, values, count);
   }
   STDMETHODIMP KeysListLoadSheetsCol(VARIANT* values, LONG count) override {
-    return Load(&clsRefSheet::KeysListLoadSheetsCol, values, count);
+    return Load(&clsRefSheet::KeysListIsDefined, &clsRefSheet::KeysListLoadSheetsCol, values,
+                count);
   }
   STDMETHODIMP KeysListLoadColsCol(VARIANT* values, LONG count) override {
-    return Load(&clsRefSheet::KeysListLoadColsCol, values, count);
+    return Load(&clsRefSheet::KeysListIsDefined, &clsRefSheet::KeysListLoadColsCol, values, count);
   }
   STDMETHODIMP KeysListSortbyKey() override { return Call(&clsRefSheet::KeysListSortbyKey); }
   STDMETHODIMP KeysListSortbySheet() override { return Call(&clsRefSheet::KeysListSortbySheet); }
@@ -55,7 +56,7 @@ class RefSheetObject final : public BoundAutomationObject<_clsRefSheet, clsRefSh
     return Call(&clsRefSheet::DiscrListIsDefined, result);
   }
   STDMETHODIMP DiscrListLoadCol(VARIANT* values, LONG count) override {
-    return Load(&clsRefSheet::DiscrListLoadCol, values, count);
+    return Load(&clsRefSheet::DiscrListIsDefined, &clsRefSheet::DiscrListLoadCol, values, count);
   }
   STDMETHODIMP ChartsListSelect() override { return Call(&clsRefSheet::ChartsListSelect); }
   STDMETHODIMP ChartsListDeselect() override { return Call(&clsRefSheet::ChartsListDeselect); }
@@ -64,13 +65,16 @@ class RefSheetObject final : public BoundAutomationObject<_clsRefSheet, clsRefSh
     return Call(&clsRefSheet::ChartsListIsDefined, result);
   }
   STDMETHODIMP ChartsListKeysListLoadColsCol(VARIANT* values, LONG count) override {
-    return Load(&clsRefSheet::ChartsListKeysListLoadColsCol, values, count);
+    return Load(&clsRefSheet::ChartsListIsDefined, &clsRefSheet::ChartsListKeysListLoadColsCol,
+                values, count);
   }
   STDMETHODIMP ChartsListLoadPosCol(VARIANT* values, LONG count) override {
-    return Load(&clsRefSheet::ChartsListLoadPosCol, values, count);
+    return Load(&clsRefSheet::ChartsListIsDefined, &clsRefSheet::ChartsListLoadPosCol, values,
+                count);
   }
   STDMETHODIMP ChartsListLoadTitlesCol(VARIANT* values, LONG count) override {
-    return Load(&clsRefSheet::ChartsListLoadTitlesCol, values, count);
+    return Load(&clsRefSheet::ChartsListIsDefined, &clsRefSheet::ChartsListLoadTitlesCol, values,
+                count);
   }
   STDMETHODIMP ChartsListSort() override { return Call(&clsRefSheet::ChartsListSort); }
   STDMETHODIMP ChartsListIteratorInit() override {
@@ -129,17 +133,22 @@ class RefSheetObject final : public BoundAutomationObject<_clsRefSheet, clsRefSh
   }
 
  private:
-  // Writes the elements of the client's array, from its lower bound on.
-  HRESULT Load(void (clsRefSheet::*member)(const std::vector<std::string>&, int), VARIANT* values,
+  // Writes the elements of the client's array, from its lower bound on. Without the list nothing is
+  // done, whatever was passed.
+  HRESULT Load(bool (clsRefSheet::*is_defined)(),
+               void (clsRefSheet::*member)(const std::vector<std::string>&, int), VARIANT* values,
                LONG count) {
     if (!values) return E_POINTER;
-    return Run([&] { (object().*member)(ArrayArgument(*values).Texts(), count); });
+    return Run([&] {
+      if ((object().*is_defined)()) (object().*member)(ArrayArgument(*values).Texts(), count);
+    });
   }
 };
 
 inline STDMETHODIMP RefSheetObject::ConfigsListGet(VARIANT* configs) {
   if (!configs) return E_POINTER;
   return Run([&] {
+    if (!object().ConfigsListIsDefined()) return;  // the client's array stays as it is
     ArrayArgument array(*configs);
     std::vector<std::string> texts = array.NumberedTexts();
     object().ConfigsListGet(texts);
@@ -149,7 +158,10 @@ inline STDMETHODIMP RefSheetObject::ConfigsListGet(VARIANT* configs) {
 
 inline STDMETHODIMP RefSheetObject::ConfigsListPut(VARIANT* configs) {
   if (!configs) return E_POINTER;
-  return Run([&] { object().ConfigsListPut(ArrayArgument(*configs).NumberedTexts()); });
+  return Run([&] {
+    if (!object().ConfigsListIsDefined()) return;
+    object().ConfigsListPut(ArrayArgument(*configs).NumberedTexts());
+  });
 }
 
 }  // namespace vantora::com

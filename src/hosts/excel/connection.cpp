@@ -18,7 +18,10 @@ constexpr std::chrono::seconds kPatience{10};
 
 }  // namespace
 
-Connection::Connection(Wait wait) : wait_(std::move(wait)) { ids_.fill(kUnknownId); }
+Connection::Connection(ComPtr<IDispatch> application, Wait wait)
+    : application_(std::move(application)), wait_(std::move(wait)) {
+  ids_.fill(kUnknownId);
+}
 
 DISPID Connection::LookUp(IDispatch& object, Member member) {
   LPOLESTR name = const_cast<LPOLESTR>(NameOf(member));

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 
+#include "hosts/excel/com_ptr.h"
 #include "hosts/excel/members.h"
 
 namespace vantora::excel {
@@ -21,7 +22,10 @@ class Connection {
   using Wait = std::function<void(std::chrono::milliseconds)>;
 
   // `wait` is called between two attempts of a call that Excel is too busy for.
-  explicit Connection(Wait wait);
+  Connection(ComPtr<IDispatch> application, Wait wait);
+
+  // The object that all others are reached through.
+  const ComPtr<IDispatch>& application() const { return application_; }
 
   // The member's identifier, looked up once for all objects of its kind. Throws HostError 438
   // when the object has no such member.
@@ -46,6 +50,7 @@ class Connection {
   HRESULT RetryWhileBusy(HRESULT result, const std::function<HRESULT()>& attempt,
                          const std::string& member);
 
+  ComPtr<IDispatch> application_;
   std::array<DISPID, kMemberCount> ids_;
   Wait wait_;
 };

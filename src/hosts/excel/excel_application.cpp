@@ -112,9 +112,9 @@ void SleepFor(std::chrono::milliseconds time) { Sleep(static_cast<DWORD>(time.co
 
 host::ApplicationPtr MakeExcelApplication(IDispatch* application, WaitFunction wait) {
   if (!application) return nullptr;
-  auto connection = std::make_shared<Connection>(wait ? std::move(wait) : SleepFor);
-  return std::make_shared<ExcelApplication>(
-      Object(std::move(connection), ComPtr<IDispatch>::Share(application)));
+  auto shared = ComPtr<IDispatch>::Share(application);
+  auto connection = std::make_shared<Connection>(shared, wait ? std::move(wait) : SleepFor);
+  return std::make_shared<ExcelApplication>(Object(std::move(connection), std::move(shared)));
 }
 
 IDispatch* DispatchOf(host::Application& application) {

@@ -64,7 +64,7 @@ host::WorksheetPtr ExcelRange::Worksheet() {
 
 std::vector<host::RangePtr> ExcelRange::Areas() {
   std::vector<host::RangePtr> areas;
-  for (Object& area : object_.Items(Member::kRangeAreas)) {
+  for (Object& area : object_.Items(Member::kRangeAreas, Member::kAreasCount, Member::kAreasItem)) {
     areas.push_back(std::make_shared<ExcelRange>(std::move(area)));
   }
   return areas;
@@ -111,25 +111,22 @@ void ExcelRange::SetHorizontalAlignment(host::XlHAlign alignment) {
 
 void ExcelRange::SetWrapText(bool wrap) { object_.Put(Member::kRangeWrapText, wrap); }
 
-// Excel hides whole rows and columns only and refuses a part of one. Where some are hidden and some
-// are not, it gives Null, which a macro's test takes for False.
+// The rows and columns of a range stand for the whole ones; of cells Excel refuses the property.
+// Where some are hidden and some are not, it gives Null, which a macro's test takes for False.
 bool ExcelRange::RowsHidden() {
-  return object_.Child(Member::kRangeEntireRow).Get(Member::kRangeHidden).ToBool().value_or(false);
+  return object_.Child(Member::kRangeRows).Get(Member::kRangeHidden).ToBool().value_or(false);
 }
 
 void ExcelRange::SetRowsHidden(bool hidden) {
-  object_.Child(Member::kRangeEntireRow).Put(Member::kRangeHidden, hidden);
+  object_.Child(Member::kRangeRows).Put(Member::kRangeHidden, hidden);
 }
 
 bool ExcelRange::ColumnsHidden() {
-  return object_.Child(Member::kRangeEntireColumn)
-      .Get(Member::kRangeHidden)
-      .ToBool()
-      .value_or(false);
+  return object_.Child(Member::kRangeColumns).Get(Member::kRangeHidden).ToBool().value_or(false);
 }
 
 void ExcelRange::SetColumnsHidden(bool hidden) {
-  object_.Child(Member::kRangeEntireColumn).Put(Member::kRangeHidden, hidden);
+  object_.Child(Member::kRangeColumns).Put(Member::kRangeHidden, hidden);
 }
 
 double ExcelRange::Left() { return object_.GetDouble(Member::kRangeLeft); }
@@ -146,15 +143,15 @@ void ExcelRange::SetColumnWidth(double characters) {
   object_.Put(Member::kRangeColumnWidth, characters);
 }
 
-// Excel knows the level of whole rows only.
+// Excel knows the level of rows, not of cells.
 int ExcelRange::OutlineLevel() {
   return object_.Child(Member::kRangeCells, {1, 1})
-      .Child(Member::kRangeEntireRow)
+      .Child(Member::kRangeRows)
       .GetInt(Member::kRangeOutlineLevel);
 }
 
 void ExcelRange::SetOutlineLevel(int level) {
-  object_.Child(Member::kRangeEntireRow).Put(Member::kRangeOutlineLevel, level);
+  object_.Child(Member::kRangeRows).Put(Member::kRangeOutlineLevel, level);
 }
 
 // Excel refuses the property where no name refers to exactly this range.

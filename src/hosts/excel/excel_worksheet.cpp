@@ -77,11 +77,11 @@ std::vector<host::ChartObjectPtr> ExcelWorksheet::ChartObjects() {
   return charts;
 }
 
-// The sheet as its workbook's collection gives it has the routines of its code module.
+// The sheet as the collection gives it by its name has the routines of its code module.
 void ExcelWorksheet::CallRoutine(std::string_view routine) {
   const std::string name = Name();
-  object_.Child(Member::kWorksheetParent)
-      .Child(Member::kWorkbookSheets)
+  Object(object_.connection(), object_.connection()->application())
+      .Child(Member::kApplicationSheets)
       .Child(Member::kSheetsItem, {std::string_view(name)})
       .CallOwn(routine);
 }

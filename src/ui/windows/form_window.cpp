@@ -147,6 +147,7 @@ INT_PTR CALLBACK FormWindow::DialogProcedure(HWND window, UINT message, WPARAM w
   const auto alive = form_window->weak_from_this().lock();
   if (message == WM_NCDESTROY) {
     SetWindowLongPtrW(window, DWLP_USER, 0);
+    form_window->keys_.reset();
     form_window->window_ = nullptr;
     form_window->controls_.clear();
     return FALSE;
@@ -227,7 +228,10 @@ void FormWindow::OnInitialize(HWND window) {
   TakeOverScaling(window_);
   UseDpi(DpiOf(window_));
   UpdateControls();
-  if (!modal_) return;
+  if (!modal_) {
+    keys_ = std::make_unique<DialogKeys>(window_);
+    return;
+  }
   PlaceOnScreen();
   FocusFirstControl();
 }

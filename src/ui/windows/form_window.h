@@ -8,6 +8,7 @@
 
 #include "core/form.h"
 #include "ui/windows/control_window.h"
+#include "ui/windows/dialog_keys.h"
 #include "ui/windows/display_scale.h"
 #include "ui/windows/win32.h"
 
@@ -70,6 +71,7 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
   Form* form_;
   HWND window_ = nullptr;
   HWND owner_ = nullptr;
+  std::unique_ptr<DialogKeys> keys_;  // of a modeless one
   bool modal_ = false;
   bool made_ = false;
   bool updating_ = false;

@@ -115,7 +115,7 @@ void WindowsUserInterface::DoEvents() {
       PostQuitMessage(static_cast<int>(message.wParam));  // meant for the program's own loop
       break;
     }
-    if (IsForDialog(message)) continue;
+    if (IsForModalDialog(message)) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
@@ -123,10 +123,10 @@ void WindowsUserInterface::DoEvents() {
   for (const auto& [form, window] : windows) window->RethrowFailure();
 }
 
-bool WindowsUserInterface::IsForDialog(MSG& message) {
+bool WindowsUserInterface::IsForModalDialog(MSG& message) {
   std::vector<HWND> dialogs;
   for (const auto& [form, window] : windows_) {
-    if (window->handle()) dialogs.push_back(window->handle());
+    if (window->handle() && window->is_modal()) dialogs.push_back(window->handle());
   }
   return std::any_of(dialogs.begin(), dialogs.end(),
                      [&](HWND dialog) { return IsDialogMessageW(dialog, &message); });

@@ -36,7 +36,8 @@ class WindowsUserInterface : public UserInterface {
   HWND Owner() const;
   // The form's window, made hidden if it has none.
   FormWindow& Window(Form& form);
-  bool IsForDialog(MSG& message);
+  // Lets an open modal dialog have a message that its own loop would give it.
+  bool IsForModalDialog(MSG& message);
 
   std::function<HWND()> owner_;
   Desktop desktop_;

@@ -60,7 +60,8 @@ void Measure(const char* name, const Call& call) {
 void MeasureAll() {
   Idle numbers(false);
   Idle objects(true);
-  auto connection = std::make_shared<Connection>([](std::chrono::milliseconds) {});
+  auto connection =
+      std::make_shared<Connection>(ComPtr<IDispatch>(), [](std::chrono::milliseconds) {});
   const Object cell(connection, ComPtr<IDispatch>::Share(&numbers));
   const Object sheet(connection, ComPtr<IDispatch>::Share(&objects));
   const Value number(2.5);

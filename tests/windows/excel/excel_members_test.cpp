@@ -186,20 +186,24 @@ TEST_F(ExcelMembersTest, FormatsAndMeasuresCells) {
   auto font = Make("Font");
   auto border = Make("Border");
   auto borders = Make("Borders");
-  auto line = Make("Range");
+  auto lines = Make("Range");
   HasNumbers(font, {"Size", "Bold", "Italic", "ColorIndex"});
   HasNumbers(border, {"Weight", "ColorIndex"});
   Holds(borders, "Item", border);
   excel_->interior->Has("Pattern", MemberKind::kReadWrite);
   Holds(excel_->range, "Font", font);
   Holds(excel_->range, "Borders", borders);
-  Holds(excel_->range, "EntireRow", line);
-  Holds(excel_->range, "EntireColumn", line);
+  Holds(excel_->range, "Rows", lines);
+  Holds(excel_->range, "Columns", lines);
   Holds(excel_->range, "Cells", excel_->range);
+  auto areas = Make("Areas");
+  areas->Has("Count", MemberKind::kRead, Gives(2));
+  areas->Has("Item", MemberKind::kRead, Gives(Answer(lines)));
+  Holds(excel_->range, "Areas", areas);
   HasNumbers(excel_->range,
              {"Left", "Width", "RowHeight", "ColumnWidth", "HorizontalAlignment", "WrapText"});
-  line->Has("Hidden", MemberKind::kReadWrite, Gives(true));
-  line->Has("OutlineLevel", MemberKind::kReadWrite, Gives(2));
+  lines->Has("Hidden", MemberKind::kReadWrite, Gives(true));
+  lines->Has("OutlineLevel", MemberKind::kReadWrite, Gives(2));
   excel_->range->Has("BorderAround", MemberKind::kMethod, {}, {"Weight", "ColorIndex"});
   auto cell = Cell();
   Expect({
@@ -212,16 +216,17 @@ TEST_F(ExcelMembersTest, FormatsAndMeasuresCells) {
        "Range.BorderAround call(ColorIndex:=5, Weight:=2)\n"},
       {[&] { cell->SetHorizontalAlignment(host::XlHAlign::kLeft); },
        "Range.HorizontalAlignment put(-4131)\n"},
-      {[&] { EXPECT_TRUE(cell->RowsHidden()); }, "Range.EntireRow get()\nRange.Hidden get()\n"},
-      {[&] { cell->SetColumnsHidden(false); },
-       "Range.EntireColumn get()\nRange.Hidden put(False)\n"},
+      {[&] { EXPECT_TRUE(cell->RowsHidden()); }, "Range.Rows get()\nRange.Hidden get()\n"},
+      {[&] { cell->SetColumnsHidden(false); }, "Range.Columns get()\nRange.Hidden put(False)\n"},
       {[&] { EXPECT_EQ(cell->OutlineLevel(), 2); },
-       "Range.Cells get(1, 1)\nRange.EntireRow get()\nRange.OutlineLevel get()\n"},
+       "Range.Cells get(1, 1)\nRange.Rows get()\nRange.OutlineLevel get()\n"},
+      {[&] { EXPECT_EQ(cell->Areas().size(), 2u); },
+       "Range.Areas get()\nAreas.Count get()\nAreas.Item get(1)\nAreas.Item get(2)\n"},
       {[&] { EXPECT_EQ(cell->Left(), 12.5); }, "Range.Left get()\n"},
       {[&] { cell->SetRowHeight(15.75); }, "Range.RowHeight put(15.75)\n"},
   });
   // Where only some rows are hidden Excel gives Null.
-  line->Has("Hidden", MemberKind::kReadWrite, [](VARIANT* result, EXCEPINFO*) {
+  lines->Has("Hidden", MemberKind::kReadWrite, [](VARIANT* result, EXCEPINFO*) {
     result->vt = VT_NULL;
     return S_OK;
   });
@@ -310,7 +315,7 @@ TEST_F(ExcelMembersTest, WorksOnSheetsAndWorkbooks) {
   sheets->Has("Add", MemberKind::kMethod, Gives(Answer(sheet)), {"After"});
   Holds(excel_->workbook, "Sheets", sheets);
   Holds(sheet, "Outline", outline);
-  Holds(sheet, "Parent", excel_->workbook);
+  Holds(excel_->application, "Sheets", sheets);
   HasMethods(outline, {"ShowLevels"});
   HasMethods(excel_->workbook, {"Save"});
   HasMethods(sheet, {"Unprotect", "ResetKeySortButtons"});
@@ -342,10 +347,9 @@ TEST_F(ExcelMembersTest, WorksOnSheetsAndWorkbooks) {
   journal_.Take();
   worksheet->CallRoutine("ResetKeySortButtons");
   EXPECT_EQ(journal_.Take(),
-            "Worksheet.Name get()\nWorksheet.Parent get()\nWorkbook.Sheets get()\n"
+            "Worksheet.Name get()\nApplication.Sheets get()\n"
             "Sheets.Item get(\"Überblick\")\nWorksheet.ResetKeySortButtons call()\n");
   EXPECT_THROW(worksheet->CallRoutine("NoSuchRoutine"), HostError);
-  sheet->Has("Parent", MemberKind::kRead);  // it held itself
 }
 
 TEST_F(ExcelMembersTest, ReadsChartsAndControls) {

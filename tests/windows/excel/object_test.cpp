@@ -16,7 +16,8 @@ class ObjectTest : public ::testing::Test {
  protected:
   Journal journal_;
   ScriptedExcel excel_{journal_};
-  ConnectionPtr connection_ = std::make_shared<Connection>([](std::chrono::milliseconds) {});
+  ConnectionPtr connection_ =
+      std::make_shared<Connection>(ComPtr<IDispatch>(), [](std::chrono::milliseconds) {});
   Object range_{connection_, ComPtr<IDispatch>::Share(excel_.range.get())};
 };
 

@@ -73,7 +73,7 @@ Set globals.Menus = refSheet
 Check "Menus takes nothing else", Err.Number, 13
 Err.Clear
 refSheet.ConfigsListPut "no array"
-Check "a text where an array is asked for", Err.Number, 13
+Check "a text where an array is asked for, of an object that is not bound", Err.Number, 0
 Err.Clear
 
 refSheet.Init globals

@@ -140,6 +140,23 @@ TEST_F(RealDll, ScriptsSeeTheHostsOwnNumber) {
   }
 }
 
+TEST_F(RealDll, ListsThatAreThereTakeArraysOnly) {
+  model.Put("Planning!A1", {"X14", "n", "k", "c", "s", Value(), Value(), Value(), "h"});
+  auto globals = dll.Create<_clsGlobals>(CLSID_clsGlobals);
+  auto ref_sheet = dll.Create<_clsRefSheet>(CLSID_clsRefSheet);
+  EXPECT_HRESULT_SUCCEEDED(globals->putref_App(application.get()));
+  excel::Variant argument(globals.get());
+  EXPECT_HRESULT_SUCCEEDED(ref_sheet->Init(argument.get()));
+  VARIANT number;
+  number.vt = VT_I4;
+  number.lVal = 7;
+  constexpr HRESULT kTypeMismatch = static_cast<HRESULT>(0x800A000D);
+  EXPECT_EQ(ref_sheet->ConfigsListPut(&number), kTypeMismatch);
+  EXPECT_EQ(ref_sheet->KeysListLoadKeysCol(&number, 1), kTypeMismatch);
+  EXPECT_EQ(ref_sheet->DiscrListLoadCol(&number, 1), S_OK) << "a list that is not there";
+  SetErrorInfo(0, nullptr);
+}
+
 TEST_F(RealDll, MenusStayWhileTheSessionContextHoldsThem) {
   auto globals = dll.Create<_clsGlobals>(CLSID_clsGlobals);
   EXPECT_HRESULT_SUCCEEDED(globals->putref_App(application.get()));

@@ -159,6 +159,7 @@ class ApplicationObject final : public StandInObject {
     if (name == "DisplayFullScreen") return application().DisplayFullScreen();
     if (name == "ScreenUpdating") return application().ScreenUpdating();
     if (name == "Selection") return MadeRange(excel(), application().Selection());
+    if (name == "Sheets") return Sheets();
     if (name == "UsableHeight") return application().UsableHeight();
     if (name == "UsableWidth") return application().UsableWidth();
     if (name == "Version") return Variant(std::string_view(application().Version()));
@@ -199,6 +200,12 @@ class ApplicationObject final : public StandInObject {
       return caller.empty() ? Variant::From(CellError::kRef) : Variant(std::string_view(caller));
     }
     Refuse(call);
+  }
+
+  // Those of the active workbook.
+  Variant Sheets() {
+    host::WorkbookPtr workbook = application().ActiveWorkbook();
+    return workbook ? Made(new SheetsObject(excel(), std::move(workbook), true)) : Nothing();
   }
 
   Variant Workbooks() {

@@ -9,10 +9,10 @@ namespace {
 
 class RangeObject final : public StandInObject {
  public:
-  // What Count counts.
+  // What the range is made of: what Count counts, and of what Hidden tells.
   enum class Unit { kCells, kRows, kColumns };
   // What is known of the range's size without asking the host: tests count the calls of the host.
-  enum class Extent { kAny, kCell, kWholeRows, kWholeColumns };
+  enum class Extent { kAny, kCell };
 
   RangeObject(ExcelPtr excel, host::RangePtr range, Unit unit = Unit::kCells,
               Extent extent = Extent::kAny)
@@ -45,15 +45,6 @@ class RangeObject final : public StandInObject {
   bool IsCell() {
     return extent_ == Extent::kCell || (range_->RowsCount() == 1 && range_->ColumnsCount() == 1);
   }
-  bool IsWholeRows() {
-    return extent_ == Extent::kWholeRows ||
-           (extent_ == Extent::kAny && range_->ColumnsCount() == kLastColumn);
-  }
-  bool IsWholeColumns() {
-    return extent_ == Extent::kWholeColumns ||
-           (extent_ == Extent::kAny && range_->RowsCount() == kLastRow);
-  }
-  Variant Whole(Extent extent);
   Variant Hidden();
   void SetHidden(bool hidden);
   // What `of` gives for each cell of a line, or Null where that differs.
@@ -72,8 +63,8 @@ class RangeObject final : public StandInObject {
 
 Variant RangeObject::Answer(const Call& call) {
   std::string_view name = call.member().name;
-  const bool is_whole = extent_ == Extent::kWholeRows || extent_ == Extent::kWholeColumns;
-  if (is_whole && name != "Hidden" && name != "OutlineLevel") Refuse(call);
+  const bool is_known_of_lines = name == "Count" || name == "Hidden" || name == "OutlineLevel";
+  if (unit_ != Unit::kCells && !is_known_of_lines) Refuse(call);
   if (call.is_put()) return Put(call);
   if (name == "Value") return Value(call);
   if (name == "Formula") {
@@ -101,8 +92,8 @@ Variant RangeObject::Answer(const Call& call) {
                   [&](int column) { return range_->Cells(1, column)->ColumnWidth(); });
   }
   if (name == "OutlineLevel") {
-    if (!IsWholeRows()) NotWhole("OutlineLevel");
-    if (unit_ == Unit::kCells && extent_ == Extent::kWholeRows) return range_->OutlineLevel();
+    if (unit_ != Unit::kRows) NotWhole("OutlineLevel");
+    if (extent_ == Extent::kCell) return range_->OutlineLevel();
     return Common(range_->RowsCount(),
                   [&](int row) { return range_->Cells(row, 1)->OutlineLevel(); });
   }
@@ -116,8 +107,6 @@ Variant RangeObject::Part(const Call& call) {
   if (name == "Cells") return Cells(call);
   if (name == "Rows") return Lines(call, Unit::kRows);
   if (name == "Columns") return Lines(call, Unit::kColumns);
-  if (name == "EntireRow") return Whole(Extent::kWholeRows);
-  if (name == "EntireColumn") return Whole(Extent::kWholeColumns);
   if (name == "Areas") return Areas();
   if (name == "Worksheet") return MadeWorksheet(excel(), range_->Worksheet());
   if (name == "Name") return Name();
@@ -139,7 +128,7 @@ Variant RangeObject::Put(const Call& call) {
   } else if (name == "ColumnWidth") {
     range_->SetColumnWidth(call.PutDouble());
   } else if (name == "OutlineLevel") {
-    if (!IsWholeRows()) NotWhole("OutlineLevel");
+    if (unit_ != Unit::kRows) NotWhole("OutlineLevel");
     range_->SetOutlineLevel(call.PutInt());
   } else if (name == "HorizontalAlignment") {
     range_->SetHorizontalAlignment(static_cast<host::XlHAlign>(
@@ -264,7 +253,7 @@ Variant RangeObject::Areas() {
 
 Variant RangeObject::Lines(const Call& call, Unit unit) {
   call.RefuseFrom(0);
-  return Made(new RangeObject(excel(), range_, unit));
+  return Made(new RangeObject(excel(), range_, unit, extent_));
 }
 
 Variant RangeObject::Name() {
@@ -340,22 +329,17 @@ Variant RangeObject::AddComment(const Call& call) {
   return MadeComment(excel(), std::move(comment));
 }
 
-// The host tells of a range whether its whole rows or columns are hidden, so that they need no
-// range of their own.
-Variant RangeObject::Whole(Extent extent) {
-  return Made(new RangeObject(excel(), range_, Unit::kCells, extent));
-}
-
+// Excel tells and changes it of rows and of columns, not of cells.
 Variant RangeObject::Hidden() {
-  if (extent_ == Extent::kWholeRows) return range_->RowsHidden();
-  if (extent_ == Extent::kWholeColumns) return range_->ColumnsHidden();
+  if (unit_ == Unit::kRows) return range_->RowsHidden();
+  if (unit_ == Unit::kColumns) return range_->ColumnsHidden();
   NotWhole("Hidden");
 }
 
 void RangeObject::SetHidden(bool hidden) {
-  if (IsWholeRows()) {
+  if (unit_ == Unit::kRows) {
     range_->SetRowsHidden(hidden);
-  } else if (IsWholeColumns()) {
+  } else if (unit_ == Unit::kColumns) {
     range_->SetColumnsHidden(hidden);
   } else {
     NotWhole("Hidden");

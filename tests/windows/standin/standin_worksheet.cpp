@@ -63,7 +63,6 @@ class WorksheetObject final : public AnySheet {
     if (name == "Range") return AnswerRange(call);
     if (name == "UsedRange") return MadeRange(excel(), sheet_->UsedRange());
     if (name == "Outline") return Made(new OutlineObject(excel(), sheet_));
-    if (name == "Parent") return Parent();
     if (name == "Shapes") return MadeShapes(excel(), sheet_);
     if (name == "ChartObjects") return ChartObjects(call);
     return Do(call);
@@ -133,16 +132,6 @@ class WorksheetObject final : public AnySheet {
       charts.push_back(MadeChartObject(excel(), std::move(chart)));
     }
     return MadeCollection(excel(), "ChartObjects", std::move(charts));
-  }
-
-  // The workbook with this very sheet.
-  Variant Parent() {
-    for (host::WorkbookPtr& workbook : excel()->application->Workbooks()) {
-      for (const host::WorksheetPtr& sheet : workbook->Worksheets()) {
-        if (sheet->IsSame(*sheet_)) return MadeWorkbook(excel(), std::move(workbook));
-      }
-    }
-    throw NotServed{"the workbook of a sheet that is in none"};
   }
 
   host::WorksheetPtr sheet_;

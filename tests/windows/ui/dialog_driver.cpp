@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <string_view>
 #include <vector>
 
 #include "ui/windows/window_text.h"
@@ -18,12 +21,32 @@ constexpr int kFirstControlId = 100;
 constexpr LPARAM kAltIsDown = 1 << 29;
 
 constexpr wchar_t kHostClass[] = L"VantoraTestHost";
-// Posted to a host window with an event: by then all that was posted before has been handled.
+// Posted to a host window with a number: by then all that was posted before has been handled.
 constexpr UINT kReached = WM_APP;
+std::atomic<LPARAM> last_posted = 0;
+std::atomic<LPARAM> last_reached = 0;
 
 LRESULT CALLBACK HostProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message == kReached) return SetEvent(reinterpret_cast<HANDLE>(lparam));
-  return DefWindowProcW(window, message, wparam, lparam);
+  if (message != kReached) return DefWindowProcW(window, message, wparam, lparam);
+  last_reached = lparam;
+  return 0;
+}
+
+BOOL CALLBACK FindHostWindow(HWND window, LPARAM found) {
+  wchar_t name[std::size(kHostClass) + 1] = L"";
+  GetClassNameW(window, name, static_cast<int>(std::size(name)));
+  if (std::wstring_view(name) != kHostClass) return TRUE;
+  *reinterpret_cast<HWND*>(found) = window;
+  return FALSE;
+}
+
+// A window of the program that the dialog belongs to. Not every dialog is owned by one: a program
+// without an active window has none to give.
+HWND HostWindowBeside(HWND dialog) {
+  HWND host = nullptr;
+  const DWORD thread = GetWindowThreadProcessId(dialog, nullptr);
+  if (thread != 0) EnumThreadWindows(thread, FindHostWindow, reinterpret_cast<LPARAM>(&host));
+  return host;
 }
 
 HWND MakeWindow(const wchar_t* caption, RECT place) {
@@ -98,19 +121,15 @@ HWND WaitForDialog(const std::string& caption) {
 }
 
 void WaitUntilIdle(HWND window) {
-  const HWND host = GetAncestor(window, GA_ROOTOWNER);
+  const HWND host = HostWindowBeside(window);
   const bool own_thread = GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
   if (!host || own_thread) return;
-  const HANDLE reached = CreateEventW(nullptr, FALSE, FALSE, nullptr);
   // Twice, because a control may answer a message by posting another one.
   for (int i = 0; i < 2; ++i) {
-    PostMessageW(host, kReached, 0, reinterpret_cast<LPARAM>(reached));
-    WaitUntil([&] {
-      const DWORD result = WaitForSingleObject(reached, kLookAgainInMilliseconds);
-      return result == WAIT_OBJECT_0 || !IsWindow(window);
-    });
+    const LPARAM number = ++last_posted;
+    PostMessageW(host, kReached, 0, number);
+    WaitUntil([&] { return last_reached >= number || !IsWindow(window); });
   }
-  CloseHandle(reached);
 }
 
 HWND WindowOf(HWND dialog, const Form& form, const std::string& name) {

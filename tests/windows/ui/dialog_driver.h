@@ -39,7 +39,7 @@ HWND WaitForDialog(const std::string& caption);
 // Waits until `happened` is true; fails the test when it stays false.
 void WaitUntil(const std::function<bool()>& happened);
 // What was posted to the dialog before has been handled when it returns, or the dialog is gone. The
-// dialog must belong to a HostProgram; for a dialog of the calling thread it does nothing.
+// dialog's thread must have a HostProgram; for a dialog of the calling thread it does nothing.
 void WaitUntilIdle(HWND window);
 
 // The window of the form's control of that name.
