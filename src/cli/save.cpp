@@ -89,12 +89,12 @@ bool HasEnding(const fs::path& path, const std::string& ending) {
   throw HostError(HostError::kApplicationDefined, why);
 }
 
-void Write(embedded::Session& session, const fs::path& file) {
-  if (session.saves().any()) {
-    session.CommitSaves();
-  } else {
-    session.Save(file);
-  }
+using Replacements = std::vector<std::unique_ptr<embedded::ReplacementFile>>;
+
+// Writes the model, and gives its file and the further ones their names.
+void Write(embedded::Session& session, const fs::path& file, Replacements further) {
+  if (!session.saves().any()) further.push_back(session.WriteBeside(file));
+  session.CommitSaves(std::move(further));
 }
 
 void RefuseModelItself(const fs::path& model, const fs::path& output) {
@@ -102,13 +102,13 @@ void RefuseModelItself(const fs::path& model, const fs::path& output) {
   throw UsageError("--output names the model itself; use --in-place, which keeps the file before.");
 }
 
-SavedFiles SaveInPlace(embedded::Session& session, const fs::path& model) {
+SavedFiles SaveInPlace(embedded::Session& session, const fs::path& model, Replacements further) {
   std::error_code error;
   const fs::path file = FileBehind(model);
   const fs::path backup = WithSuffix(file, ".bak");
   if (fs::is_directory(backup, error)) throw CannotKeep(backup, "a folder has that name");
   SecondName before(file, WithSuffix(file, ".bak-" + std::to_string(getpid())));
-  Write(session, file);
+  Write(session, file, std::move(further));
   return {file, before.KeepAs(backup)};
 }
 
@@ -174,8 +174,7 @@ embedded::SaveDirector DirectorOf(const RunOptions& options) {
 SavedFiles Save(embedded::Session& session, const RunOptions& options) {
   // Ctrl-C takes effect once the files are whole.
   ui::InterruptAsButton interrupt;
-  // They have their names only when the model could be written as well.
-  std::vector<std::unique_ptr<embedded::ReplacementFile>> further;
+  Replacements further;
   for (std::size_t i = 0; i < options.further.size(); ++i) {
     const fs::path& output = options.further[i].output;
     if (output.empty()) continue;
@@ -184,13 +183,12 @@ SavedFiles Save(embedded::Session& session, const RunOptions& options) {
   }
   SavedFiles files;
   if (options.target == Target::kInPlace) {
-    files = SaveInPlace(session, options.model);
+    files = SaveInPlace(session, options.model, std::move(further));
   } else {
     if (!session.saves().any()) RequireSameEnding(options.model, options.output, "model");
-    Write(session, options.output);
+    Write(session, options.output, std::move(further));
     files.written = options.output;
   }
-  for (const auto& file : further) file->Commit();
   return files;
 }
 

@@ -100,6 +100,8 @@ class Application {
   virtual WorkbookPtr ActiveWorkbook() = 0;
   // Null when the active sheet is not a worksheet (a chart sheet) or no workbook is open.
   virtual WorksheetPtr ActiveSheet() = 0;
+  // The same of whatever kind the sheet is; null when no workbook is open.
+  virtual SheetPtr ActiveAnySheet() = 0;
   // The selected cells of the active sheet; null when something else is selected.
   virtual RangePtr Selection() = 0;
   // Activates the sheet of the named range and selects the range. Throws 1004 for an unknown name.
@@ -175,6 +177,9 @@ class Sheet {
   virtual ~Sheet() = default;
 
   virtual std::string Name() = 0;
+  // Both throw 1004 for a hidden sheet.
+  virtual void Activate() = 0;
+  virtual void Select() = 0;
 };
 
 class Names {
@@ -205,9 +210,6 @@ class Worksheet : public Sheet {
   virtual bool IsSame(const Worksheet& other) const = 0;
   // Throws 1004 for a name that no sheet may have, or that another sheet of the workbook has.
   virtual void SetName(std::string_view name) = 0;
-  // Both throw 1004 for a hidden sheet.
-  virtual void Activate() = 0;
-  virtual void Select() = 0;
   virtual RangePtr Cells(int row, int column) = 0;
   // The rectangle between two corner cells, both included.
   virtual RangePtr Range(int first_row, int first_column, int last_row, int last_column) = 0;

@@ -78,11 +78,10 @@ clsMenuManagement& clsDevelopmentMode::Menus() {
 void clsDevelopmentMode::AlignSheets() {
   if (!initialized()) return;
   application()->SetScreenUpdating(false);
-  const WorksheetPtr remembered_sheet = application()->ActiveSheet();
+  const host::SheetPtr remembered_sheet = application()->ActiveAnySheet();
   for (const WorksheetPtr& sheet : ActiveWorkbookOf(*application())->Worksheets()) {
     AlignSheet(sheet);
   }
-  // Null when a chart sheet was active.
   if (remembered_sheet) remembered_sheet->Activate();
   application()->SetScreenUpdating(true);
 }

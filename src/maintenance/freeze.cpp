@@ -66,13 +66,12 @@ template <typename Work>
 void clsFreeze::RunOnFreezeSheets(Work&& work) {
   application()->SetScreenUpdating(false);
   application()->SetCalculation(XlCalculation::kManual);
-  const host::WorksheetPtr remembered_sheet = application()->ActiveSheet();
+  const host::SheetPtr remembered_sheet = application()->ActiveAnySheet();
   ForEachFlaggedSheet(*application(), model::kFreezeSheetFlag,
                       [&](const host::WorksheetPtr& sheet) {
                         work(sheet);
                         application()->SetCutCopyMode(XlCutCopyMode::kNone);
                       });
-  // Null when a chart sheet was active.
   if (remembered_sheet) remembered_sheet->Select();
   application()->SetCalculation(XlCalculation::kAutomatic);
   application()->SetScreenUpdating(true);

@@ -43,7 +43,7 @@ void CopyRow(host::Worksheet& sheet, int from_row, int to_row) {
 void clsRatiosCompDataSet::RatiosCompDataSet() {
   if (!initialized()) return;
   application()->SetScreenUpdating(false);
-  const host::WorksheetPtr remembered_sheet = application()->ActiveSheet();
+  const host::SheetPtr remembered_sheet = application()->ActiveAnySheet();
   const host::RangePtr remembered_selection = application()->Selection();
   // The model's rule: what one sheet defines holds for the sheets after it as well, wherever they
   // define nothing of their own.
@@ -56,8 +56,8 @@ void clsRatiosCompDataSet::RatiosCompDataSet() {
                                              " comparison data ranges.",
                                          kOkOnly, kDefaultTitle);
   });
-  // Null when a chart sheet was active, or something other than cells selected.
   if (remembered_sheet) remembered_sheet->Activate();
+  // Null when something other than cells was selected.
   if (remembered_selection) remembered_selection->Select();
   application()->SetScreenUpdating(true);
 }

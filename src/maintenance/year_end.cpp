@@ -207,7 +207,7 @@ void clsYearEnd::CopyCurrentYearOfSheet(frmProgressBar& progress) {
 }
 
 void clsYearEnd::Start() {
-  remembered_sheet_ = application()->ActiveSheet();
+  remembered_sheet_ = application()->ActiveAnySheet();
   application()->SetScreenUpdating(false);
 }
 
@@ -220,7 +220,6 @@ void clsYearEnd::RunOnHistorySheets(frmProgressBar& progress, Work&& work) {
                       });
   progress.Unload();
   application()->SetScreenUpdating(true);
-  // Null when a chart sheet was active.
   if (remembered_sheet_) remembered_sheet_->Select();
 }
 

@@ -49,7 +49,7 @@ class clsYearEnd : public BoundObject {
   template <typename Work>
   void RunOnHistorySheets(frmProgressBar& progress, Work&& work);
 
-  host::WorksheetPtr remembered_sheet_;
+  host::SheetPtr remembered_sheet_;
   host::WorksheetPtr current_sheet_;
 };
 

@@ -71,7 +71,7 @@ host::RangePtr Selected(host::Application& application) {
 void clsFormatting::RangeSelect(bool forward, std::optional<int> index) {
   if (!initialized()) return;
   const host::RangePtr selection = Selected(*application());
-  const host::WindowPtr window = application()->ActiveWindow();
+  const host::WindowPtr window = ActiveWindowOf(*application());
   const int scroll_column = window->ScrollColumn();
   const bool is_named = index && *index >= 1 && *index <= static_cast<int>(kColumnBlocks.size());
   const ColumnBlock& block =

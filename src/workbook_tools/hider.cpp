@@ -54,7 +54,7 @@ class ScreenUpdatingOff {
 
 void clsHider::BeforeSave(bool save_as_ui) {
   if (!initialized()) return;
-  const host::WorksheetPtr active = application()->ActiveSheet();
+  const host::SheetPtr active = application()->ActiveAnySheet();
   const std::string active_sheet = active ? active->Name() : std::string();
   ScreenUpdatingOff screen(application());
   std::optional<SaveTarget> target;
@@ -71,7 +71,7 @@ std::optional<clsHider::SaveTarget> clsHider::AskForTarget() {
   const bool is_new = IsNewFormatHost();
   std::string filter = "Excel 2003 (*.xls), *.xls";
   if (is_new) filter = "Excel 2007 (*.xlsm), *.xlsm, " + filter;
-  const std::string name = application()->ActiveWorkbook()->Name();
+  const std::string name = ActiveWorkbookOf(*application())->Name();
   const std::optional<std::string> filename =
       application()->GetSaveAsFilename(name.substr(0, name.rfind('.')), filter, "Vantora SaveAs");
   if (!filename) return std::nullopt;
@@ -105,7 +105,7 @@ std::vector<clsHider::SheetState> clsHider::HideSheets() {
   std::vector<SheetState> states;
   title_sheet_ = nullptr;
   std::vector<host::WorksheetPtr> sheets;
-  Ignoring([&] { sheets = application()->ActiveWorkbook()->Worksheets(); });
+  Ignoring([&] { sheets = ActiveWorkbookOf(*application())->Worksheets(); });
   for (const host::WorksheetPtr& sheet : sheets) {
     SheetState& state = states.emplace_back();
     state.sheet = sheet;
@@ -126,10 +126,10 @@ std::vector<clsHider::SheetState> clsHider::HideSheets() {
 void clsHider::Save(const std::optional<SaveTarget>& target) {
   frmSaveMsg message(services().user_interface);
   try {
-    const host::WindowPtr window = application()->ActiveWindow();
+    const host::WindowPtr window = ActiveWindowOf(*application());
     message.OuterWindow(window->Top(), window->Left(), window->Height(), window->Width());
     message.ShowForm();
-    const host::WorkbookPtr workbook = application()->ActiveWorkbook();
+    const host::WorkbookPtr workbook = ActiveWorkbookOf(*application());
     if (target) {
       workbook->SaveAs(target->filename, target->format);
     } else {
@@ -177,7 +177,7 @@ void clsHider::WriteMessage(const std::string& text) {
 }
 
 void clsHider::ActivateSheet(const std::string& name) {
-  for (const host::WorksheetPtr& sheet : application()->ActiveWorkbook()->Worksheets()) {
+  for (const host::WorksheetPtr& sheet : ActiveWorkbookOf(*application())->Worksheets()) {
     if (EqualsIgnoreCase(sheet->Name(), name)) {
       sheet->Activate();
       return;
@@ -188,7 +188,7 @@ void clsHider::ActivateSheet(const std::string& name) {
 void clsHider::AtOpen() {
   if (!initialized()) return;
   title_sheet_ = nullptr;
-  for (const host::WorksheetPtr& sheet : application()->ActiveWorkbook()->Worksheets()) {
+  for (const host::WorksheetPtr& sheet : ActiveWorkbookOf(*application())->Worksheets()) {
     if (SheetHasFlag(sheet, model::kTitleSheetFlag)) {
       title_sheet_ = sheet;
     } else {
@@ -212,7 +212,7 @@ void clsHider::AtOpen() {
 void clsHider::ProtectFlaggedSheets() {
   const host::WorksheetPtr active = application()->ActiveSheet();
   if (!active || !active->Range(model::kFlagRow, 1, model::kFlagRow, 1)->RowsHidden()) return;
-  for (const host::WorksheetPtr& sheet : application()->ActiveWorkbook()->Worksheets()) {
+  for (const host::WorksheetPtr& sheet : ActiveWorkbookOf(*application())->Worksheets()) {
     if (SheetHasFlag(sheet, model::kProtectedSheetFlag)) sheet->Protect();
   }
 }

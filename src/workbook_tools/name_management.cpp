@@ -45,7 +45,7 @@ void clsNameManagement::DeleteFlaggedNames() {
   if (!ref_sheet.NamesListSelect()) return;
   const host::RangePtr list = application()->Selection();
   const host::WorksheetPtr sheet = list->Worksheet();
-  const host::NamesPtr names = application()->ActiveWorkbook()->Names();
+  const host::NamesPtr names = ActiveWorkbookOf(*application())->Names();
   const int last_row = list->Row() + list->RowsCount() - 1;
   const int flag_column = list->Column() + 1;
   for (int row = list->Row(); row <= last_row; ++row) {

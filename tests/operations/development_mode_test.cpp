@@ -164,6 +164,17 @@ TEST_F(DevelopmentMode, AlignsEachSheetAsItsFlagsSay) {
   }
 }
 
+TEST_F(DevelopmentMode, AlignsFromAChartSheetAndReturnsToIt) {
+  Bench bench;
+  bench.model.Activate("Ref");
+  bench.model.TurnIntoChartSheet("Ref");
+  bench.mode.AlignSheets();
+  EXPECT_EQ(bench.model.ActiveSheet(), "Ref");
+  EXPECT_TRUE(bench.ScreenUpdating());
+  bench.model.Activate("Plan");
+  EXPECT_EQ(bench.View("Plan"), "4: 4,14");
+}
+
 TEST_F(DevelopmentMode, AHiddenSheetThatIsToBeAlignedEndsIt) {
   Bench bench;
   bench.model.Hide("Locked");

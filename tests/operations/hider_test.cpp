@@ -148,6 +148,22 @@ TEST_F(Hider, OpeningInNormalModeProtectsTheFlaggedSheets) {
 
 // Whatever call fails, the save is made, or the user or the macro learns that it was not, and the
 // next opening brings everything back.
+TEST_F(Hider, RemembersAChartSheetAndLeavesItActive) {
+  model.Sheet("Notes")->SetVisible(XlSheetVisibility::kVisible);
+  model.Activate("Notes");
+  model.TurnIntoChartSheet("Notes");
+  hider.BeforeSave(false);
+  EXPECT_EQ(model.Get("Title!AN1"), Value("Notes"));
+  EXPECT_EQ(model.ActiveSheet(), "Notes");
+}
+
+TEST_F(Hider, WithoutAWorkbookTheCallerGetsTheError) {
+  model.CloseWindow();
+  EXPECT_THROW(hider.AtOpen(), HostError);
+  EXPECT_THROW(hider.BeforeSave(true), HostError);
+  EXPECT_THROW(hider.BeforeSave(false), HostError);
+}
+
 TEST(HiderFaults, HideNoSheetForGood) {
   int calls = 1;
   for (int failing = 0; failing <= calls; ++failing) {

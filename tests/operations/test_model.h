@@ -76,6 +76,8 @@ class TestModel {
   void Activate(std::string_view sheet) { session_->Worksheet(sheet, workbook_)->Activate(); }
   // An address of the active sheet.
   void Select(const std::string& cells) { session_->Range(cells)->Select(); }
+  // The workbook counts as closed then.
+  void CloseWindow() { application()->ActiveWindow()->Close(); }
   void ActivateWorkbook(int workbook) { session_->ActivateWorkbook(workbook); }
   // Changes() tells what changed since.
   void RecordChanges() { session_->RecordChanges(); }
@@ -100,7 +102,7 @@ class TestModel {
   std::string Selection();
   // Of all sheets, in tab order.
   std::vector<std::string> SheetNames();
-  std::string ActiveSheet() { return application()->ActiveSheet()->Name(); }
+  std::string ActiveSheet() { return application()->ActiveAnySheet()->Name(); }
   // The text of a cell's comment; "none" when it has none.
   std::string Comment(const std::string& cell);
   // Whether comments of the sheet are hidden until pointed at.

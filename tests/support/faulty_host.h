@@ -279,6 +279,8 @@ class FaultySheet : public Faulty<host::Sheet> {
  public:
   using Faulty::Faulty;
   std::string Name() override { return Call().Name(); }
+  void Activate() override { Call().Activate(); }
+  void Select() override { Call().Select(); }
 };
 
 class FaultyWorksheet : public Faulty<host::Worksheet> {
@@ -362,6 +364,7 @@ class FaultyApplication : public Faulty<host::Application> {
     return Wrap<FaultyWorkbook>(Call().ActiveWorkbook());
   }
   host::WorksheetPtr ActiveSheet() override { return Wrap<FaultyWorksheet>(Call().ActiveSheet()); }
+  host::SheetPtr ActiveAnySheet() override { return Wrap<FaultySheet>(Call().ActiveAnySheet()); }
   host::RangePtr Selection() override { return Wrap<FaultyRange>(Call().Selection()); }
   void Goto(std::string_view reference) override { Call().Goto(reference); }
   bool ScreenUpdating() override { return Call().ScreenUpdating(); }

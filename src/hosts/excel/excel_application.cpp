@@ -29,6 +29,10 @@ class ExcelApplication : public host::Application {
   host::WorksheetPtr ActiveSheet() override {
     return Find<ExcelWorksheet>(Member::kApplicationActiveSheet, L"UsedRange");
   }
+  host::SheetPtr ActiveAnySheet() override {
+    auto sheet = object_.FindChild(Member::kApplicationActiveSheet);
+    return sheet ? MakeSheet(*std::move(sheet)) : nullptr;
+  }
   host::RangePtr Selection() override {
     return Find<ExcelRange>(Member::kApplicationSelection, L"Areas");
   }

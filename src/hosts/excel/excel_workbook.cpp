@@ -20,6 +20,8 @@ class ExcelChartSheet : public host::Sheet {
   const Object& object() const { return object_; }
 
   std::string Name() override { return object_.GetText(Member::kChartName); }
+  void Activate() override { object_.Call(Member::kChartActivate); }
+  void Select() override { object_.Call(Member::kChartSelect); }
 
  private:
   Object object_;
@@ -38,12 +40,10 @@ class ExcelSheets : public host::Sheets {
   }
 
  private:
-  // Worksheets have a used range, chart sheets have not.
   host::SheetPtr Made(Member member, Variant index) {
     std::optional<Object> sheet = object_.FindChild(member, {std::move(index)});
     if (!sheet) throw NothingError(FullNameOf(member));
-    if (sheet->Has(L"UsedRange")) return std::make_shared<ExcelWorksheet>(*std::move(sheet));
-    return std::make_shared<ExcelChartSheet>(*std::move(sheet));
+    return MakeSheet(*std::move(sheet));
   }
 
   static IDispatch* DispatchOf(host::Sheet& sheet) {
@@ -57,6 +57,12 @@ class ExcelSheets : public host::Sheets {
 };
 
 }  // namespace
+
+// Worksheets have a used range, chart sheets have not.
+host::SheetPtr MakeSheet(Object sheet) {
+  if (sheet.Has(L"UsedRange")) return std::make_shared<ExcelWorksheet>(std::move(sheet));
+  return std::make_shared<ExcelChartSheet>(std::move(sheet));
+}
 
 std::string ExcelWorkbook::Name() { return object_.GetText(Member::kWorkbookName); }
 

@@ -9,6 +9,9 @@
 
 namespace vantora::excel {
 
+// A worksheet, or a sheet of another kind.
+host::SheetPtr MakeSheet(Object sheet);
+
 class ExcelWorkbook : public host::Workbook {
  public:
   explicit ExcelWorkbook(Object object) : object_(std::move(object)) {}

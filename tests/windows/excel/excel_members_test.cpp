@@ -310,6 +310,7 @@ TEST_F(ExcelMembersTest, WorksOnSheetsAndWorkbooks) {
   auto outline = Make("Outline");
   auto& sheet = excel_->second_sheet;
   chart->Has("Name", MemberKind::kRead, Gives("Chart1"));
+  HasMethods(chart, {"Activate", "Select"});
   sheets->Has("Count", MemberKind::kRead, Gives(2));
   sheets->Has("Item", MemberKind::kRead, Gives(Answer(chart)));
   sheets->Has("Add", MemberKind::kMethod, Gives(Answer(sheet)), {"After"});

@@ -39,6 +39,7 @@ PackedBytes ZipArchive::ReadPacked(std::size_t index) const { return Pack(Read(i
 ReplacementFile::ReplacementFile(const std::filesystem::path& target)
     : requested_(target), target_(target), temporary_(target.string() + ".new") {}
 ReplacementFile::~ReplacementFile() { files.erase(temporary_); }
+void ReplacementFile::Prepare() {}
 void ReplacementFile::Commit() { files[target_] = std::exchange(files[temporary_], {}); }
 
 void WriteZip(const ReplacementFile& file, const ZipArchive* source,

@@ -152,7 +152,7 @@ class ApplicationObject final : public StandInObject {
   Variant Answer(const Call& call) override {
     std::string_view name = call.member().name;
     if (call.is_put()) return Put(call);
-    if (name == "ActiveSheet") return MadeWorksheet(excel(), application().ActiveSheet());
+    if (name == "ActiveSheet") return MadeSheet(excel(), application().ActiveAnySheet());
     if (name == "ActiveWindow") return MadeWindow(excel(), application().ActiveWindow());
     if (name == "ActiveWorkbook") return MadeWorkbook(excel(), application().ActiveWorkbook());
     if (name == "CommandBars") return MadeCommandBars(excel());

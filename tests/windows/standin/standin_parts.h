@@ -28,7 +28,7 @@ Variant MadeCollection(const ExcelPtr& excel, std::string_view kind, std::vector
 Variant MadeWorkbook(const ExcelPtr& excel, host::WorkbookPtr workbook);
 Variant MadeNames(const ExcelPtr& excel, host::NamesPtr names);
 Variant MadeName(const ExcelPtr& excel, host::NamePtr name);
-// Nothing for null; one object for each sheet.
+// Both give nothing for null, and one object for each worksheet.
 Variant MadeWorksheet(const ExcelPtr& excel, host::WorksheetPtr sheet);
 Variant MadeSheet(const ExcelPtr& excel, host::SheetPtr sheet);
 // The sheet behind an object that MadeSheet gave; null for anything else.

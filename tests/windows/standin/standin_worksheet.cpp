@@ -146,8 +146,16 @@ class ChartSheetObject final : public AnySheet {
 
  private:
   Variant Answer(const Call& call) override {
-    if (call.is_put() || call.member().name != "Name") Refuse(call);
-    return Variant(std::string_view(sheet_->Name()));
+    if (call.is_put()) Refuse(call);
+    if (call.member().name == "Name") return Variant(std::string_view(sheet_->Name()));
+    if (call.member().name == "Activate") {
+      sheet_->Activate();
+    } else if (call.member().name == "Select") {
+      sheet_->Select();
+    } else {
+      Refuse(call);
+    }
+    return Done();
   }
 
   host::SheetPtr sheet_;
@@ -164,6 +172,7 @@ Variant MadeWorksheet(const ExcelPtr& excel, host::WorksheetPtr sheet) {
 }
 
 Variant MadeSheet(const ExcelPtr& excel, host::SheetPtr sheet) {
+  if (!sheet) return Nothing();
   if (auto worksheet = std::dynamic_pointer_cast<host::Worksheet>(sheet)) {
     return MadeWorksheet(excel, std::move(worksheet));
   }

@@ -4,17 +4,6 @@
 #include "formula/unicode.h"
 
 namespace vantora::embedded {
-namespace {
-
-void AppendDoublingQuotes(std::string& out, std::string_view name) {
-  for (char c : name) {
-    out.push_back(c);
-    if (c == '\'') out.push_back(c);
-  }
-}
-
-}  // namespace
-
 bool LooksLikeR1C1(std::string_view name) {
   std::size_t position = 0;
   for (char part : {'R', 'C'}) {
@@ -40,6 +29,13 @@ bool NeedsQuotes(std::string_view name) {
   if (EqualIgnoringAsciiCase(name, "TRUE") || EqualIgnoringAsciiCase(name, "FALSE")) return true;
   if (LooksLikeR1C1(name)) return true;
   return IsDigit(name.back()) && ParseA1(name).has_value();
+}
+
+void AppendDoublingQuotes(std::string& out, std::string_view name) {
+  for (char c : name) {
+    out.push_back(c);
+    if (c == '\'') out.push_back(c);
+  }
 }
 
 std::string WithoutDoubledQuotes(std::string_view quoted) {

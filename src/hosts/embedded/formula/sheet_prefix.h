@@ -18,6 +18,9 @@ struct SheetSpan {
 // "Owner's" for "Owner''s".
 std::string WithoutDoubledQuotes(std::string_view quoted);
 
+// Appends "Owner''s" for "Owner's".
+void AppendDoublingQuotes(std::string& out, std::string_view name);
+
 // The sheets of "Plan" or "First:Last" (without quotes); nullopt when one does not exist.
 std::optional<SheetSpan> FindSheets(std::string_view names, const SheetDirectory& sheets);
 

@@ -15,6 +15,7 @@ class EmbeddedApplication : public host::Application {
     return HasWindow() ? MakeWorkbook(Book()) : nullptr;
   }
   host::WorksheetPtr ActiveSheet() override;
+  host::SheetPtr ActiveAnySheet() override;
   host::RangePtr Selection() override;
   void Goto(std::string_view reference) override;
   bool ScreenUpdating() override { return state_->screen_updating; }
@@ -59,6 +60,10 @@ host::WorksheetPtr EmbeddedApplication::ActiveSheet() {
   BookHandle book = Book();
   int sheet = book->active_sheet();
   return book->sheet(sheet).is_worksheet ? MakeWorksheet(book, sheet) : nullptr;
+}
+
+host::SheetPtr EmbeddedApplication::ActiveAnySheet() {
+  return HasWindow() ? MakeSheet(Book(), Book()->active_sheet()) : nullptr;
 }
 
 host::RangePtr EmbeddedApplication::Selection() {

@@ -23,6 +23,8 @@ struct BookHandle {
 
 host::WorkbookPtr MakeWorkbook(BookHandle book);
 host::SheetsPtr MakeSheets(BookHandle book);
+// Of any kind.
+host::SheetPtr MakeSheet(BookHandle book, int sheet);
 host::WorksheetPtr MakeWorksheet(BookHandle book, int sheet);
 host::RangePtr MakeRange(BookHandle book, int sheet, const Area& area);
 // A range of several areas; there is at least one.

@@ -14,6 +14,7 @@
 #include "core/host_error.h"
 #include "core/value.h"
 #include "formula/calculator.h"
+#include "formula/rename_sheet.h"
 #include "host/column_sizes.h"
 #include "host/feature_areas.h"
 #include "host/name_list.h"
@@ -112,8 +113,8 @@ class OpenWorkbook {
   // Adds an empty worksheet behind the sheet `after`, with the next free default name; it becomes
   // the active one.
   int AddSheet(int after);
-  // Throws HostError for a name that no sheet may have or another one has, and for a sheet that was
-  // there when the workbook was opened.
+  // All that names the sheet follows. Throws HostError for a name that no sheet may have or another
+  // one has, and where a part that may name it can't be read.
   void RenameSheet(int sheet, const std::string& name);
 
   // Cells with colours of the palette change their look.
@@ -149,6 +150,7 @@ class OpenWorkbook {
   // Insertions made and comments added since the workbook was opened, for the list of changes.
   const std::vector<ColumnInsertion>& insertions() const { return insertions_; }
   const std::vector<std::string>& notes() const { return notes_; }
+  const std::vector<SheetRename>& renames() const { return renames_; }
 
   // Calculates everything and writes the file.
   std::vector<Uncalculated> Calculate();
@@ -186,6 +188,7 @@ class OpenWorkbook {
   void MoveRows(int sheet, const RowMoves& moves);
   void MoveCells(int sheet, int column, const RowMoves& moves);
   void RefuseFormatting(int sheet, const std::vector<Area>& areas);
+  void RenameInFormulas(SheetModel& sheet, int renamed, const SheetRename& rename);
   void PasteCells(SheetModel& sheet, const Area& from, const Area& to, unsigned parts);
   void PasteCell(SheetModel& sheet, const Cell& source, CellAddress from, CellAddress to,
                  unsigned parts);
@@ -205,6 +208,7 @@ class OpenWorkbook {
   std::map<int, ColumnSizes> column_sizes_;
   std::vector<ColumnInsertion> insertions_;
   std::vector<std::string> notes_;
+  std::vector<SheetRename> renames_;
   std::vector<std::string> sheet_routines_;
   std::vector<std::string> skipped_routines_;
 };

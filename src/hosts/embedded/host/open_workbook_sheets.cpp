@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "core/convert.h"
+#include "formula/lexical.h"
 #include "host/open_workbook.h"
 #include "host/sheet_names.h"
 
@@ -24,27 +25,87 @@ void OpenWorkbook::RenameSheet(int sheet_id, const std::string& name) {
   if (auto owner = model().IdOf(name); owner && *owner != sheet_id) {
     Refuse(subject + "another sheet of the workbook has that name.");
   }
-  if (!file_->IsAdded(sheet_id)) {
-    Refuse(subject +
-           "the embedded host renames only sheets that were added since the workbook was opened, "
-           "because charts, validations and other parts name the others.");
+  if (model().structure_is_protected) {
+    Refuse(subject + "the structure of the workbook is protected.");
   }
-  // The texts of defined names follow as formulas do.
-  std::vector<std::pair<DefinedName*, Formula>> concerned;
+  const SheetRename rename{before, name};
+  try {
+    file_->RenameSheet(sheet_id, name);
+  } catch (const FileError& error) {
+    Refuse(subject + error.what());
+  }
   for (DefinedName& defined : model().names) {
-    Formula formula = ParseFormula(defined.refers_to, {1, 1}, model());
-    const bool names_sheet = std::any_of(
-        formula.references.begin(), formula.references.end(), [&](const Reference& reference) {
-          return reference.first_sheet == sheet_id || reference.last_sheet == sheet_id;
-        });
-    if (names_sheet) concerned.emplace_back(&defined, std::move(formula));
-  }
-  model().RenameSheet(sheet_id, name);
-  for (auto& [defined, formula] : concerned) {
-    defined->refers_to = FormulaText(formula, {1, 1}, model());
+    if (auto text = RenameSheetInText(defined.refers_to, rename)) defined.refers_to = *text;
   }
   names_.Forget();
+  for (const auto& sheet : model().sheets) RenameInFormulas(*sheet, sheet_id, rename);
+  renames_.push_back(rename);
   notes_.push_back("worksheet \"" + before + "\" renamed to \"" + name + "\"");
+}
+
+namespace {
+
+// Whether the formula names the sheet before a name of the sheet's own.
+bool UsesNameOf(const Formula& formula, const std::string& sheet) {
+  return std::any_of(formula.names.begin(), formula.names.end(), [&](const std::string& name) {
+    const std::size_t mark = name.rfind('!');
+    return mark != std::string::npos && EqualsIgnoreCase(name.substr(0, mark), sheet);
+  });
+}
+
+bool RefersTo(const Formula& formula, int sheet) {
+  return std::any_of(formula.references.begin(), formula.references.end(),
+                     [&](const Reference& reference) {
+                       return reference.first_sheet == sheet || reference.last_sheet == sheet;
+                     });
+}
+
+// Names of the sheet's own stand in the formula's text.
+Formula WithNewName(Formula formula, const SheetRename& rename) {
+  formula.text = RenameSheetInText(formula.text, rename).value_or(formula.text);
+  for (std::string& name : formula.names) {
+    const std::size_t mark = name.rfind('!');
+    if (mark == std::string::npos || !EqualsIgnoreCase(name.substr(0, mark), rename.before)) {
+      continue;
+    }
+    name = UpperAscii(rename.after) + name.substr(mark);
+  }
+  formula.program.reset();
+  return formula;
+}
+
+}  // namespace
+
+// References know sheets by their ids: all there is to do is to have the formulas written anew.
+void OpenWorkbook::RenameInFormulas(SheetModel& sheet, int renamed, const SheetRename& rename) {
+  constexpr FormulaId kUnconcerned = 0;
+  // By formula: what it is now.
+  std::vector<FormulaId> now(sheet.formulas.size() + 1, kUnconcerned);
+  bool any = false;
+  for (FormulaId id = 1; id < now.size(); ++id) {
+    const Formula& formula = sheet.formulas[id];
+    if (UsesNameOf(formula, rename.before)) {
+      now[id] = sheet.formulas.Intern(WithNewName(formula, rename));
+    } else if (RefersTo(formula, renamed)) {
+      now[id] = id;
+    }
+    any |= now[id] != kUnconcerned;
+  }
+  if (!any) return;
+  for (int column = 1; column <= sheet.cells.LastColumn(); ++column) {
+    sheet.cells.ForEachInColumn(column, 1, kMaxRow, [&](int row, const Cell& cell) {
+      if (cell.formula == 0 || cell.formula >= now.size() || now[cell.formula] == kUnconcerned) {
+        return;
+      }
+      const CellAddress place{row, column};
+      if (now[cell.formula] == cell.formula) {
+        sheet.cells.SetFlag(place, kFormulaChanged, true);
+      } else {
+        sheet.cells.SetFormula(place, now[cell.formula]);
+        calculator_.Changed(sheet.id, {row, column, row, column});
+      }
+    });
+  }
 }
 
 void OpenWorkbook::SetPalette(const Palette& palette) {

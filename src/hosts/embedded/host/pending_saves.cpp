@@ -1,10 +1,12 @@
 #include "host/pending_saves.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "core/convert.h"
 #include "host/xls_export.h"
+#include "package/commit_together.h"
 
 namespace vantora::embedded {
 namespace {
@@ -90,12 +92,12 @@ void PendingSaves::Write(OpenWorkbook& workbook, const SaveRequest& request) {
   }
 }
 
-std::vector<std::filesystem::path> PendingSaves::Commit() {
+std::vector<std::filesystem::path> PendingSaves::Commit(
+    std::vector<std::unique_ptr<ReplacementFile>> others) {
   std::vector<std::filesystem::path> paths;
-  for (const auto& file : written_) {
-    file->Commit();
-    paths.push_back(file->requested());
-  }
+  for (const auto& file : written_) paths.push_back(file->requested());
+  std::move(others.begin(), others.end(), std::back_inserter(written_));
+  CommitTogether(written_);
   written_.clear();
   return paths;
 }

@@ -41,8 +41,10 @@ class PendingSaves {
   bool any() const { return any_; }
   // Why the last save failed; "" when it did not.
   const std::string& failure() const { return failure_; }
-  // Puts the files in their places and gives those. Throws FileError.
-  std::vector<std::filesystem::path> Commit();
+  // Puts the files in their places, together with others, and gives those of the saves. Throws
+  // FileError, and all is as it was then.
+  std::vector<std::filesystem::path> Commit(
+      std::vector<std::unique_ptr<ReplacementFile>> others = {});
 
  private:
   void Write(OpenWorkbook& workbook, const SaveRequest& request);

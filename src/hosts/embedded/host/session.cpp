@@ -123,7 +123,10 @@ void Session::DirectSaves(SaveDirector director) {
 
 const PendingSaves& Session::saves() const { return impl_->state->saves; }
 
-std::vector<std::filesystem::path> Session::CommitSaves() { return impl_->state->saves.Commit(); }
+std::vector<std::filesystem::path> Session::CommitSaves(
+    std::vector<std::unique_ptr<ReplacementFile>> others) {
+  return impl_->state->saves.Commit(std::move(others));
+}
 
 void Session::SetCaller(std::string_view shape) {
   OpenWorkbook& workbook = impl_->workbook();

@@ -131,8 +131,10 @@ class Session {
   void DirectSaves(SaveDirector director);
   // The saves made so far.
   const PendingSaves& saves() const;
-  // Puts the saved files in their places and gives those. Throws FileError.
-  std::vector<std::filesystem::path> CommitSaves();
+  // Puts the saved files in their places, together with others that were written beside theirs, and
+  // gives those of the saves. Throws FileError; all files are as they were then.
+  std::vector<std::filesystem::path> CommitSaves(
+      std::vector<std::unique_ptr<ReplacementFile>> others = {});
 
   // Brings every value up to date and tells which formulas could not be calculated.
   std::vector<Uncalculated> Calculate(int workbook = 0);

@@ -87,7 +87,8 @@ std::string PlaceText(const BookWindow& window) {
 StateRecorder::StateRecorder(OpenWorkbook& workbook)
     : workbook_(workbook),
       active_window_(workbook.windows().active().id),
-      insertions_(workbook.insertions().size()) {
+      insertions_(workbook.insertions().size()),
+      renames_(workbook.renames().size()) {
   BookWindow& active = workbook_.windows().active();
   for (const auto& sheet : workbook_.model().sheets) {
     sheets_.push_back(
@@ -177,6 +178,9 @@ void StateRecorder::AddView(int sheet, Lines& lines) const {
 }
 
 std::string StateRecorder::ReferenceNow(DefinedName name) const {
+  for (const SheetRename& rename : std::span(workbook_.renames()).subspan(renames_)) {
+    if (auto text = RenameSheetInText(name.refers_to, rename)) name.refers_to = *text;
+  }
   for (const ColumnInsertion& insertion : std::span(workbook_.insertions()).subspan(insertions_)) {
     name.refers_to = FollowedReference(name, workbook_.model(), insertion);
   }

@@ -38,7 +38,7 @@ class StateRecorder {
   void AddView(int sheet, Lines& lines) const;
   void AddNames(Lines& lines) const;
   void AddWindows(Lines& lines) const;
-  // What a name of then refers to after the insertions made since.
+  // What a name of then refers to after the insertions made since, and under the sheets' new names.
   std::string ReferenceNow(DefinedName name) const;
 
   OpenWorkbook& workbook_;
@@ -49,6 +49,7 @@ class StateRecorder {
   std::map<int, WindowThen> windows_;
   int active_window_;
   std::size_t insertions_;
+  std::size_t renames_;
 };
 
 }  // namespace vantora::embedded

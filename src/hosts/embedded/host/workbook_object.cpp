@@ -30,6 +30,8 @@ class EmbeddedSheet : public host::Sheet {
  public:
   EmbeddedSheet(BookHandle book, int sheet) : book_(std::move(book)), sheet_(sheet) {}
   std::string Name() override { return book_->sheet(sheet_).name; }
+  void Activate() override { book_->Activate(sheet_); }
+  void Select() override { book_->Activate(sheet_); }
 
  private:
   BookHandle book_;
@@ -41,8 +43,7 @@ host::SheetPtr EmbeddedSheets::ItemOf(std::optional<int> sheet, const std::strin
     throw HostError(HostError::kSubscriptOutOfRange,
                     "Subscript out of range: the workbook has no sheet " + wanted + ".");
   }
-  if (book_->sheet(*sheet).is_worksheet) return MakeWorksheet(book_, *sheet);
-  return std::make_shared<EmbeddedSheet>(book_, *sheet);
+  return MakeSheet(book_, *sheet);
 }
 
 host::SheetPtr EmbeddedSheets::Item(int index) {
@@ -140,6 +141,11 @@ host::WindowPtr EmbeddedWorkbook::NewWindow() {
 
 host::WorkbookPtr MakeWorkbook(BookHandle book) {
   return std::make_shared<EmbeddedWorkbook>(std::move(book));
+}
+
+host::SheetPtr MakeSheet(BookHandle book, int sheet) {
+  if (book->sheet(sheet).is_worksheet) return MakeWorksheet(std::move(book), sheet);
+  return std::make_shared<EmbeddedSheet>(std::move(book), sheet);
 }
 
 host::SheetsPtr MakeSheets(BookHandle book) {

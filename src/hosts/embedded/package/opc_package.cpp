@@ -430,6 +430,19 @@ std::string OpcPackage::AppendRelationship(std::string_view part, std::string_vi
   return id;
 }
 
+void OpcPackage::SetTarget(std::string_view part, std::string_view id, std::string_view target) {
+  std::string relationships_part = RelationshipsPartOf(part);
+  std::string text = Read(relationships_part);
+  TextPatch patch(text);
+  ForEachChild(relationships_part, text, [&](XmlScanner& scanner) {
+    const std::optional<std::string_view> old = scanner.Attribute("Target");
+    if (old && DecodedAttribute(scanner, "Id") == id) {
+      patch.Replace(*old, EncodeXmlAttribute(target));
+    }
+  });
+  if (!patch.empty()) Write(relationships_part, patch.Apply());
+}
+
 void OpcPackage::RemoveRelationship(std::string_view part, std::string_view id) {
   std::string relationships_part = RelationshipsPartOf(part);
   if (!Has(relationships_part)) return;

@@ -85,6 +85,8 @@ class OpcPackage {
   std::optional<std::string> CopyExternalRelationship(const OpcPackage& source,
                                                       std::string_view source_part,
                                                       std::string_view id, std::string_view part);
+  // Of a relationship that leads to no part: `target` is written as it is.
+  void SetTarget(std::string_view part, std::string_view id, std::string_view target);
   void RemoveRelationship(std::string_view part, std::string_view id);
   // A name that is free: "xl/comments" and ".xml" give "xl/comments1.xml" or the next.
   std::string FreePartName(std::string_view stem, std::string_view extension) const;

@@ -50,7 +50,7 @@ int SheetList::PositionNow(int position, const WorkbookModel& model) const {
   return id < 0 ? position : model.PositionOf(id);
 }
 
-void SheetList::Patch(const WorkbookModel& model, int first_added, TextPatch& patch) const {
+void SheetList::Patch(const WorkbookModel& model, TextPatch& patch) const {
   std::map<int, const Entry*> by_id;
   for (const Entry& entry : entries_) by_id[entry.id] = &entry;
   std::size_t place = list_begin_;
@@ -64,7 +64,7 @@ void SheetList::Patch(const WorkbookModel& model, int first_added, TextPatch& pa
     }
     const Entry& entry = *found->second;
     place = entry.end;
-    if (id >= first_added && DecodeXml(entry.name) != model.NameOf(id)) {
+    if (DecodeXml(entry.name) != model.NameOf(id)) {
       patch.Replace(entry.name, EncodeXmlAttribute(model.NameOf(id)));
     }
   }

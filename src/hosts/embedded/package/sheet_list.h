@@ -22,8 +22,8 @@ class SheetList {
   // The sheet at that place in the text; -1 when there is none.
   int IdAt(int position) const;
 
-  // Adds the sheets that came and puts their names right; their ids are `first_added` and above.
-  void Patch(const WorkbookModel& model, int first_added, TextPatch& patch) const;
+  // Adds the sheets that came and puts the names right.
+  void Patch(const WorkbookModel& model, TextPatch& patch) const;
 
  private:
   struct Entry {

@@ -104,7 +104,6 @@ std::unique_ptr<WorkbookFile> WorkbookFile::Create(const std::vector<std::string
     SheetRoom room;
     ReadSheet(text, file->model_, sheet, part.markup, room);
   }
-  file->first_added_sheet_ = static_cast<int>(sheet_names.size());
   return file;
 }
 
@@ -474,7 +473,6 @@ void WorkbookFile::WriteWorkbookPart() {
   changes.calculate_on_opening = calculate_on_opening_;
   if (records_calculation_mode_) changes.manual_calculation = model_.manual_calculation;
   changes.sheet_relationships = parts_->sheet_relationships;
-  changes.first_added_sheet = first_added_sheet_;
   try {
     if (auto text = PatchWorkbook(package_->Read(parts_->workbook), model_, changes)) {
       package_->Write(parts_->workbook, std::move(*text));

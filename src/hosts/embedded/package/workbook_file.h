@@ -68,8 +68,10 @@ class WorkbookFile {
   // Adds an empty worksheet at that 0-based place among the tabs and returns its id. The name is one
   // that a sheet may have, and free.
   int AddSheet(const std::string& name, int position);
-  // The sheet came since the workbook was opened: nothing in the package's other parts names it.
-  bool IsAdded(int sheet) const { return sheet >= first_added_sheet_; }
+  // Gives the sheet a name that a sheet may have, and that is free: in the model and in every part
+  // that names it. What the cells' formulas and the names say follows by the model's own. Throws
+  // FileError, and nothing is renamed then.
+  void RenameSheet(int sheet, const std::string& name);
 
   // Makes everything around the cells follow an insertion: applied at the next call of
   // FollowInsertions or Save, in one pass over each part however many insertions came.
@@ -151,8 +153,6 @@ class WorkbookFile {
   // As opened, and the active sheets as the parts say now.
   std::vector<BookView> windows_;
   std::vector<int> active_sheets_;
-  // Ids from here on are sheets that were added.
-  int first_added_sheet_ = 0;
   bool calculate_on_opening_ = false;
   bool records_calculation_mode_ = false;
   // What kept a save from bringing the parts up to date. Some of them may have followed insertions

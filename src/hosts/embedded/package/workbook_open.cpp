@@ -30,7 +30,6 @@ void WorkbookFile::ReadParts() {
   model_.styles = ReadStyles(*package_, parts_->styles, parts_->theme);
   ReadSharedStrings(*package_, parts_->shared_strings, model_.strings);
   sheets_.resize(parts_->sheets.size());
-  first_added_sheet_ = static_cast<int>(sheets_.size());
   std::vector<SheetMarkup*> markups;
   for (std::size_t id = 0; id < sheets_.size(); ++id) {
     sheets_[id].part = parts_->sheets[id];

@@ -85,7 +85,7 @@ class WorkbookPatcher {
       PatchFirstSheets();
     } else if (name == "sheets") {
       PatchSheets();
-      sheets_.Patch(model_, changes_.first_added_sheet, patch_);
+      sheets_.Patch(model_, patch_);
     } else {
       xml_.SkipElement();
     }

@@ -19,10 +19,8 @@ struct WorkbookChanges {
   bool calculate_on_opening = false;
   // Whether the workbook is calculated manually; nullopt leaves what it says.
   std::optional<bool> manual_calculation = std::nullopt;
-  // The relationships of the sheets' parts, by sheet id, and the id of the first sheet that was not
-  // there when the workbook was opened.
+  // The relationships of the sheets' parts, by sheet id.
   std::vector<std::string> sheet_relationships;
-  int first_added_sheet = 0;
 };
 
 // The main part's text with the changes and the model's names; nullopt when it stays. Throws

@@ -400,11 +400,17 @@ ReplacementFile::~ReplacementFile() {
   if (!temporary_.empty()) unlink(temporary_.c_str());
 }
 
-void ReplacementFile::Commit() {
+void ReplacementFile::Prepare() {
+  if (prepared_) return;
   // Only an administrator can keep another's ownership; anyone else's save makes the file his.
   if (chown(temporary_.c_str(), owner_, group_) != 0 && errno != EPERM) FailWrite(target_, errno);
   if (chmod(temporary_.c_str(), mode_) != 0) FailWrite(target_, errno);
   if (int failure = FlushToDisk(temporary_, O_RDONLY)) FailWrite(target_, failure);
+  prepared_ = true;
+}
+
+void ReplacementFile::Commit() {
+  Prepare();
   if (rename(temporary_.c_str(), target_.c_str()) != 0) FailWrite(target_, errno);
   temporary_.clear();
   // The new file is in its place: a folder that can't be flushed does not make the save fail.

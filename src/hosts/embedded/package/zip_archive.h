@@ -81,7 +81,10 @@ class ReplacementFile {
   ReplacementFile& operator=(const ReplacementFile&) = delete;
 
   const std::filesystem::path& path() const { return temporary_; }
-  // Flushes to the disk and renames. Throws FileError (kCannotWrite).
+  // Gives the file the owner and permissions that it is to have and flushes it to the disk. Throws
+  // FileError (kCannotWrite).
+  void Prepare();
+  // The same where it was not done, and renames. Throws FileError (kCannotWrite).
   void Commit();
   const std::filesystem::path& target() const { return target_; }
   // The target as it was given: a symbolic link itself.
@@ -91,6 +94,7 @@ class ReplacementFile {
   std::filesystem::path requested_;
   std::filesystem::path target_;
   std::filesystem::path temporary_;
+  bool prepared_ = false;
   // Of the file that is replaced; -1 leaves the owner as it is.
   unsigned mode_ = 0;
   unsigned owner_ = static_cast<unsigned>(-1);
