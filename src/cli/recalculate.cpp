@@ -6,6 +6,7 @@
 #include "cli/cell_text.h"
 #include "cli/report.h"
 #include "cli/save.h"
+#include "cli/writing_checks.h"
 #include "host/session.h"
 #include "ui/console/terminal_text.h"
 
@@ -79,6 +80,7 @@ void WriteJson(const Result& result, const RecalculateOptions& options, std::ost
 ExitCode Recalculate(const RecalculateOptions& options, Environment& environment) {
   if (options.output) CheckOutput(options.model, *options.output);
   try {
+    if (options.output) RequireWritable(*options.output);
     const auto session = embedded::Session::Open(options.model);
     const Result result = Calculate(*session);
     if (options.output) session->Save(*options.output);

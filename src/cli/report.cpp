@@ -91,11 +91,9 @@ void WriteError(const ReportedError& error, std::ostream& err) {
     if (!error.save_failure.empty()) err << ui::Printable(error.save_failure) << '\n';
     return;
   }
-  err << "vantora: ";
-  if (error.number) {
-    err << ui::Printable(error.source) << " reports error " << *error.number << ": ";
-  }
-  err << ui::Printable(error.text) << '\n';
+  err << "vantora: " << ui::Printable(error.text);
+  if (error.number) err << " (error " << *error.number << ")";
+  err << '\n';
 }
 
 void WriteUnusedAnswers(const std::vector<std::string>& answers, std::ostream& err) {
@@ -125,7 +123,8 @@ void WriteEnd(const RunOutcome& outcome, std::ostream& err) {
       return;
     case ExitCode::kError:
     case ExitCode::kUnanswered:
-      err << "Nothing was written.\n";
+      // Where only the journal is missing, the error tells of the result.
+      if (!outcome.written) err << "Nothing was written.\n";
       return;
   }
   if (!outcome.written) {
@@ -229,8 +228,7 @@ Json OutcomeJson(const RunOutcome& outcome) {
 void WriteChanges(const embedded::ChangeList& changes, std::ostream& out,
                   std::size_t cells_of_a_sheet) {
   if (changes.inserted.empty() && changes.cells.empty() && changes.others.empty()) {
-    // Scroll positions, panes and windows are no part of the list.
-    out << "No cell changed.\n";
+    out << "Nothing changed.\n";
     return;
   }
   for (const std::string& sheet : SheetsOf(changes)) {
