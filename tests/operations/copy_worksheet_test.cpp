@@ -282,7 +282,7 @@ TEST_F(CopyWorksheet, CancelledInTheMiddleTheRowsCopiedSoFarStay) {
 }
 
 TEST_F(CopyWorksheet, ReportsNamesThatNoSheetCanHave) {
-  model.Put("Plan!E2", {"1+'Budget'!A1+'My Rates'!A1"});
+  model.Put("Plan!E2", {"1+Budget!A1+'My Rates'!A1"});
   Copy({kCopy});
   EXPECT_THAT(Reported(), HasSubstr("'My Rates'"));
   EXPECT_THAT(Reported(), HasSubstr("error message #: 1004"));
