@@ -1,7 +1,6 @@
 #include "cli/arguments.h"
 
 #include <CLI/CLI.hpp>
-#include <utility>
 
 #include "core/convert.h"
 #include "package/xml_encoding.h"

@@ -1,6 +1,5 @@
 #include "cli/recalculate.h"
 
-#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "cli/cell_text.h"
@@ -31,10 +30,6 @@ Result Calculate(embedded::Session& session) {
         {session.file().model().NameOf(formula.sheet), formula.cell, formula.reason});
   }
   return result;
-}
-
-std::string Count(std::size_t count, const std::string& one, const std::string& many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
 void Write(const Result& result, const RecalculateOptions& options, std::ostream& out) {

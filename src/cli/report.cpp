@@ -33,10 +33,6 @@ std::string_view OutcomeWord(ExitCode exit_code) {
   return "";
 }
 
-std::string Count(std::size_t count, const std::string& one, const std::string& many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
 std::string ColumnsText(const embedded::InsertedColumns& inserted) {
   const std::string first = embedded::ColumnLetters(inserted.column);
   if (inserted.count == 1) return "column " + first + " inserted";
