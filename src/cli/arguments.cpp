@@ -1,14 +1,16 @@
 #include "cli/arguments.h"
 
 #include <CLI/CLI.hpp>
-#include <utility>
 
 #include "core/convert.h"
+#include "package/xml_encoding.h"
+#include "ui/console/terminal_text.h"
 
 namespace vantora::cli {
 namespace {
 
 constexpr const char* kModelHelp = "The workbook (.xlsx, .xlsm)";
+constexpr const char* kSeeHelp = "\nRun with --help for more information.";
 
 struct RawRun {
   std::string model;
@@ -92,6 +94,14 @@ void DescribeMenu(CLI::App& menu, RawRun& raw) {
   DescribeOptions(menu, raw);
 }
 
+void DescribeWindows(CLI::App& windows, RawRun& raw, std::string& mode) {
+  DescribeModel(windows, raw);
+  windows.add_option("--mode", mode, "ud: the dashboard above the sheet; lr: left of it")
+      ->required()
+      ->type_name("MODE");
+  AddText(windows, "--sheet", raw.options.sheet, "Activate this sheet first", "NAME");
+}
+
 void DescribeInspect(CLI::App& inspect, InspectOptions& options) {
   inspect.add_option("MODEL", options.model, kModelHelp)->required()->type_name("");
   inspect.add_flag("--json", options.json, "Print one JSON object");
@@ -125,6 +135,13 @@ void DescribeUndo(CLI::App& undo, UndoOptions& options) {
       ->type_name("FILE");
 }
 
+// Texts that go into the workbook, or are looked for in it; names of files may hold any byte.
+void RequireUtf8(const std::string& text) {
+  if (embedded::FirstInvalidUtf8(text) == std::string::npos) return;
+  throw UsageError("The argument \"" + ui::Printable(text) +
+                   "\" is not UTF-8. Use a terminal, or save the script, in that encoding.");
+}
+
 void SplitMethod(const std::string& text, RunOptions& options) {
   const std::size_t dot = text.find('.');
   if (dot == std::string::npos || dot == 0 || dot + 1 == text.size()) {
@@ -137,8 +154,9 @@ void SplitMethod(const std::string& text, RunOptions& options) {
 std::vector<std::string> MethodArguments(const std::vector<std::string>& remaining) {
   for (const std::string& text : remaining) {
     if (text.starts_with('-') && text.size() > 1 && !TextToNumber(text)) {
-      throw UsageError("There is no option " + text + ".\nRun with --help for more information.");
+      throw UsageError("There is no option " + text + "." + kSeeHelp);
     }
+    RequireUtf8(text);
   }
   return remaining;
 }
@@ -181,7 +199,12 @@ RunOptions ToOptions(const RawRun& raw) {
   if (!raw.output.empty()) options.target = Target::kOutputFile;
   options.output = raw.output;
   options.further = ParseFurther(raw.further, raw.further_outputs);
+  for (const std::string& text : options.answers) RequireUtf8(text);
+  for (const std::string& text : {options.sheet, options.selection, options.caller, raw.pick}) {
+    RequireUtf8(text);
+  }
   for (const std::string& text : raw.cells_to_set) {
+    RequireUtf8(text);
     options.cells_to_set.push_back(ParseCellToSet(text));
   }
   return options;
@@ -218,6 +241,76 @@ Command ToMenuCommand(const RawRun& raw, bool picks) {
   return command;
 }
 
+WindowsOptions ToWindowsOptions(const RawRun& raw, const std::string& mode) {
+  if (mode != "ud" && mode != "lr") {
+    throw UsageError("--mode is ud (the dashboard above the sheet) or lr (left of it), not \"" +
+                     mode + "\".");
+  }
+  return {.run = ToOptions(raw),
+          .mode = mode == "ud" ? WindowsOptions::Mode::kUpDown : WindowsOptions::Mode::kLeftRight};
+}
+
+// What the command can do, and the options that each of it takes.
+class Subcommands {
+ public:
+  explicit Subcommands(CLI::App& app)
+      : run_(app.add_subcommand("run", "Run a method on a workbook")),
+        menu_(app.add_subcommand("menu", "Show a model's menus, or run one of their entries")),
+        windows_(app.add_subcommand("windows", "Draw a window arrangement of a model")),
+        list_(app.add_subcommand("list", "List every class and method")),
+        inspect_(app.add_subcommand("inspect",
+                                    "Tell what the operations see of a model, and its problems")),
+        recalculate_(
+            app.add_subcommand("recalculate", "Calculate every formula of a workbook afresh")),
+        diff_(app.add_subcommand("diff", "Tell in what two workbooks differ")),
+        undo_(app.add_subcommand("undo", "Give a workbook back as it was before a run")) {
+    // So that an unknown subcommand can be named.
+    app.allow_extras();
+    DescribeRun(*run_, raw_run_);
+    DescribeMenu(*menu_, raw_menu_);
+    DescribeWindows(*windows_, raw_windows_, mode_);
+    DescribeInspect(*inspect_, command_.inspect);
+    DescribeRecalculate(*recalculate_, command_.recalculate);
+    DescribeDiff(*diff_, command_.diff);
+    DescribeUndo(*undo_, command_.undo);
+  }
+
+  // Of the subcommand that was given. Throws UsageError.
+  Command Parsed() {
+    using Kind = Command::Kind;
+    if (menu_->parsed()) return ToMenuCommand(raw_menu_, menu_->count("--pick") > 0);
+    if (run_->parsed()) {
+      command_.kind = Kind::kRun;
+      command_.run = ToRunOptions(raw_run_, run_->remaining());
+    } else if (windows_->parsed()) {
+      command_.kind = Kind::kWindows;
+      command_.windows = ToWindowsOptions(raw_windows_, mode_);
+    } else {
+      command_.kind = list_->parsed()          ? Kind::kList
+                      : inspect_->parsed()     ? Kind::kInspect
+                      : recalculate_->parsed() ? Kind::kRecalculate
+                      : diff_->parsed()        ? Kind::kDiff
+                                               : Kind::kUndo;
+    }
+    return command_;
+  }
+
+ private:
+  CLI::App* run_;
+  CLI::App* menu_;
+  CLI::App* windows_;
+  CLI::App* list_;
+  CLI::App* inspect_;
+  CLI::App* recalculate_;
+  CLI::App* diff_;
+  CLI::App* undo_;
+  RawRun raw_run_;
+  RawRun raw_menu_;
+  RawRun raw_windows_;
+  std::string mode_;
+  Command command_;
+};
+
 }  // namespace
 
 CellToSet ParseCellToSet(const std::string& text) {
@@ -236,81 +329,27 @@ CellToSet ParseCellToSet(const std::string& text) {
 Command ParseArguments(const std::vector<std::string>& arguments) {
   CLI::App app("Runs the operations of the Vantora planning model on its workbook.", "vantora");
   app.set_version_flag("--version", "vantora " VANTORA_VERSION);
-  app.require_subcommand(1);
-  Command command;
-  RawRun raw;
-  CLI::App* run = app.add_subcommand("run", "Run a method on a workbook");
-  DescribeRun(*run, raw);
-  RawRun raw_menu;
-  CLI::App* menu = app.add_subcommand("menu", "Show a model's menus, or run one of their entries");
-  DescribeMenu(*menu, raw_menu);
-  RawRun raw_windows;
-  std::string mode;
-  CLI::App* windows = app.add_subcommand("windows", "Draw a window arrangement of a model");
-  DescribeModel(*windows, raw_windows);
-  windows->add_option("--mode", mode, "ud: the dashboard above the sheet; lr: left of it")
-      ->required()
-      ->check(CLI::IsMember({"ud", "lr"}))
-      ->type_name("MODE");
-  AddText(*windows, "--sheet", raw_windows.options.sheet, "Activate this sheet first", "NAME");
-  CLI::App* list = app.add_subcommand("list", "List every class and method");
-  CLI::App* inspect =
-      app.add_subcommand("inspect", "Tell what the operations see of a model, and its problems");
-  DescribeInspect(*inspect, command.inspect);
-  CLI::App* recalculate =
-      app.add_subcommand("recalculate", "Calculate every formula of a workbook afresh");
-  DescribeRecalculate(*recalculate, command.recalculate);
-  CLI::App* diff = app.add_subcommand("diff", "Tell in what two workbooks differ");
-  DescribeDiff(*diff, command.diff);
-  CLI::App* undo = app.add_subcommand("undo", "Give a workbook back as it was before a run");
-  DescribeUndo(*undo, command.undo);
-
+  Subcommands subcommands(app);
   std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+  Command command;
   try {
     app.parse(reversed);
   } catch (const CLI::CallForHelp&) {
     command.text = app.help();
     return command;
-  } catch (const CLI::CallForAllHelp&) {
-    command.text = app.help("", CLI::AppFormatMode::All);
-    return command;
   } catch (const CLI::CallForVersion& version) {
     command.text = std::string(version.what()) + "\n";
     return command;
   } catch (const CLI::ParseError& error) {
-    throw UsageError(std::string(error.what()) + "\nRun with --help for more information.");
+    throw UsageError(error.what() + std::string(kSeeHelp));
   }
-  if (list->parsed()) {
-    command.kind = Command::Kind::kList;
-    return command;
+  if (app.get_subcommands().empty()) {
+    const std::vector<std::string> words = app.remaining();
+    throw UsageError((words.empty() ? std::string("A subcommand is required.")
+                                    : "There is no subcommand \"" + words.front() + "\".") +
+                     kSeeHelp);
   }
-  if (inspect->parsed()) {
-    command.kind = Command::Kind::kInspect;
-    return command;
-  }
-  if (recalculate->parsed()) {
-    command.kind = Command::Kind::kRecalculate;
-    return command;
-  }
-  if (undo->parsed()) {
-    command.kind = Command::Kind::kUndo;
-    return command;
-  }
-  if (diff->parsed()) {
-    command.kind = Command::Kind::kDiff;
-    return command;
-  }
-  if (windows->parsed()) {
-    command.kind = Command::Kind::kWindows;
-    command.windows = {
-        .run = ToOptions(raw_windows),
-        .mode = mode == "ud" ? WindowsOptions::Mode::kUpDown : WindowsOptions::Mode::kLeftRight};
-    return command;
-  }
-  if (menu->parsed()) return ToMenuCommand(raw_menu, menu->count("--pick") > 0);
-  command.kind = Command::Kind::kRun;
-  command.run = ToRunOptions(raw, run->remaining());
-  return command;
+  return subcommands.Parsed();
 }
 
 }  // namespace vantora::cli

@@ -121,6 +121,15 @@ std::string_view NameOf(component::ParameterType type) {
   return "";
 }
 
+std::string NamesOf(const std::vector<component::Parameter>& parameters) {
+  std::string names;
+  for (const component::Parameter& parameter : parameters) {
+    const std::string name(parameter.name);
+    names += parameter.is_optional ? " [" + name + "]" : " " + name;
+  }
+  return names;
+}
+
 Call::Call(const std::string& class_name, const std::string& method_name,
            const std::vector<std::string>& arguments)
     : public_class_(&ClassOf(class_name)), method_(&MethodOf(*public_class_, method_name)) {
@@ -128,14 +137,9 @@ Call::Call(const std::string& class_name, const std::string& method_name,
   std::size_t required = 0;
   while (required < parameters.size() && !parameters[required].is_optional) ++required;
   if (arguments.size() < required || arguments.size() > parameters.size()) {
-    std::string names;
-    for (const auto& parameter : parameters) {
-      names += parameter.is_optional ? " [" + std::string(parameter.name) + "]"
-                                     : " " + std::string(parameter.name);
-    }
     throw UsageError(Describe(*public_class_, *method_) + " takes " +
-                     (parameters.empty() ? "no arguments" : "the arguments" + names) + "; " +
-                     std::to_string(arguments.size()) + " given.");
+                     (parameters.empty() ? "no arguments" : "the arguments" + NamesOf(parameters)) +
+                     "; " + std::to_string(arguments.size()) + " given.");
   }
   for (std::size_t i = 0; i < parameters.size(); ++i) {
     arguments_.push_back(i < arguments.size() ? ParseArgument(arguments[i], parameters[i])

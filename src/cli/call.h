@@ -41,5 +41,7 @@ class Call {
 
 // What a value of the type is, for a reader ("whole number").
 std::string_view NameOf(component::ParameterType type);
+// The parameters' names, a blank before each; those that may be left out in brackets.
+std::string NamesOf(const std::vector<component::Parameter>& parameters);
 
 }  // namespace vantora::cli

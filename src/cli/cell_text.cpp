@@ -22,4 +22,8 @@ std::string ContentText(const embedded::CellContent& content) {
   return OnOneLine(content.formula) + " [" + OnOneLine(content.value) + "]";
 }
 
+std::string Count(std::size_t count, const std::string& one, const std::string& many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
 }  // namespace vantora::cli

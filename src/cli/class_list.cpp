@@ -7,9 +7,7 @@ namespace vantora::cli {
 namespace {
 
 void WriteMethod(const component::Method& method, std::ostream& out) {
-  out << "  " << method.name;
-  for (const auto& parameter : method.parameters) out << " " << parameter.name;
-  out << "\n      " << method.help << '\n';
+  out << "  " << method.name << NamesOf(method.parameters) << "\n      " << method.help << '\n';
   for (const auto& parameter : method.parameters) {
     out << "      " << parameter.name << " (" << NameOf(parameter.type) << "): " << parameter.help
         << '\n';

@@ -1,6 +1,5 @@
 #include "cli/inspection_report.h"
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "cells/address.h"

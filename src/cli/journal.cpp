@@ -4,6 +4,7 @@
 
 #include "cli/changes_json.h"
 #include "cli/save.h"
+#include "cli/writing_checks.h"
 #include "package/journal.h"
 
 namespace vantora::cli {
@@ -14,12 +15,11 @@ Journal::~Journal() = default;
 
 void Journal::Write(const std::filesystem::path& journal, const RunOptions& options,
                     const RunOutcome& outcome) const {
-  nlohmann::ordered_json description = {
-      {"operation", options.class_name + "." + options.method_name},
-      {"arguments", options.arguments},
-      {"model", options.model.string()},
-      {"written", outcome.written->string()},
-      {"changes", ChangesJson(outcome.changes)}};
+  nlohmann::ordered_json description = {{"operation", outcome.operation},
+                                        {"arguments", options.arguments},
+                                        {"model", options.model.string()},
+                                        {"written", outcome.written->string()},
+                                        {"changes", ChangesJson(outcome.changes)}};
   embedded::WriteJournal(
       journal, *before_, *outcome.written,
       description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
@@ -32,6 +32,7 @@ ExitCode Undo(const UndoOptions& options, Environment& environment) {
     throw UsageError("--output names the journal.");
   }
   try {
+    RequireWritable(options.output);
     embedded::UndoRun(options.result, options.journal, options.output);
     environment.err << "Written: " << options.output.string() << '\n';
     return ExitCode::kDone;

@@ -171,6 +171,7 @@ ExitCode ShowMenu(const MenuOptions& options, Environment& environment) {
 RunOutcome PickFromMenu(const MenuOptions& options, Environment& environment) {
   return RunOperation(options.run, environment, [&](ModelSession& session, RunOutcome& outcome) {
     const std::vector<MenuEntry> menus = BuildMenus(options, session);
+    outcome.operation = options.pick;
     RunWorkbookMacro(EntryAt(menus, options), session, outcome);
   });
 }

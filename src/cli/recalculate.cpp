@@ -1,11 +1,11 @@
 #include "cli/recalculate.h"
 
-#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "cli/cell_text.h"
 #include "cli/report.h"
 #include "cli/save.h"
+#include "cli/writing_checks.h"
 #include "host/session.h"
 #include "ui/console/terminal_text.h"
 
@@ -30,10 +30,6 @@ Result Calculate(embedded::Session& session) {
         {session.file().model().NameOf(formula.sheet), formula.cell, formula.reason});
   }
   return result;
-}
-
-std::string Count(std::size_t count, const std::string& one, const std::string& many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
 void Write(const Result& result, const RecalculateOptions& options, std::ostream& out) {
@@ -79,6 +75,7 @@ void WriteJson(const Result& result, const RecalculateOptions& options, std::ost
 ExitCode Recalculate(const RecalculateOptions& options, Environment& environment) {
   if (options.output) CheckOutput(options.model, *options.output);
   try {
+    if (options.output) RequireWritable(*options.output);
     const auto session = embedded::Session::Open(options.model);
     const Result result = Calculate(*session);
     if (options.output) session->Save(*options.output);

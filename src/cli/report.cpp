@@ -33,10 +33,6 @@ std::string_view OutcomeWord(ExitCode exit_code) {
   return "";
 }
 
-std::string Count(std::size_t count, const std::string& one, const std::string& many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
 std::string ColumnsText(const embedded::InsertedColumns& inserted) {
   const std::string first = embedded::ColumnLetters(inserted.column);
   if (inserted.count == 1) return "column " + first + " inserted";
@@ -91,11 +87,9 @@ void WriteError(const ReportedError& error, std::ostream& err) {
     if (!error.save_failure.empty()) err << ui::Printable(error.save_failure) << '\n';
     return;
   }
-  err << "vantora: ";
-  if (error.number) {
-    err << ui::Printable(error.source) << " reports error " << *error.number << ": ";
-  }
-  err << ui::Printable(error.text) << '\n';
+  err << "vantora: " << ui::Printable(error.text);
+  if (error.number) err << " (error " << *error.number << ")";
+  err << '\n';
 }
 
 void WriteUnusedAnswers(const std::vector<std::string>& answers, std::ostream& err) {
@@ -125,7 +119,8 @@ void WriteEnd(const RunOutcome& outcome, std::ostream& err) {
       return;
     case ExitCode::kError:
     case ExitCode::kUnanswered:
-      err << "Nothing was written.\n";
+      // Where only the journal is missing, the error tells of the result.
+      if (!outcome.written) err << "Nothing was written.\n";
       return;
   }
   if (!outcome.written) {
@@ -229,8 +224,7 @@ Json OutcomeJson(const RunOutcome& outcome) {
 void WriteChanges(const embedded::ChangeList& changes, std::ostream& out,
                   std::size_t cells_of_a_sheet) {
   if (changes.inserted.empty() && changes.cells.empty() && changes.others.empty()) {
-    // Scroll positions, panes and windows are no part of the list.
-    out << "No cell changed.\n";
+    out << "Nothing changed.\n";
     return;
   }
   for (const std::string& sheet : SheetsOf(changes)) {

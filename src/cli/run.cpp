@@ -9,6 +9,8 @@
 #include "cli/report.h"
 #include "cli/run_user_interface.h"
 #include "cli/save.h"
+#include "cli/writing_checks.h"
+#include "core/convert.h"
 #include "package/file_error.h"
 
 namespace vantora::cli {
@@ -32,20 +34,30 @@ RunUserInterface::Unanswered WhoAnswers(const RunOptions& options, const Environ
                                  : RunUserInterface::Unanswered::kFail;
 }
 
-// The range that an option names. A reference that is none is a mistake of the command line.
-host::RangePtr RangeOf(embedded::Session& session, const std::string& reference) {
-  try {
-    return session.Range(reference);
-  } catch (const HostError& error) {
-    throw UsageError(error.description());
-  }
-}
-
 host::WorksheetPtr SheetOf(embedded::Session& session, const std::string& name) {
   try {
     return session.Worksheet(name);
   } catch (const HostError&) {
     throw UsageError("The workbook has no worksheet \"" + name + "\".");
+  }
+}
+
+// The sheet that a reference to cells names, as it is written but for the quotes around it; "" when
+// it names none.
+std::string SheetIn(const std::string& reference) {
+  const std::size_t mark = reference.rfind('!');
+  if (mark == std::string::npos) return "";
+  const bool quoted = mark >= 2 && reference.front() == '\'' && reference[mark - 1] == '\'';
+  return quoted ? reference.substr(1, mark - 2) : reference.substr(0, mark);
+}
+
+// The range that an option names. A reference that is none is a mistake of the command line.
+host::RangePtr RangeOf(embedded::Session& session, const std::string& reference) {
+  try {
+    return session.Range(reference);
+  } catch (const HostError& error) {
+    if (const std::string sheet = SheetIn(reference); !sheet.empty()) SheetOf(session, sheet);
+    throw UsageError(error.description());
   }
 }
 
@@ -57,16 +69,40 @@ void NameCaller(embedded::Session& session, const std::string& shape) {
   }
 }
 
+// Calls `prepare` for an option; what the host refuses is told with the option.
+template <typename Function>
+void ForOption(const std::string& option, Function prepare) {
+  try {
+    prepare();
+  } catch (const HostError& error) {
+    throw HostError(error.number(), option + ": " + error.description(), error.source());
+  }
+}
+
+void SetCell(embedded::Session& session, const CellToSet& cell) {
+  const host::RangePtr range = RangeOf(session, cell.reference);
+  if (range->Areas().size() > 1) {
+    throw UsageError("--set writes one area at a time, not \"" + cell.reference + "\".");
+  }
+  ForOption("--set \"" + cell.reference + "=" + cell.value + "\"",
+            [&] { range->SetValue(Value(cell.value)); });
+}
+
+void Select(embedded::Session& session, const std::string& selection) {
+  const host::RangePtr range = RangeOf(session, selection);
+  const std::string sheet = SheetIn(selection);
+  const host::WorksheetPtr active = session.application()->ActiveSheet();
+  if (!sheet.empty() && (!active || !EqualsIgnoreCase(sheet, active->Name()))) {
+    throw UsageError("--select \"" + selection + "\" is not on the active sheet: add --sheet \"" +
+                     sheet + "\".");
+  }
+  ForOption("--select \"" + selection + "\"", [&] { range->Select(); });
+}
+
 void Prepare(embedded::Session& session, const RunOptions& options) {
   if (!options.sheet.empty()) SheetOf(session, options.sheet)->Activate();
-  for (const CellToSet& cell : options.cells_to_set) {
-    const host::RangePtr range = RangeOf(session, cell.reference);
-    if (range->Areas().size() > 1) {
-      throw UsageError("--set writes one area at a time, not \"" + cell.reference + "\".");
-    }
-    range->SetValue(Value(cell.value));
-  }
-  if (!options.selection.empty()) RangeOf(session, options.selection)->Select();
+  for (const CellToSet& cell : options.cells_to_set) SetCell(session, cell);
+  if (!options.selection.empty()) Select(session, options.selection);
   if (!options.caller.empty()) NameCaller(session, options.caller);
 }
 
@@ -213,6 +249,7 @@ RunOutcome RunOperation(const RunOptions& options, Environment& environment,
   RunOutcome outcome;
   Catching(outcome, [&] {
     CheckTarget(options);
+    RequireWritableTargets(options);
     ui::ConsoleUserInterface console(
         ui::Terminal(environment.in, environment.err, environment.width),
         environment.shows_progress ? ui::ConsoleUserInterface::Progress::kShown
@@ -233,6 +270,7 @@ RunOutcome Run(const RunOptions& options, Environment& environment) {
            [&] { call.emplace(options.class_name, options.method_name, options.arguments); });
   if (!call) return outcome;
   return RunOperation(options, environment, [&](ModelSession& session, RunOutcome& called) {
+    called.operation = options.class_name + "." + options.method_name;
     called.result = call->Run(session.services(), session.globals());
     called.arrays = call->FilledArrays();
   });

@@ -64,6 +64,8 @@ struct FurtherOutcome {
 struct RunOutcome {
   ExitCode exit_code = ExitCode::kDone;
   std::optional<ReportedError> error;
+  // What was run: a method, or the menu entry that was picked.
+  std::string operation;
   // What the method returned; empty for a method without a result.
   Value result;
   // Arrays that the method filled.

@@ -115,7 +115,9 @@ SavedFiles SaveInPlace(embedded::Session& session, const fs::path& model, Replac
 }  // namespace
 
 void CheckOutput(const fs::path& model, const fs::path& output) {
-  RefuseModelItself(model, output);
+  if (IsSameFile(model, output)) {
+    throw UsageError("--output names " + model.string() + " itself; choose another name.");
+  }
   RequireSameEnding(model, output, "model");
 }
 

@@ -21,7 +21,7 @@ using embedded::WindowPlace;
 constexpr int kColumns = 72;
 constexpr double kCharacterHeight = 2;
 
-// Cells hold one character each, as UTF-8.
+// Windows as frames of characters, each with its labels inside.
 class Drawing {
  public:
   Drawing(double width, double height)
@@ -29,7 +29,7 @@ class Drawing {
         rows_(std::clamp(
             static_cast<int>(std::lround(height / points_a_column_ / kCharacterHeight)), 4, 48)),
         points_a_row_(std::max(height, 1.0) / rows_),
-        cells_(static_cast<std::size_t>(rows_ + 1), std::string(kColumns + 1, ' ')) {}
+        lines_(static_cast<std::size_t>(rows_ + 1), std::string(kColumns + 1, ' ')) {}
 
   // Covers what was drawn there. What lies outside of the area is cut off.
   void Add(const WindowPlace& window, const std::vector<std::string>& lines) {
@@ -41,7 +41,7 @@ class Drawing {
       const bool is_edge = row == top || row == bottom;
       for (int column = left; column <= right; ++column) {
         const bool is_side = column == left || column == right;
-        cells_[row][column] = is_edge ? (is_side ? '+' : '-') : is_side ? '|' : ' ';
+        lines_[row][column] = is_edge ? (is_side ? '+' : '-') : is_side ? '|' : ' ';
       }
     }
     int row = top + 1;
@@ -54,9 +54,7 @@ class Drawing {
   std::string Text() const {
     std::string text;
     for (int row = 0; row <= rows_; ++row) {
-      text += Line(row);
-      text.erase(text.find_last_not_of(' ') + 1);
-      text += '\n';
+      text += LineWithLabels(row) + '\n';
     }
     return text;
   }
@@ -73,9 +71,10 @@ class Drawing {
   int Row(double points) const {
     return std::clamp(static_cast<int>(std::lround(points / points_a_row_)), 0, rows_);
   }
-  // Labels are put in from the right, so that the columns left of each still count characters.
-  std::string Line(int row) const {
-    std::string line = cells_[row];
+  // Without the blanks at its end. Labels are put in from the right: left of each, a column is
+  // still a byte.
+  std::string LineWithLabels(int row) const {
+    std::string line = lines_[row];
     std::vector<Label> labels;
     std::ranges::copy_if(labels_, std::back_inserter(labels),
                          [&](const Label& label) { return label.row == row; });
@@ -86,13 +85,14 @@ class Drawing {
       line.replace(static_cast<std::size_t>(label.column), static_cast<std::size_t>(width),
                    label.text);
     }
+    line.erase(line.find_last_not_of(' ') + 1);
     return line;
   }
 
   double points_a_column_;
   int rows_;
   double points_a_row_;
-  std::vector<std::string> cells_;
+  std::vector<std::string> lines_;
   std::vector<Label> labels_;
 };
 

@@ -4,7 +4,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "core/cell_place.h"
 #include "core/public_object.h"

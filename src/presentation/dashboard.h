@@ -3,7 +3,6 @@
 // configurations the column is hidden: "H(2,5)" beside any other text.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 

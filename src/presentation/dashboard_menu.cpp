@@ -1,5 +1,4 @@
 // The dashboard's menu: charts to scroll to and column configurations.
-#include <algorithm>
 #include <vector>
 
 #include "core/common.h"

@@ -21,6 +21,8 @@ struct InsertionCase {
   bool marked;
 };
 
+void PrintTo(const InsertionCase& value, std::ostream* out) { *out << value.name; }
+
 class InsertionTest : public ::testing::TestWithParam<InsertionCase> {};
 
 TEST_P(InsertionTest, FormulaFollows) {

@@ -19,6 +19,8 @@ struct EditCase {
   std::vector<std::pair<const char*, const char*>> expected;
 };
 
+void PrintTo(const EditCase& value, std::ostream* out) { *out << value.name; }
+
 class EditTest : public ::testing::TestWithParam<EditCase> {};
 
 TEST_P(EditTest, DependentsShowTheNewValue) {

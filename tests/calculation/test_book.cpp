@@ -1,7 +1,6 @@
 #include "calculation/test_book.h"
 
 #include <charconv>
-#include <stdexcept>
 
 namespace vantora::embedded {
 namespace {

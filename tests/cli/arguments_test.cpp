@@ -52,8 +52,8 @@ struct Mistake {
 
 TEST(Arguments, MistakesAreNamed) {
   const std::vector<Mistake> mistakes = {
-      {{}, "subcommand"},
-      {{"walk"}, "subcommand"},
+      {{}, "A subcommand is required"},
+      {{"walk", "m"}, "There is no subcommand \"walk\""},
       {{"run"}, "MODEL"},
       {{"run", "m"}, "CLASS.METHOD"},
       {{"run", "m", "clsYearEnd", "--dry-run"}, "\"clsYearEnd\" is no CLASS.METHOD"},
@@ -66,6 +66,11 @@ TEST(Arguments, MistakesAreNamed) {
       {{"run", "m", "c.d", "--dry-run", "--set", "A1"}, "no cell and value"},
       {{"run", "m", "c.d", "--dry-run", "--set", "=A1"}, "no cell and value"},
       {{"run", "m", "c.d", "--dry-run", "--set", "'a=b'!C1"}, "no cell and value"},
+      {{"run", "m", "c.d", "--dry-run", "--set", "A1=\xE4"}, "\"A1=?\" is not UTF-8"},
+      {{"run", "m", "c.d", "--dry-run", "--answer", "frmX:txt=\xE4;but"}, "is not UTF-8"},
+      {{"run", "m", "c.d", "\xE4", "--dry-run"}, "is not UTF-8"},
+      {{"windows", "m"}, "--mode"},
+      {{"windows", "m", "--mode", "up"}, "--mode is ud (the dashboard above the sheet) or lr"},
       {{"list", "all"}, "all"},
   };
   for (const Mistake& mistake : mistakes) {

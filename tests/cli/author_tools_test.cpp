@@ -11,6 +11,7 @@ namespace vantora::cli {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 using vantora::testing::CommandResult;
 using vantora::testing::SmallModel;
 
@@ -93,6 +94,58 @@ TEST_F(AuthorTools, JournalNeedsSomethingWrittenAndAJournalIsOne) {
       model.Command({"undo", Path(), "--journal", Path(), "--output", Path("back.xlsm")});
   EXPECT_EQ(no_journal.exit_code, 1);
   EXPECT_THAT(no_journal.err, HasSubstr("is no journal of a run"));
+}
+
+TEST_F(AuthorTools, JournalReplacesNoWorkbookOfTheRun) {
+  std::filesystem::copy_file(model.path(), model.path("other.xlsm"));
+  for (const char* name : {"./model.xlsm", "out.xlsm", "other.xlsm", "other-out.xlsm"}) {
+    const CommandResult result = model.Run(
+        {"clsGlobals.Version", "--output", Path("out.xlsm"), "--with", Path("other.xlsm"),
+         "--output-for", "other.xlsm=" + Path("other-out.xlsm"), "--journal", Path(name)});
+    EXPECT_EQ(result.exit_code, 2) << name;
+    EXPECT_THAT(result.err, HasSubstr("--journal names the workbook "));
+  }
+  const CommandResult folder = model.Run({"clsYearEnd.ShiftHistory", "--in-place", "--yes",
+                                          "--journal", (model.path("missing") / "j").string()});
+  EXPECT_EQ(folder.exit_code, 1);
+  EXPECT_THAT(folder.err, HasSubstr("there is no folder"));
+  std::filesystem::remove(model.path("other.xlsm"));
+  EXPECT_TRUE(model.Untouched());
+}
+
+TEST_F(AuthorTools, AJournalThatCantBeWrittenLeavesTheResultAndSaysSo) {
+  const std::filesystem::path folder = model.path("folder");
+  std::filesystem::create_directory(folder);
+  model.wrap_application = [&](host::ApplicationPtr application) {
+    std::filesystem::remove(folder);
+    return application;
+  };
+  const CommandResult result = model.Run({"clsYearEnd.ShiftHistory", "--output", Path("out.xlsm"),
+                                          "--yes", "--journal", (folder / "j").string()});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.err, HasSubstr("out.xlsm, but not its journal: "));
+  EXPECT_THAT(result.err, Not(HasSubstr("Nothing was written")));
+  EXPECT_TRUE(std::filesystem::exists(model.path("out.xlsm")));
+}
+
+TEST_F(AuthorTools, UndoneAndRecalculatedWorkbooksGetNamesOfTheirOwn) {
+  ASSERT_EQ(ShiftWithJournal().exit_code, 0);
+  const std::string result = Path("shifted.xlsm");
+  const std::string nowhere = (model.path("missing") / "back.xlsm").string();
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"undo", result, "--journal", Path("shift.journal")},
+        std::vector<std::string>{"recalculate", result}}) {
+    auto replacing = command;
+    replacing.insert(replacing.end(), {"--output", result});
+    const CommandResult refused = model.Command(replacing);
+    EXPECT_EQ(refused.exit_code, 2);
+    EXPECT_THAT(refused.err, HasSubstr("shifted.xlsm itself; choose another name."));
+    auto lost = command;
+    lost.insert(lost.end(), {"--output", nowhere});
+    const CommandResult unwritable = model.Command(lost);
+    EXPECT_EQ(unwritable.exit_code, 1);
+    EXPECT_THAT(unwritable.err, HasSubstr("there is no folder"));
+  }
 }
 
 TEST_F(AuthorTools, AFileThatCantBeOpenedGivesTheNumberOfItsError) {

@@ -80,12 +80,19 @@ TEST_F(FurtherWorkbooks, NothingIsSaidOfOneThatDidNotChange) {
 }
 
 TEST_F(FurtherWorkbooks, NoneIsWrittenWhereOneCannotBe) {
-  const std::string nowhere = (model.path("missing") / "b.xlsm").string();
+  // The folder goes while the operation is at work.
+  const std::filesystem::path folder = model.path("folder");
+  const std::string nowhere = (folder / "b.xlsm").string();
+  model.wrap_application = [&](host::ApplicationPtr application) {
+    std::filesystem::remove(folder);
+    return application;
+  };
   for (const Arguments& targets :
        {Arguments{"--output", model.path("a.xlsm").string(), "--output-for",
                   "other.xlsm=" + nowhere},
         Arguments{"--output", nowhere, "--output-for", OutputFor("b.xlsm")},
         Arguments{"--in-place", "--output-for", "other.xlsm=" + nowhere}}) {
+    std::filesystem::create_directory(folder);
     const CommandResult result = Copy(targets);
     EXPECT_EQ(result.exit_code, 1) << result.err;
     EXPECT_EQ(model.Files(), "model.xlsm other.xlsm ");

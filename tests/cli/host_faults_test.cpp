@@ -34,7 +34,7 @@ TEST_P(FailingHostCall, LeavesTheFilesAndReachesTheUser) {
     const CommandResult result = run();
     if (plan->calls < failing_call) break;  // the operation makes no more calls: it was done
     ASSERT_EQ(result.exit_code, 1) << "call " << failing_call;
-    ASSERT_THAT(result.err, HasSubstr("reports error 1004: injected\n"));
+    ASSERT_THAT(result.err, HasSubstr("vantora: injected (error 1004)\n"));
     ASSERT_TRUE(model.Untouched()) << "call " << failing_call << ": " << model.Files();
   }
   EXPECT_GT(failing_call, 10);

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/small_model.h"
+#include "package/zip_archive.h"
 
 namespace vantora::cli {
 namespace {
@@ -128,7 +129,7 @@ TEST_F(MenuCommand, TellsWhatIsWrongWithTheMenuBesideIt) {
   EXPECT_THAT(result.out, Not(HasSubstr("Own")));
   result = Menu({}, {"Planning'!F19=Button"});  // a button, with sub-items below it
   EXPECT_EQ(result.exit_code, 1);
-  EXPECT_THAT(result.err, HasSubstr("reports error 438: "));
+  EXPECT_THAT(result.err, HasSubstr("(error 438)\n"));
   result = Menu({"--dashboard"}, {"Planning'!A1=X14"});
   EXPECT_EQ(result.exit_code, 2);
   EXPECT_THAT(result.err, HasSubstr("no sheet has a \"D\" in its cell A1."));
@@ -139,7 +140,14 @@ TEST_F(MenuCommand, PickedEntriesRunTheirMethod) {
   EXPECT_EQ(result.exit_code, 0) << result.err;
   EXPECT_THAT(result.err, HasSubstr("This will shift all five history years."));
   EXPECT_EQ(CellOf(model.path(), "'Data 01'!J3"), Value(2));
-  EXPECT_EQ(Pick("Vantora > Year &end > Shift", {"--dry-run", "--yes"}).exit_code, 0);
+  const std::filesystem::path journal = model.path("j");
+  EXPECT_EQ(
+      Pick("Vantora > Year &end > Shift", {"--in-place", "--yes", "--journal", journal.string()})
+          .exit_code,
+      0);
+  const embedded::ZipArchive kept(journal);
+  ASSERT_EQ(kept.entries()[0].name, "journal.json");
+  EXPECT_EQ(nlohmann::json::parse(kept.Read(0))["operation"], "Vantora > Year &end > Shift");
   // What a method returns is printed, and a caption may hold what separates captions.
   result = Pick("Vantora > Version > line");
   EXPECT_EQ(result.exit_code, 0) << result.err;

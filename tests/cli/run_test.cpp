@@ -30,6 +30,8 @@ struct Ending {
   std::string err;
 };
 
+void PrintTo(const Ending& ending, std::ostream* out) { *out << ending.name; }
+
 class RunThatWritesNothing : public ::testing::TestWithParam<Ending> {};
 
 TEST_P(RunThatWritesNothing, ExitsWithItsCodeAndLeavesTheFiles) {
@@ -56,6 +58,18 @@ INSTANTIATE_TEST_SUITE_P(
                2,
                "\"Perhaps\" is no button"},
         Ending{"UnknownSheet", {"clsGlobals.Version", "--sheet", "Nowhere"}, 2, "\"Nowhere\""},
+        Ending{"SetOnAnUnknownSheet",
+               {"clsGlobals.Version", "--set", "'No''where'!A1=1"},
+               2,
+               "no worksheet \"No''where\""},
+        Ending{"SelectOnAnotherSheet",
+               {"clsGlobals.Version", "--sheet", "Planning", "--select", "'Data 01'!A1"},
+               2,
+               "add --sheet \"Data 01\""},
+        Ending{"SetThatTheHostRefuses",
+               {"clsGlobals.Version", "--set", "A1==SUM("},
+               1,
+               "vantora: --set \"A1==SUM(\": "},
         Ending{"SetWithoutACell", {"clsGlobals.Version", "--set", "1+1=2"}, 2, "\"1+1\""},
         Ending{
             "UnknownCaller", {"clsGlobals.Version", "--caller", "Spinner 9"}, 2, "\"Spinner 9\""},
@@ -91,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(
                "contact Vantora support"}),
     [](const auto& info) { return info.param.name; });
 
-TEST(Run, FailingHostCallIsReportedWithNumberTextAndSource) {
+TEST(Run, FailingHostCallIsReportedWithTextAndNumber) {
   SmallModel model;
   const CommandResult result = model.Run({"clsYearEnd.ShiftHistory", "--dry-run", "--answer", "OK",
                                           "--set", "'Data 01'!A1=S", "--sheet", "Planning"});
@@ -105,7 +119,7 @@ TEST(Run, FailingHostCallIsReportedWithNumberTextAndSource) {
   const CommandResult failed =
       model.Run({"clsYearEnd.ShiftHistory", "--in-place", "--answer", "OK"});
   EXPECT_EQ(failed.exit_code, 1);
-  EXPECT_THAT(failed.err, HasSubstr("vantora: Microsoft Excel reports error 1004: injected\n"
+  EXPECT_THAT(failed.err, HasSubstr("vantora: injected (error 1004)\n"
                                     "Nothing was written.\n"));
   EXPECT_TRUE(model.Untouched());
 }
@@ -159,10 +173,11 @@ TEST(Run, FileThatCannotBeReadOrWrittenIsAnError) {
     EXPECT_EQ(result.exit_code, 1);
     EXPECT_THAT(result.err, HasSubstr(name));
   }
+  // Before anything is asked.
   const CommandResult unwritable = model.Run(
-      {"clsGlobals.Version", "--output", (model.path("no folder") / "out.xlsm").string()});
+      {"clsYearEnd.ShiftHistory", "--output", (model.path("missing") / "out.xlsm").string()});
   EXPECT_EQ(unwritable.exit_code, 1);
-  EXPECT_THAT(unwritable.err, HasSubstr("no folder"));
+  EXPECT_THAT(unwritable.err, HasSubstr("out.xlsm\" can't be written: there is no folder \""));
   EXPECT_EQ(BytesOf(model.path("text.xlsm")), "no workbook");
   EXPECT_EQ(model.Files(), "model.xlsm text.xlsm ");
 }
@@ -309,7 +324,7 @@ TEST(Run, PlainOpenAndSaveChangesNothing) {
   const CommandResult result =
       model.Run({"clsGlobals.Version", "--output", model.path("out.xlsm").string(), "--changes"});
   EXPECT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_THAT(result.out, HasSubstr("\nNo cell changed.\n"));
+  EXPECT_THAT(result.out, HasSubstr("\nNothing changed.\n"));
   EXPECT_EQ(CellOf(model.path("out.xlsm"), "Planning!D5"), Value(5));
 }
 

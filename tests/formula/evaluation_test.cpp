@@ -6,11 +6,7 @@
 namespace vantora::embedded {
 namespace {
 
-struct Case {
-  const char* formula;
-  const char* expected;
-};
-void PrintTo(const Case& value, std::ostream* out) { *out << value.formula; }
+using Case = FormulaCase;
 
 //        A     B      C      D       E
 //   1    1     10     text   TRUE    (none)

@@ -7,11 +7,7 @@
 namespace vantora::embedded {
 namespace {
 
-struct Case {
-  const char* formula;
-  const char* expected;
-};
-void PrintTo(const Case& value, std::ostream* out) { *out << value.formula; }
+using Case = FormulaCase;
 
 //        A        B     C       D    E    F     G
 //   1    5.6      7     fig     3    6    10    1

@@ -6,11 +6,7 @@
 namespace vantora::embedded {
 namespace {
 
-struct Case {
-  const char* formula;
-  const char* expected;
-};
-void PrintTo(const Case& value, std::ostream* out) { *out << value.formula; }
+using Case = FormulaCase;
 
 //        A      B      C        D       E       F   G   H
 //   1    10     apple  1        TRUE    (none)  1   2   3

@@ -8,11 +8,7 @@
 namespace vantora::embedded {
 namespace {
 
-struct Case {
-  const char* formula;
-  const char* expected;
-};
-void PrintTo(const Case& value, std::ostream* out) { *out << value.formula; }
+using Case = FormulaCase;
 
 //        A       B        C
 //   1    -10000  1.1.08   (holidays) 26.11.08

@@ -13,9 +13,22 @@
 
 #include "formula/evaluate.h"
 #include "package/workbook_file.h"
+#include "package/zip_archive.h"
 
 namespace vantora::embedded {
 namespace {
+
+// A workbook with formulas keeps the order in which they are calculated, which is quicker to look
+// for than the formulas. One that can't be read is left to its test to tell of.
+bool HasFormulas(const std::filesystem::path& workbook) {
+  try {
+    return std::ranges::any_of(ZipArchive(workbook).entries(), [](const ZipArchive::Entry& entry) {
+      return entry.name == "xl/calcChain.xml";
+    });
+  } catch (const FileError&) {
+    return true;
+  }
+}
 
 std::vector<std::filesystem::path> Workbooks() {
   std::vector<std::filesystem::path> found;
@@ -26,7 +39,8 @@ std::vector<std::filesystem::path> Workbooks() {
     if (!std::filesystem::is_directory(folder)) continue;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
       const std::string extension = entry.path().extension().string();
-      if (extension == ".xlsx" || extension == ".xlsm") found.push_back(entry.path());
+      const bool is_workbook = extension == ".xlsx" || extension == ".xlsm";
+      if (is_workbook && HasFormulas(entry.path())) found.push_back(entry.path());
     }
   }
   std::sort(found.begin(), found.end());
@@ -142,7 +156,7 @@ TEST_P(Recalculation, GivesTheStoredResults) {
   const std::unique_ptr<WorkbookFile> file = WorkbookFile::Open(GetParam());
   Comparison comparison(file->model());
   comparison.Run();
-  if (comparison.compared() == 0) GTEST_SKIP() << "There is no formula to compare.";
+  EXPECT_GT(comparison.compared(), 0);
 }
 
 TEST(RecalculationWorkbooks, AreThere) {

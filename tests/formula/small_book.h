@@ -2,6 +2,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,13 @@ inline CellAddress CellAt(std::string_view a1) {
   const Area area = *ParseA1(a1);
   return {area.first_row, area.first_column};
 }
+
+// A formula and what it gives, as SmallBook::Result shows it.
+struct FormulaCase {
+  const char* formula;
+  const char* expected;
+};
+inline void PrintTo(const FormulaCase& value, std::ostream* out) { *out << value.formula; }
 
 class SmallBook {
  public:

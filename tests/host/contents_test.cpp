@@ -83,6 +83,8 @@ TEST_F(ContentsTest, APutFormulaIsAdjustedToEachCell) {
   Range("B1:C2")->SetFormula("=$A1*10");
   EXPECT_EQ(Formula("C2"), "=$A2*10");
   EXPECT_THAT(Numbers("B1:C2"), ElementsAre(10, 10, 20, 20));
+  Range("B1:C2")->SetValue(Value("=$A1*100"));
+  EXPECT_THAT(Numbers("B1:C2"), ElementsAre(100, 100, 200, 200));
   Range("B1:C1")->SetFormula("7.5");
   EXPECT_EQ(Get("C1"), Value(7.5));
   Sheet().cells.SetStyle({5, 5}, 1);
@@ -90,6 +92,21 @@ TEST_F(ContentsTest, APutFormulaIsAdjustedToEachCell) {
   EXPECT_EQ(Get("E5"), Value("=1+1"));
   Range("C2")->SetFormula("");
   EXPECT_TRUE(Get("C2").IsEmpty());
+}
+
+// Excel would not open a file with such a formula.
+TEST_F(ContentsTest, ATextThatIsNoFormulaIsRefused) {
+  Put("C4", 8);
+  for (const char* text : {"=SUM(", "=1+", "=\"a", "=SUM(A1;A2)", "=A1)"}) {
+    EXPECT_THROW(Put("C4", text), HostError) << text;
+    EXPECT_THROW(Range("C4")->SetFormula(text), HostError) << text;
+  }
+  EXPECT_EQ(Get("C4"), Value(8));
+  // What can't be calculated here is a formula all the same.
+  for (const char* text : {"=LAMBDA(x,x+1)(A1)", "=A1#", "=no.such(A1)", "=Costs[x]"}) {
+    Put("C4", text);
+    EXPECT_EQ(Formula("C4"), text);
+  }
 }
 
 TEST_F(ContentsTest, EmptyingKeepsTheFormat) {

@@ -105,6 +105,9 @@ TEST_F(SheetsTest, FormulasOnMissingSheetsAreRefused) {
        {"=Budget!A1", "=1+'My Budget'!A1", "=[1]Plan!A1", "=SUM(Plan:Gone!A1)"}) {
     EXPECT_THAT(Refusal([&] { At("Plan!A1")->SetFormula(formula); }), HasSubstr("does not have"))
         << formula;
+    EXPECT_THAT(Refusal([&] { At("Plan!A1")->SetValue(Value(formula)); }),
+                HasSubstr("does not have"))
+        << formula;
   }
   Book()->Names()->Add("rate", "=Plan!R9C9");
   for (const char* formula : {"=Data!A1", "='Data'!A1&\"Gone!\"", "=#REF!+1", "=rate"}) {

@@ -17,6 +17,8 @@ struct Edit {
   std::vector<std::string> lines;
 };
 
+void PrintTo(const Edit& edit, std::ostream* out) { *out << edit.name; }
+
 class StateChanges : public ::testing::TestWithParam<Edit> {
  protected:
   // Two hidden rows, a protected sheet, a name.

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "core/globals.h"
 #include "operations/year_end_fixture.h"
 #include "support/fake_services.h"

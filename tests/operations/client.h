@@ -43,6 +43,17 @@ class Client {
   std::unique_ptr<Impl> impl_;
 };
 
+// The number of the error that the call ends with; 0 for none.
+template <typename Function>
+int ErrorOf(Function call) {
+  try {
+    call();
+  } catch (const HostError& error) {
+    return error.number();
+  }
+  return 0;
+}
+
 class YearEndClient : public Client {
  public:
   YearEndClient(Services& services, host::ApplicationPtr application)

@@ -282,7 +282,7 @@ TEST_F(CopyWorksheet, CancelledInTheMiddleTheRowsCopiedSoFarStay) {
 }
 
 TEST_F(CopyWorksheet, ReportsNamesThatNoSheetCanHave) {
-  model.Put("Plan!E2", {"='Budget'!A1+'My Rates'!A1"});
+  model.Put("Plan!E2", {"1+Budget!A1+'My Rates'!A1"});
   Copy({kCopy});
   EXPECT_THAT(Reported(), HasSubstr("'My Rates'"));
   EXPECT_THAT(Reported(), HasSubstr("error message #: 1004"));
@@ -325,7 +325,7 @@ TEST_F(CopyWorksheet, ReportsWhateverTheHostRefuses) {
   using testing::FaultPlan;
   auto plan = std::make_shared<FaultPlan>();
   const auto run = [&](int failing_call) {
-    TestModel fresh({"Plan"});
+    TestModel fresh({"Plan", "Gone"});
     fresh.Put("Plan!A1", {1, "=A1+Rates"});
     fresh.Put("Plan!A2", {"=\"x\"&Gone!A1"});
     fresh.AddWorkbook("Other.xlsx", {"Start"});

@@ -10,6 +10,7 @@ namespace vantora {
 namespace {
 
 using ::testing::ElementsAre;
+using testing::ErrorOf;
 using testing::FakeServices;
 using testing::FaultPlan;
 using ::testing::IsEmpty;
@@ -45,16 +46,6 @@ class DashboardMenu : public ::testing::Test {
     menus = std::make_unique<testing::MenuManagementClient>(
         fake.services, std::make_shared<testing::FaultyApplication>(model.application(), plan));
     return *menus;
-  }
-  // The error that the call ends with; 0 for none.
-  template <typename Call>
-  static int ErrorOf(Call call) {
-    try {
-      call();
-    } catch (const HostError& error) {
-      return error.number();
-    }
-    return 0;
   }
   bool IsShown() {
     const auto captions = model.MenuBar();

@@ -2,8 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "operations/client.h"
 #include "operations/test_model.h"
 #include "support/fake_services.h"

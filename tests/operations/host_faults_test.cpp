@@ -75,6 +75,8 @@ struct Operation {
   int least_calls;
 };
 
+void PrintTo(const Operation& operation, std::ostream* out) { *out << operation.name; }
+
 class HostFaults : public ::testing::TestWithParam<Operation> {};
 
 TEST_P(HostFaults, ReachTheCallerAndLeaveTheObjectsWorking) {

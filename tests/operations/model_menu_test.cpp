@@ -12,6 +12,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::EndsWith;
+using testing::ErrorOf;
 using testing::FakeServices;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
@@ -41,16 +42,6 @@ class ModelMenu : public ::testing::Test {
   testing::MenuManagementClient& Menus() {
     menus = std::make_unique<testing::MenuManagementClient>(fake.services, model.application());
     return *menus;
-  }
-  // The error that the call ends with; 0 for none.
-  template <typename Call>
-  static int ErrorOf(Call call) {
-    try {
-      call();
-    } catch (const HostError& error) {
-      return error.number();
-    }
-    return 0;
   }
   std::vector<std::string> MenuBarWith(const std::vector<std::string>& added) {
     std::vector<std::string> captions = {"&File",   "&Edit",  "&View", "&Insert",

@@ -2,8 +2,6 @@
 
 #include <zip.h>
 
-#include <fstream>
-
 #include "package/xml_scanner.h"
 
 namespace vantora::embedded {

@@ -22,6 +22,8 @@ struct CommentCase {
   std::string comment;
 };
 
+void PrintTo(const CommentCase& value, std::ostream* out) { *out << value.name; }
+
 class ConsoleSaveComments : public testing::TestWithParam<CommentCase> {};
 
 TEST_P(ConsoleSaveComments, GivesTheAnswer) {
@@ -73,6 +75,8 @@ struct YearCase {
   bool goes_on;
   int choice;
 };
+
+void PrintTo(const YearCase& value, std::ostream* out) { *out << value.name; }
 
 class ConsoleHistoryPrompt : public testing::TestWithParam<YearCase> {};
 

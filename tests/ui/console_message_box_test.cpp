@@ -15,6 +15,8 @@ struct Case {
   MessageBoxResult result;
 };
 
+void PrintTo(const Case& value, std::ostream* out) { *out << value.name; }
+
 class ConsoleMessageBox : public testing::TestWithParam<Case> {};
 
 TEST_P(ConsoleMessageBox, GivesTheButtonThatWasTyped) {

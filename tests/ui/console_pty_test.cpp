@@ -8,7 +8,6 @@
 #include <csignal>
 #include <fstream>
 #include <functional>
-#include <sstream>
 
 #include "core/progress_dialog.h"
 #include "ui/console/console_user_interface.h"

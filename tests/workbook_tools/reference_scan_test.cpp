@@ -16,6 +16,8 @@ struct ScanCase {
   Names expected;
 };
 
+void PrintTo(const ScanCase& value, std::ostream* out) { *out << value.description; }
+
 class ReferenceScan : public ::testing::TestWithParam<ScanCase> {};
 
 TEST_P(ReferenceScan, ListsTheSheetsInOrderOfAppearance) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <utility>
 
 #include "core/convert.h"
 #include "ui/console/terminal_text.h"

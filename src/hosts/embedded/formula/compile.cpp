@@ -50,6 +50,7 @@ class Compiler {
     } catch (const CannotCompile& problem) {
       program_ = Program();
       program_.reason = problem.reason;
+      program_.is_malformed = problem.reason == kUnreadable;
     }
     return std::move(program_);
   }

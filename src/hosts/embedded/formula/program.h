@@ -73,6 +73,8 @@ class Program {
  public:
   // Why the formula can't be calculated, in plain words; empty when it can.
   std::string reason;
+  // The text is no formula in any program (a parenthesis is missing).
+  bool is_malformed = false;
   std::vector<Node> nodes;
   std::vector<std::uint32_t> operands;
   std::vector<std::string> texts;

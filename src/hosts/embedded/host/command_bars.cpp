@@ -1,7 +1,6 @@
 // The menu bar of the embedded host: Office's command bars over the tree of controls. All controls
 // are temporary here, since nothing of a menu is stored in a workbook.
 #include <algorithm>
-#include <cstddef>
 
 #include "host/menu_control.h"
 #include "host/objects.h"

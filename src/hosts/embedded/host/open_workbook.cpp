@@ -128,11 +128,10 @@ void OpenWorkbook::ClearCell(int sheet_id, CellAddress cell) {
 
 void OpenWorkbook::PutText(int sheet_id, CellAddress cell, const std::string& text) {
   SheetModel& target = sheet(sheet_id);
-  const CellFormat& format = model().styles[target.StyleOf(cell)];
-  if (format.text_format) {
+  if (model().styles[target.StyleOf(cell)].text_format) {
     target.cells.SetConstant(cell, CellValue::Text(model().strings.Intern(text)));
-  } else if (text.size() > 1 && text.front() == '=') {
-    Formula formula = ParseFormula(std::string_view(text).substr(1), cell, model());
+  } else if (IsEnteredAsFormula(sheet_id, cell, text)) {
+    Formula formula = EnteredFormula(sheet_id, cell, text);
     target.cells.SetConstant(cell, CellValue::Blank());
     target.cells.SetFormula(cell, target.formulas.Intern(std::move(formula)));
   } else if (text.front() == '\'') {
@@ -162,6 +161,10 @@ void OpenWorkbook::PutValue(int sheet_id, CellAddress cell, const Value& value) 
 }
 
 void OpenWorkbook::Put(int sheet_id, const Area& area, const Value& value) {
+  if (value.IsText() &&
+      IsEnteredAsFormula(sheet_id, {area.first_row, area.first_column}, value.AsText())) {
+    return PutFormula(sheet_id, area, value.AsText());
+  }
   const bool is_one_cell = area.rows() == 1 && area.columns() == 1;
   const bool holds_nothing =
       !sheet(sheet_id).cells.Get({area.first_row, area.first_column}).has_content();

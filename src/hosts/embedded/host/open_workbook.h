@@ -179,6 +179,11 @@ class OpenWorkbook {
   SheetComments Comments(int sheet);
   void PutValue(int sheet, CellAddress cell, const Value& value);
   void PutText(int sheet, CellAddress cell, const std::string& text);
+  // A formula ("=...") as it is entered into a cell. Refuses what Excel would: a text that is no
+  // formula, or that names a sheet which is not there.
+  Formula EnteredFormula(int sheet, CellAddress cell, std::string_view text);
+  // Whether a text put into the cell is a formula.
+  bool IsEnteredAsFormula(int sheet, CellAddress cell, std::string_view text);
   void ClearCell(int sheet, CellAddress cell);
   // Takes away empty cells that look as their rows and columns do.
   void DropPlainCells(int sheet, const Area& area);

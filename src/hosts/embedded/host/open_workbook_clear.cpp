@@ -1,5 +1,4 @@
 // Clearing cells of an open workbook, and putting a column of values.
-#include <algorithm>
 
 #include "host/column_formats.h"
 #include "host/open_workbook.h"

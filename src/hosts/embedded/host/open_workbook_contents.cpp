@@ -4,6 +4,7 @@
 
 #include "formula/file_prefixes.h"
 #include "formula/number_text.h"
+#include "formula/program.h"
 #include "formula/table_file_form.h"
 #include "formula/unknown_sheets.h"
 #include "host/change_recorder.h"
@@ -44,23 +45,36 @@ std::string OpenWorkbook::FormulaOf(int sheet_id, CellAddress cell) {
   return DisplayValue(stored.value, model().strings);
 }
 
+bool OpenWorkbook::IsEnteredAsFormula(int sheet_id, CellAddress cell, std::string_view text) {
+  return text.size() > 1 && text.front() == '=' &&
+         !model().styles[sheet(sheet_id).StyleOf(cell)].text_format;
+}
+
+Formula OpenWorkbook::EnteredFormula(int sheet_id, CellAddress cell, std::string_view text) {
+  const std::string names = WithTableNames(text.substr(1), model(), sheet_id, cell);
+  Formula formula = ParseFormula(WithFilePrefixes(names), cell, model());
+  if (auto unknown = UnknownSheetIn(formula, model())) {
+    Refuse("Application-defined or object-defined error: the formula \"" + std::string(text) +
+           "\" refers to the sheet \"" + *unknown + "\", which the workbook does not have.");
+  }
+  if (Compile(formula).is_malformed) {
+    Refuse("Application-defined or object-defined error: the formula \"" + std::string(text) +
+           "\" can't be read. Write it in English, with commas between arguments.");
+  }
+  return formula;
+}
+
 void OpenWorkbook::PutFormula(int sheet_id, const Area& area, std::string_view formula) {
   const CellAddress first{area.first_row, area.first_column};
   SheetModel& target = sheet(sheet_id);
-  if (formula.size() < 2 || formula.front() != '=' ||
-      model().styles[target.StyleOf(first)].text_format) {
+  if (!IsEnteredAsFormula(sheet_id, first, formula)) {
     Put(sheet_id, area, Value(formula));
     return;
   }
-  const std::string text = WithTableNames(formula.substr(1), model(), sheet_id, first);
-  Formula parsed = ParseFormula(WithFilePrefixes(text), first, model());
-  if (auto unknown = UnknownSheetIn(parsed, model())) {
-    Refuse("Application-defined or object-defined error: the formula \"" + std::string(formula) +
-           "\" refers to the sheet \"" + *unknown + "\", which the workbook does not have.");
-  }
+  Formula entered = EnteredFormula(sheet_id, first, formula);
   PrepareContents(sheet_id, area);
   // Relative references are distances, so that one formula serves all cells.
-  const FormulaId id = target.formulas.Intern(std::move(parsed));
+  const FormulaId id = target.formulas.Intern(std::move(entered));
   for (int row = area.first_row; row <= area.last_row; ++row) {
     for (int column = area.first_column; column <= area.last_column; ++column) {
       PutValue(sheet_id, {row, column}, Value(0));  // makes the cell, with its format

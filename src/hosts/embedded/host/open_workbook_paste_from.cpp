@@ -1,7 +1,6 @@
 // Pasting cells of another sheet, of the same workbook or of another one.
 #include <algorithm>
 #include <map>
-#include <optional>
 
 #include "formula/unknown_sheets.h"
 #include "host/column_formats.h"

@@ -1,7 +1,5 @@
 #include "host/row_edits.h"
 
-#include <cmath>
-
 #include "host/objects.h"
 #include "host/sheet_protection.h"
 #include "package/sheet_reader.h"

@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <sstream>
 
 #include "package/opc_package.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 constexpr std::string_view kDescription = "journal.json";
 constexpr std::string_view kResult = "result";
+constexpr std::string_view kParts = "parts";
 constexpr std::string_view kBefore = "before/";
 
 bool SameContent(const ZipArchive::Entry& a, const ZipArchive::Entry& b) {
@@ -32,6 +34,16 @@ std::string ListParts(const ZipArchive& archive) {
     list += std::to_string(entry->crc) + " " + std::to_string(entry->size) + " " + name + "\n";
   }
   return list;
+}
+
+// The names in such a list.
+std::set<std::string> NamesIn(const std::string& list) {
+  std::set<std::string> names;
+  std::istringstream lines(list);
+  for (std::string crc, size, name; lines >> crc >> size && std::getline(lines >> std::ws, name);) {
+    names.insert(name);
+  }
+  return names;
 }
 
 std::optional<std::size_t> IndexOf(const ZipArchive& archive, std::string_view name) {
@@ -73,7 +85,7 @@ void WriteJournal(const std::filesystem::path& journal, const ZipArchive& before
     add(std::string(kBefore) + entry.name, before.ReadPacked(i));
   }
   // Which parts the file before had at all tells which ones the run added.
-  add("parts", Pack(ListParts(before)));
+  add(std::string(kParts), Pack(ListParts(before)));
   WriteZip(file, nullptr, outputs);
   file.Commit();
 }
@@ -88,15 +100,7 @@ void UndoRun(const std::filesystem::path& result, const std::filesystem::path& j
                         "journal. Nothing was undone.");
   }
   const auto package = OpcPackage::Open(result);
-  std::set<std::string> parts_before;
-  const std::string list = ReadEntry(record, journal, "parts");
-  for (std::size_t begin = 0; begin < list.size();) {
-    const std::size_t end = list.find('\n', begin);
-    const std::size_t size_at = list.find(' ', begin) + 1;
-    const std::size_t name_at = list.find(' ', size_at) + 1;
-    parts_before.insert(list.substr(name_at, end - name_at));
-    begin = end + 1;
-  }
+  const std::set<std::string> parts_before = NamesIn(ReadEntry(record, journal, kParts));
   for (const std::string& part : package->PartNames()) {
     if (!parts_before.contains(part)) package->Remove(part);
   }
