@@ -1,8 +1,5 @@
 #include "host/pending_saves.h"
 
-#include <algorithm>
-#include <utility>
-
 #include "core/convert.h"
 #include "host/xls_export.h"
 
