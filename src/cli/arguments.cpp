@@ -343,11 +343,14 @@ Command ParseArguments(const std::vector<std::string>& arguments) {
   } catch (const CLI::ParseError& error) {
     throw UsageError(error.what() + std::string(kSeeHelp));
   }
-  if (app.get_subcommands().empty()) {
-    const std::vector<std::string> words = app.remaining();
-    throw UsageError((words.empty() ? std::string("A subcommand is required.")
-                                    : "There is no subcommand \"" + words.front() + "\".") +
+  if (const std::vector<std::string> words = app.remaining(); !words.empty()) {
+    const std::string& word = words.front();
+    throw UsageError((word.starts_with('-') ? "There is no option " + word + "."
+                                            : "There is no subcommand \"" + word + "\".") +
                      kSeeHelp);
+  }
+  if (app.get_subcommands().empty()) {
+    throw UsageError(std::string("A subcommand is required.") + kSeeHelp);
   }
   return subcommands.Parsed();
 }

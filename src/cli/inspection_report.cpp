@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cells/address.h"
+#include "cli/cell_text.h"
 #include "ui/console/terminal_text.h"
 
 namespace vantora::cli {
@@ -10,10 +11,6 @@ namespace {
 
 using embedded::ColumnLetters;
 using Json = nlohmann::ordered_json;
-
-std::string Count(int count, const std::string& one, const std::string& many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
-}
 
 std::string Rows(int first, int last) {
   if (last < first) return "no rows";
@@ -37,7 +34,7 @@ std::string Numbers(const std::vector<int>& numbers) {
 std::string FlagsText(const inspection::SheetFacts& sheet) {
   std::string text;
   for (const inspection::SheetFlag& flag : sheet.flags) {
-    if (!text.empty()) text += ", ";
+    if (!text.empty()) text += "; ";
     text += std::string(flag.letter) + " " + std::string(flag.meaning);
     if (flag.number) text += " " + std::to_string(*flag.number);
   }

@@ -29,6 +29,10 @@ void RequireOtherFile(const fs::path& journal, const fs::path& workbook) {
 void RequireWritable(const fs::path& file) {
   std::error_code ignored;
   if (fs::is_directory(file, ignored)) Refuse(file, "a folder has that name.");
+  if (fs::exists(file, ignored) && access(file.c_str(), W_OK) != 0) {
+    Refuse(file, "it is write-protected (" + std::generic_category().message(errno) +
+                     "). Choose another name, or take the protection off.");
+  }
   const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
   if (!fs::is_directory(folder, ignored)) {
     Refuse(file, "there is no folder \"" + folder.string() +

@@ -8,8 +8,9 @@
 
 namespace vantora::cli {
 
-// Throws embedded::FileError (kCannotWrite) when a folder has the file's name, or the folder that
-// it would stand in does not exist or can't be written to.
+// Throws embedded::FileError (kCannotWrite) when a folder has the file's name, when there is such a
+// file and it is write-protected, and when the folder that it would stand in does not exist or
+// can't be written to.
 void RequireWritable(const std::filesystem::path& file);
 
 // The same for everything that the run would write. Throws UsageError for a journal that would

@@ -19,15 +19,15 @@ struct FlagRule {
 
 const std::vector<FlagRule>& FlagRules() {
   static const std::vector<FlagRule> rules = {
-      {"X", "Reference Sheet; row of its lists", 14, {"clsRefSheet"}},
+      {"X", "Reference Sheet, row of its lists", 14, {"clsRefSheet"}},
       {"S", "history sheet", {}, {"clsYearEnd"}},
       {"F", "base case", {}, {"clsFreeze.FreezeCurrentResults", "clsFreeze.SetSpinnerstoBase"}},
       {"Z", "entered data is cleared", {}, {"clsClearAllData.ClearAllData"}},
       {"L", "key list in column I", {}, {"clsDevelopmentMode.CheckPlanningKeys"}},
       {"G", "ratios", {}, {"clsRatiosCompDataSet.RatiosCompDataSet"}},
       {"Y", "row names in column Z", {}, {"clsNameManagement.NameDefinition"}},
-      {"M", "in the model menu; group", 0, {"clsMenuManagement.CreateVAMenuBar"}},
-      {"I", "icon in the menu; face", 0, {}},
+      {"M", "in the model menu, group", 0, {"clsMenuManagement.CreateVAMenuBar"}},
+      {"I", "icon in the menu, face", 0, {}},
       {"D", "dashboard", {}, {"clsDashboard", "clsDisplayModes", "clsMenuManagement"}},
       {"T", "title sheet", {}, {"clsHider"}},
       {"P", "protected in normal mode", {}, {"clsDevelopmentMode.DevelopmentMode"}},

@@ -1,5 +1,5 @@
-// The dashboard's chart list control: reserved. Workbooks may create it and call Init; it does nothing
-// else yet.
+// The dashboard's chart list control: reserved. Workbooks may create it and call Init; it does
+// nothing else yet.
 #pragma once
 
 #include "core/public_object.h"

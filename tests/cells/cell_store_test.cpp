@@ -17,8 +17,8 @@ std::map<int, double> NumbersIn(const CellStore& cells, int column, int first_ro
 TEST(CellStoreTest, KeepsEveryKindOfValue) {
   CellStore cells;
   const std::pair<CellAddress, CellValue> values[] = {
-      {{1, 1}, CellValue::Number(-0.1)},      {{64, 1}, CellValue::Text(7)},
-      {{65, 1}, CellValue::Boolean(true)},    {{1048576, 16384}, CellValue::Error(CellError::kNum)},
+      {{1, 1}, CellValue::Number(-0.1)},   {{64, 1}, CellValue::Text(7)},
+      {{65, 1}, CellValue::Boolean(true)}, {{1048576, 16384}, CellValue::Error(CellError::kNum)},
       {{3, 2}, CellValue::Blank()},
   };
   for (const auto& [cell, value] : values) cells.Load(cell, value, 0, 5);
@@ -75,8 +75,8 @@ TEST(CellStoreTest, UsedAreaCountsContentAndFormats) {
   CellStore cells;
   EXPECT_EQ(cells.UsedArea(), std::nullopt);
   cells.Load({100, 4}, CellValue::Number(1), 0, 0);
-  cells.Load({7, 6}, CellValue::Blank(), 0, 3);     // a format counts
-  cells.Load({900, 9}, CellValue::Blank(), 0, 0);   // nothing at all does not
+  cells.Load({7, 6}, CellValue::Blank(), 0, 3);    // a format counts
+  cells.Load({900, 9}, CellValue::Blank(), 0, 0);  // nothing at all does not
   EXPECT_EQ(cells.UsedArea(), (Area{7, 4, 100, 6}));
   cells.SetStyle({7, 6}, 0);
   EXPECT_EQ(cells.UsedArea(), (Area{100, 4, 100, 4}));

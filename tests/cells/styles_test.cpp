@@ -8,9 +8,8 @@ namespace {
 TEST(PaletteTest, FindsTheNearestColour) {
   const Palette& palette = DefaultPalette();
   const std::pair<std::uint32_t, int> cases[] = {
-      {0x000000, 1},  {0xFFFFFF, 2},  {0xC0C0C0, 15}, {0x333333, 56},
-      {0x010101, 1},  {0xFEFEFE, 2},  {0xBFC1C0, 15},
-      {0x0000FF, 5},  // stands twice: the first counts
+      {0x000000, 1}, {0xFFFFFF, 2},  {0xC0C0C0, 15}, {0x333333, 56}, {0x010101, 1},
+      {0xFEFEFE, 2}, {0xBFC1C0, 15}, {0x0000FF, 5},  // stands twice: the first counts
   };
   for (auto [rgb, index] : cases) EXPECT_EQ(NearestPaletteIndex(palette, rgb), index) << rgb;
 }

@@ -54,6 +54,9 @@ TEST(Arguments, MistakesAreNamed) {
   const std::vector<Mistake> mistakes = {
       {{}, "A subcommand is required"},
       {{"walk", "m"}, "There is no subcommand \"walk\""},
+      {{"walk", "list"}, "There is no subcommand \"walk\""},
+      {{"--quick", "list"}, "There is no option --quick"},
+      {{"inspect", "m", "n"}, "n"},
       {{"run"}, "MODEL"},
       {{"run", "m"}, "CLASS.METHOD"},
       {{"run", "m", "clsYearEnd", "--dry-run"}, "\"clsYearEnd\" is no CLASS.METHOD"},

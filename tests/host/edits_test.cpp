@@ -67,11 +67,14 @@ TEST_F(EditsTest, APutReadsTextAsItWouldBeTyped) {
     Value put;
     Value stored;
   } cases[] = {
-      {"A1", "12", 12.0},          {"A2", " 1,234.5 ", 1234.5}, {"A3", "12%", 0.12},
-      {"A4", "S14", "S14"},        {"A5", "TRUE", true},        {"A6", "#N/A", CellError::kNotAvailable},
-      {"A7", "", Value()},         {"A8", 0.1, 0.1},            {"A9", "'12", "12"},
-      {"A10", "12", "12"},         {"A11", "1-2", "1-2"},       {"A12", "=1+1", 2.0},
-      {"A13", Value(), Value()},   {"A14", "=", "="},           {"A15", false, false},
+      {"A1", "12", 12.0},        {"A2", " 1,234.5 ", 1234.5},
+      {"A3", "12%", 0.12},       {"A4", "S14", "S14"},
+      {"A5", "TRUE", true},      {"A6", "#N/A", CellError::kNotAvailable},
+      {"A7", "", Value()},       {"A8", 0.1, 0.1},
+      {"A9", "'12", "12"},       {"A10", "12", "12"},
+      {"A11", "1-2", "1-2"},     {"A12", "=1+1", 2.0},
+      {"A13", Value(), Value()}, {"A14", "=", "="},
+      {"A15", false, false},
   };
   for (const auto& one : cases) {
     Put(one.cell, one.put);

@@ -109,6 +109,8 @@ struct Mistake {
   const char* problem;
 };
 
+void PrintTo(const Mistake& mistake, std::ostream* out) { *out << mistake.name; }
+
 class InspectionOfMistakes : public InspectionTest,
                              public ::testing::WithParamInterface<Mistake> {};
 

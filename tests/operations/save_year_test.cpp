@@ -53,8 +53,9 @@ TEST_F(SaveYear, SheetsWithoutFlagUseTheMarkersColumnWhereverItIs) {
 }
 
 TEST_F(SaveYear, PutsAHiddenCommentOnRow2OfEachSavedColumn) {
-  testing::YearEndClient& saver = YearEnd({"OK", "frmSaveComments:butText", "OK",
-                               "frmSaveComments:txtComments=Board\\; v2 <final>;butText"});
+  testing::YearEndClient& saver =
+      YearEnd({"OK", "frmSaveComments:butText", "OK",
+               "frmSaveComments:txtComments=Board\\; v2 <final>;butText"});
   saver.SaveCurrentYear();
   EXPECT_EQ(model.Comment("Data!R2"), " -- 11/21/2026 2:31:05 PM");
   EXPECT_EQ(model.Comment("Plant!T2"), " -- 11/21/2026 2:31:05 PM");

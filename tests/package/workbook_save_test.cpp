@@ -24,7 +24,8 @@ class WorkbookSaveTest : public PackageTest {
   }
   // Makes a sheet the active one of the only window.
   static void Activate(WorkbookFile& file, int sheet) {
-    file.WriteWindows({{.origin = 0, .view = file.windows()[0], .active_sheet = sheet, .sheets = {}}});
+    file.WriteWindows(
+        {{.origin = 0, .view = file.windows()[0], .active_sheet = sheet, .sheets = {}}});
   }
   // Selects cells of the only sheet.
   static void Select(WorkbookFile& file, const Area& area) {

@@ -26,8 +26,8 @@ class ConsoleUserInterface : public UserInterface {
   // Shows a message box that has been answered elsewhere, without asking.
   void ShowAnswered(std::string_view text, int style, std::string_view title,
                     MessageBoxResult answer);
-  // Asks for a line of text, `title` and `text` above it. Enter alone gives `initial`, or asks again
-  // where that is empty. Nullopt for Ctrl-D, Escape and the word "cancel".
+  // Asks for a line of text, `title` and `text` above it. Enter alone gives `initial`, or asks
+  // again where that is empty. Nullopt for Ctrl-D, Escape and the word "cancel".
   std::optional<std::string> AskLine(std::string_view title, std::string_view text,
                                      std::string_view initial);
   // Shows such a question that has been answered elsewhere.

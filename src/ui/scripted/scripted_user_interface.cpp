@@ -18,7 +18,8 @@ std::string DescribeBox(std::string_view text, int style, std::string_view title
     if (!buttons.empty()) buttons += ", ";
     buttons += CaptionOf(button);
   }
-  return "the message box " + Quoted(title) + " (" + buttons + ") with the text " + Quoted(text);
+  return "the message box " + (title.empty() ? "" : Quoted(title) + " ") + "(" + buttons +
+         ") with the text " + Quoted(text);
 }
 
 std::string DescribeForm(const Form& form) {

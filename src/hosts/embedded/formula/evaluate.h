@@ -34,8 +34,9 @@ struct Evaluation {
 enum class Precedents { kUpToDate, kAsTheyAre };
 
 // Evaluates `formula` for the cell at `position`. Texts are interned in model.strings. A precedent
-// cell flagged kNeedsCalculation makes the outcome kPending, unless they are taken as they are; one flagged kStale kUncalculable.
-// `array_area` is the area of an array formula, null for an ordinary one.
+// cell flagged kNeedsCalculation makes the outcome kPending, unless they are taken as they are; one
+// flagged kStale kUncalculable. `array_area` is the area of an array formula, null for an ordinary
+// one.
 Evaluation Evaluate(WorkbookModel& model, const Formula& formula, const CellPosition& position,
                     const Area* array_area = nullptr,
                     Precedents precedents = Precedents::kUpToDate);

@@ -19,10 +19,11 @@ namespace vantora::embedded {
 // part that is not well-formed.
 //
 // Sheet markup: merged cells, conditional formats and validations (areas and formulas), hyperlinks
-// (where they stand, not where they lead), autofilter, sort state, protected ranges, scenarios, page breaks, ignored
-// errors, data consolidation, cell watches, sparklines and the other extension lists, anchors of
-// form controls and embedded objects, the same in custom views. Selections, panes and scroll
-// positions stay at their addresses, as in Excel. (<cols> and <dimension> are the writer's.)
+// (where they stand, not where they lead), autofilter, sort state, protected ranges, scenarios,
+// page breaks, ignored errors, data consolidation, cell watches, sparklines and the other extension
+// lists, anchors of form controls and embedded objects, the same in custom views. Selections, panes
+// and scroll positions stay at their addresses, as in Excel. (<cols> and <dimension> are the
+// writer's.)
 bool FollowInSheetMarkup(SheetMarkup& markup, int sheet,
                          std::span<const ColumnInsertion> insertions, const SheetDirectory& sheets);
 // xl/drawings/drawingN.xml: anchors of charts, pictures, shapes and controls (as their editAs

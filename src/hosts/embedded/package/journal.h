@@ -1,9 +1,9 @@
 // What a run replaced in a workbook file, kept in a file of its own, and putting it back.
 //
 // A journal is a zip archive: "journal.json" tells for a reader what was changed, "result" lists
-// the parts of the file that the run wrote (a line each: checksum, size, name), "parts" those of the
-// file before in the same way, and "before/" holds each part that the run changed or removed as it
-// was.
+// the parts of the file that the run wrote (a line each: checksum, size, name), "parts" those of
+// the file before in the same way, and "before/" holds each part that the run changed or removed as
+// it was.
 #pragma once
 
 #include <filesystem>
