@@ -128,8 +128,21 @@ Scalar Evaluator::ReadCell(int sheet, CellAddress cell) {
 }
 
 bool Evaluator::EnsureUpToDate(const Block& block) {
-  ForEachCell(block, [](int, int, const Scalar&) {});
+  const bool as_they_are = precedents_ == Precedents::kAsTheyAre;
+  const CellStore& cells = model_.sheets[block.sheet]->cells;
+  if (!as_they_are && model_.line_indexes.AreUpToDate(cells, block)) return !stopped();
+  NoteOutOfDate(block);
+  if (!stopped() && !as_they_are) model_.line_indexes.NoteUpToDate(cells, block);
   return !stopped();
+}
+
+std::optional<std::span<const LineIndex::Entry>> Evaluator::CandidatesIn(const Block& line,
+                                                                         const Scalar& value) {
+  if (stopped() || precedents_ == Precedents::kAsTheyAre) return std::nullopt;
+  const LineIndex* index =
+      model_.line_indexes.Find(model_.sheets[line.sheet]->cells, model_.strings, line);
+  if (!index) return std::nullopt;
+  return index->CandidatesFor(value);
 }
 
 // --- Operands ---

@@ -11,14 +11,19 @@ namespace {
 
 // The first element equal to `wanted`; texts without regard to case and with `?` and `*`.
 int FindExact(const Line& line, const Scalar& wanted) {
-  const bool is_pattern = wanted.IsText() && IsPattern(wanted.text);
-  return line.FindFirst(0, [&](int, const Scalar& value) {
+  if (wanted.IsText() && IsPattern(wanted.text)) {
+    return line.FindFirst(0, [&](int, const Scalar& value) {
+      return value.IsText() && MatchesPattern(value.text, wanted.text);
+    });
+  }
+  const auto is_equal = [&](const Scalar& value) {
     if (value.kind != wanted.kind) return false;
     if (value.IsNumber()) return value.number == wanted.number;
     if (value.IsBoolean()) return value.boolean == wanted.boolean;
-    return is_pattern ? MatchesPattern(value.text, wanted.text)
-                      : EqualIgnoringCase(value.text, wanted.text);
-  });
+    return EqualIgnoringCase(value.text, wanted.text);
+  };
+  if (const std::optional<int> found = line.FindIndexed(wanted, false, is_equal)) return *found;
+  return line.FindFirst(0, [&](int, const Scalar& value) { return is_equal(value); });
 }
 
 // A blank looks for 0.

@@ -16,6 +16,7 @@
 #include "cells/string_pool.h"
 #include "cells/styles.h"
 #include "formula/formula.h"
+#include "formula/line_index.h"
 
 namespace vantora::embedded {
 
@@ -123,6 +124,8 @@ class WorkbookModel : public SheetDirectory {
   bool manual_calculation = false;
   // The workbook's structure is protected: sheets are neither hidden nor shown.
   bool structure_is_protected = false;
+  // For the evaluation of look-ups.
+  LineIndexes line_indexes;
 
   SheetModel& AddSheet(std::string name);
   // The name is free. Formulas follow by themselves: they know sheets by their ids.
