@@ -522,6 +522,16 @@ Operand Evaluator::ReferenceFromText(std::string_view text) {
     frame_ = outer;
     return result;
   }
+  if (formula.references.empty() && formula.names.empty() && formula.tables.size() == 1) {
+    const TableReference& reference = formula.tables[0];
+    const Table* table = model_.FindTable(reference.table);
+    std::size_t end = 0;
+    const bool is_whole =
+        ReadTableReference(formula.text, end).has_value() && end == formula.text.size();
+    if (is_whole && table && FindCells(reference, *table).outcome == TableCells::Outcome::kFound) {
+      return EvaluateTable(reference);
+    }
+  }
   if (formula.references.empty() && formula.names.size() == 1) {
     UsedName name;
     const std::size_t mark = formula.text.rfind('!');

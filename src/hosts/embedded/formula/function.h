@@ -51,6 +51,7 @@ std::span<const FunctionEntry> SubtotalFunctions();
 std::span<const FunctionEntry> LookupFunctions();
 std::span<const FunctionEntry> XLookupFunctions();
 std::span<const FunctionEntry> InformationFunctions();
+std::span<const FunctionEntry> CellFunctions();
 std::span<const FunctionEntry> TextFunctions();
 std::span<const FunctionEntry> DateFunctions();
 std::span<const FunctionEntry> WorkdayFunctions();

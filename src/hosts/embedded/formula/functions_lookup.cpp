@@ -4,6 +4,7 @@
 
 #include "formula/functions.h"
 #include "formula/lookup_line.h"
+#include "formula/r1c1.h"
 #include "formula/unicode.h"
 
 namespace vantora::embedded {
@@ -166,12 +167,17 @@ Operand Offset(Call& call) {
 
 Operand Indirect(Call& call) {
   const std::string text(call.Text(0));
-  if (!call.Boolean(1, true)) {
-    call.evaluator().Stop("INDIRECT with R1C1 references is not supported");
-    return {};
-  }
+  const bool in_a1 = call.Boolean(1, true);
   if (call.failed()) return {};
-  return call.evaluator().ReferenceFromText(text);
+  Evaluator& evaluator = call.evaluator();
+  if (in_a1) return evaluator.ReferenceFromText(text);
+  const CellPosition& own = evaluator.position();
+  if (const auto cells = CellsOfR1C1(text, own.sheet, own.cell, evaluator.model())) return *cells;
+  // Names read alike in both notations, references do not.
+  if (ParseA1(std::string_view(text).substr(text.rfind('!') + 1))) {
+    return Scalar::Error(CellError::kRef);
+  }
+  return evaluator.ReferenceFromText(text);
 }
 
 // The numbers from `first` to `last`, down or across; of several only the first one where a single
