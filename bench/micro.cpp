@@ -231,6 +231,7 @@ VANTORA_MEASURE_LOOK_UP(index_match,
 VANTORA_MEASURE_LOOK_UP(xlookup, "XLOOKUP(A1,Accounts!$A$1:$A$5000,Accounts!$B$1:$B$5000)");
 VANTORA_MEASURE_LOOK_UP(sumif, "SUMIF(Accounts!$A$1:$A$5000,A1,Accounts!$B$1:$B$5000)");
 VANTORA_MEASURE_LOOK_UP(countif, "COUNTIF(Accounts!$A$1:$A$5000,A1)");
+VANTORA_MEASURE_LOOK_UP(growing, "COUNTIF(Accounts!$A$1:$A1,A1)");
 VANTORA_MEASURE_LOOK_UP(approximate, "VLOOKUP(A1,Accounts!$A$1:$B$5000,2)");
 
 // Linear in the cells: 28 columns, up to 5,000 rows.

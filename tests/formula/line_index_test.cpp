@@ -67,6 +67,51 @@ TEST(LineIndex, FindsWhatReadingFinds) {
   }
 }
 
+TEST(LineIndex, IsMadeOnceAFewHaveAsked) {
+  LongColumns book;
+  CellStore& cells = book.model.sheets[0]->cells;
+  LineIndexes indexes;
+  const auto find = [&](Area area) {
+    const LineIndex* index = indexes.Find(cells, book.model.strings, {0, area});
+    return index ? static_cast<int>(index->CandidatesFor(Scalar::Text("OWN 89")).size()) : -1;
+  };
+  constexpr Area kColumn{1, 1, kRows, 1};
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(find(kColumn), -1);
+  EXPECT_EQ(find(kColumn), 1);
+  book.Row(0, "A3", {"own 89"});
+  EXPECT_EQ(find(kColumn), -1);
+  for (int i = 0; i < 3; ++i) find(kColumn);
+  EXPECT_EQ(find(kColumn), 2);
+  EXPECT_EQ(find({1, 1, kRows, 2}), -1) << "it is no line";
+  for (int i = 0; i < 9; ++i) EXPECT_EQ(find({1, 2, 20, 2}), -1) << "short ones are read";
+  // Each of another length: after a while one index serves them all, those to come as well.
+  for (int last = 60; last < 100; ++last) find({2, 1, last, 1});
+  EXPECT_EQ(find({2, 1, 150, 1}), 2);
+  book.Row(0, "A190", {"own 89"});
+  EXPECT_EQ(find({2, 1, 151, 1}), -1);
+  EXPECT_EQ(find(kColumn), -1);
+  // Far more lines than are kept in mind.
+  for (int first = 1; first < 3000; ++first) find({first, 2, first + 100, 2});
+  for (int i = 0; i < 3; ++i) find(kColumn);
+  EXPECT_EQ(find(kColumn), 3);
+}
+
+TEST(LineIndex, CountsInLinesThatGrow) {
+  LongColumns book;
+  for (int row = 1; row <= kRows; ++row) {
+    const std::string last = std::to_string(row);
+    LongColumns once;
+    for (const char* formula : {"COUNTIF($A$1:A?,\"north\")", "XMATCH(7,$A$1:A?,0,-1)",
+                                "SUMIF($A$1:A?,10,$B$1:B?)", "MATCH(\"own 149\",$A$1:A?,0)"}) {
+      std::string filled = formula;
+      for (std::size_t at; (at = filled.find('?')) != std::string::npos;) {
+        filled.replace(at, 1, last);
+      }
+      EXPECT_EQ(book.Result(filled), once.Result(filled)) << filled;
+    }
+  }
+}
+
 TEST(LineIndex, FollowsWhatChangesInItsCells) {
   LongColumns book;
   CellStore& cells = book.model.sheets[0]->cells;

@@ -142,7 +142,11 @@ std::optional<std::span<const LineIndex::Entry>> Evaluator::CandidatesIn(const B
   const LineIndex* index =
       model_.line_indexes.Find(model_.sheets[line.sheet]->cells, model_.strings, line);
   if (!index) return std::nullopt;
-  return index->CandidatesFor(value);
+  // The index may go on beyond the line.
+  const std::span<const LineIndex::Entry> candidates = index->CandidatesFor(value);
+  const int length = std::max(line.area.rows(), line.area.columns());
+  const auto end = std::ranges::lower_bound(candidates, length, {}, &LineIndex::Entry::place);
+  return candidates.first(end - candidates.begin());
 }
 
 // --- Operands ---

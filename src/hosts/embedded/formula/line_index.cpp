@@ -14,6 +14,8 @@ namespace {
 constexpr int kShortest = 48;
 // An index costs as much as reading the line a few times.
 constexpr int kRequestsBeforeIndex = 4;
+// Of lines that start in one cell, before all of the column from there on gets one.
+constexpr int kRequestsBeforeLongerIndex = 16;
 // 8 bytes each.
 constexpr std::size_t kMostEntries = std::size_t{1} << 21;
 constexpr std::size_t kMostFindings = 512;
@@ -51,6 +53,13 @@ std::uint32_t HashOf(const Scalar& value) {
     default:
       return 0;
   }
+}
+
+bool IsShort(const Area& area) { return area.rows() < kShortest && area.columns() < kShortest; }
+
+Block ToEndOfColumn(Block line) {
+  line.area.last_row = kMaxRow;
+  return line;
 }
 
 bool AllUpToDate(const CellStore& cells, const Area& area) {
@@ -107,11 +116,20 @@ std::size_t LineIndexes::Hash::operator()(const Block& block) const {
   return std::size_t{Mix(rows)} << 20 ^ Mix(columns);
 }
 
-LineIndexes::Finding& LineIndexes::Current(const CellStore& cells, const Block& block) {
-  if (findings_.size() > kMostFindings || entries_ > kMostEntries) {
-    findings_.clear();
-    entries_ = 0;
+// Indexes are kept as long as there is room for them; the rest is soon found again.
+void LineIndexes::MakeRoom() {
+  if (unanswered_.size() > kMostFindings) unanswered_.clear();
+  bool has_room = entries_ <= kMostEntries;
+  if (findings_.size() > kMostFindings) {
+    std::erase_if(findings_, [](const auto& finding) { return !finding.second.index; });
+    has_room = has_room && findings_.size() <= kMostFindings / 2;
   }
+  if (has_room) return;
+  findings_.clear();
+  entries_ = 0;
+}
+
+LineIndexes::Finding& LineIndexes::Current(const CellStore& cells, const Block& block) {
   Finding& finding = findings_[block];
   if (cells.ChangedSince(block.area, finding.at)) {
     if (finding.index) entries_ -= finding.index->size();
@@ -122,19 +140,32 @@ LineIndexes::Finding& LineIndexes::Current(const CellStore& cells, const Block& 
 }
 
 bool LineIndexes::AreUpToDate(const CellStore& cells, const Block& block) {
-  if (block.area.rows() < kShortest && block.area.columns() < kShortest) return false;
-  return Current(cells, block).up_to_date;
+  if (IsShort(block.area)) return false;
+  const Block longer = ToEndOfColumn(block);
+  if (findings_.contains(longer) && Current(cells, longer).up_to_date) return true;
+  return findings_.contains(block) && Current(cells, block).up_to_date;
 }
 
 void LineIndexes::NoteUpToDate(const CellStore& cells, const Block& block) {
-  if (block.area.rows() < kShortest && block.area.columns() < kShortest) return;
+  if (IsShort(block.area)) return;
+  MakeRoom();
   Current(cells, block).up_to_date = true;
 }
 
 const LineIndex* LineIndexes::Find(const CellStore& cells, const StringPool& strings,
                                    const Block& line) {
-  if (line.area.rows() < kShortest && line.area.columns() < kShortest) return nullptr;
-  if (line.area.rows() > 1 && line.area.columns() > 1) return nullptr;
+  if (IsShort(line.area) || (line.area.rows() > 1 && line.area.columns() > 1)) return nullptr;
+  MakeRoom();
+  if (const LineIndex* index = FindExactly(cells, strings, line)) return index;
+  if (line.area.columns() > 1) return nullptr;
+  Block start = line;
+  start.area.last_row = start.area.first_row;
+  if (++unanswered_[start] < kRequestsBeforeLongerIndex) return nullptr;
+  return FindExactly(cells, strings, ToEndOfColumn(line));
+}
+
+const LineIndex* LineIndexes::FindExactly(const CellStore& cells, const StringPool& strings,
+                                          const Block& line) {
   Finding& finding = Current(cells, line);
   if (!finding.index) {
     if (++finding.requests < kRequestsBeforeIndex) return nullptr;

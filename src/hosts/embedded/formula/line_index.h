@@ -47,8 +47,9 @@ class LineIndexes {
   bool AreUpToDate(const CellStore& cells, const Block& block);
   // They were all looked at, and are.
   void NoteUpToDate(const CellStore& cells, const Block& block);
-  // The index of one column or row, made once it has been asked for a few times between changes;
-  // null when there is none (yet). Valid until the next call of a member.
+  // An index of one column or row, made once it has been asked for a few times between changes;
+  // null when there is none (yet). Places beyond the line's end do not count: lines that grow from
+  // row to row ($A$1:A2, $A$1:A3, ...) share one. Valid until the next call of a member.
   const LineIndex* Find(const CellStore& cells, const StringPool& strings, const Block& line);
 
  private:
@@ -65,8 +66,14 @@ class LineIndexes {
 
   // The block's finding, emptied when something changed.
   Finding& Current(const CellStore& cells, const Block& block);
+  // Makes the index when it was asked for often enough and the cells are up to date.
+  const LineIndex* FindExactly(const CellStore& cells, const StringPool& strings,
+                               const Block& line);
+  void MakeRoom();
 
   std::unordered_map<Block, Finding, Hash> findings_;
+  // By their first cell, how many requests lines of a column could not be answered.
+  std::unordered_map<Block, int, Hash> unanswered_;
   std::size_t entries_ = 0;
 };
 
