@@ -156,6 +156,37 @@ void ShiftHistory(benchmark::State& state) {
   CountCells(state);
 }
 
+// As many look-ups as the table has rows, each of the kinds that a planning model uses, after an
+// edit of the table.
+void LookUp(benchmark::State& state, const char* formula) {
+  const int rows = static_cast<int>(state.range(0));
+  embedded::WorkbookModel model;
+  embedded::SheetModel& table = model.AddSheet("Accounts");
+  embedded::SheetModel& plan = model.AddSheet("Plan");
+  const embedded::FormulaId look_up =
+      plan.formulas.Intern(embedded::ParseFormula(formula, {1, 2}, model));
+  for (int row = 1; row <= rows; ++row) {
+    // Neither list is in order, but every account is there.
+    const auto account = [&](int number) {
+      return embedded::CellValue::Text(model.strings.Intern("Account " + std::to_string(number)));
+    };
+    table.cells.Load({row, 1}, account(row * 7919 % rows), 0, 0);
+    table.cells.Load({row, 2}, embedded::CellValue::Number(row), 0, 0);
+    plan.cells.Load({row, 1}, account(row * 104729 % rows), 0, 0);
+    plan.cells.Load({row, 2}, embedded::CellValue::Number(0), look_up, 0);
+  }
+  Calculator calculator(model);
+  double number = 0;
+  for (auto _ : state) {
+    table.cells.SetConstant({1, 2}, embedded::CellValue::Number(++number));
+    table.cells.SetConstant({2, 1}, table.cells.Get({2, 1}).value);
+    calculator.Changed(table.id, {1, 1, rows, 2});
+    calculator.CalculateAll();
+  }
+  if (!calculator.Uncalculable().empty()) state.SkipWithError("formulas can't be calculated");
+  CountEvaluations(state, calculator);
+}
+
 // One data sheet into the same workbook, cell by cell.
 void CopyWorksheet(benchmark::State& state) {
   for (auto _ : state) {
@@ -190,6 +221,18 @@ VANTORA_MEASURE(RecalculateEverything);
 VANTORA_MEASURE(RecalculateAfterOneEdit);
 VANTORA_MEASURE(InsertColumnOnEachSheet);
 VANTORA_MEASURE(ShiftHistory);
+
+#define VANTORA_MEASURE_LOOK_UP(name, formula) \
+  BENCHMARK_CAPTURE(LookUp, name, formula)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond)
+
+VANTORA_MEASURE_LOOK_UP(vlookup, "VLOOKUP(A1,Accounts!$A$1:$B$5000,2,FALSE)");
+VANTORA_MEASURE_LOOK_UP(index_match,
+                        "INDEX(Accounts!$B$1:$B$5000,MATCH(A1,Accounts!$A$1:$A$5000,0))");
+VANTORA_MEASURE_LOOK_UP(xlookup, "XLOOKUP(A1,Accounts!$A$1:$A$5000,Accounts!$B$1:$B$5000)");
+VANTORA_MEASURE_LOOK_UP(sumif, "SUMIF(Accounts!$A$1:$A$5000,A1,Accounts!$B$1:$B$5000)");
+VANTORA_MEASURE_LOOK_UP(countif, "COUNTIF(Accounts!$A$1:$A$5000,A1)");
+VANTORA_MEASURE_LOOK_UP(growing, "COUNTIF(Accounts!$A$1:$A1,A1)");
+VANTORA_MEASURE_LOOK_UP(approximate, "VLOOKUP(A1,Accounts!$A$1:$B$5000,2)");
 
 // Linear in the cells: 28 columns, up to 5,000 rows.
 BENCHMARK(CopyWorksheet)

@@ -194,6 +194,53 @@ TEST(Recalculation, VolatileFormulasFollowEveryEdit) {
   EXPECT_EQ(book.Value("C1"), "7");
 }
 
+TEST(Recalculation, AFormulaIsVolatileThroughANameThatIs) {
+  TestBook book;
+  book.AddName("last", "OFFSET(Data!$A$1,COUNTA(Data!$A$1:$A$3)-1,1)");
+  book.AddName("twice", "last*2");
+  book.Put("A1", "1");
+  book.Put("D1", "=last");
+  book.Put("D2", "=twice+1");
+  EXPECT_EQ(book.Value("D1") + " " + book.Value("D2"), "0 1");
+  // No reference says that the value comes from there.
+  book.Put("B1", "5");
+  EXPECT_EQ(book.Value("D1") + " " + book.Value("D2"), "5 11");
+  book.Put("B1", "6");
+  EXPECT_EQ(book.Value("D1") + " " + book.Value("D2"), "6 13");
+}
+
+TEST(Recalculation, HiddenRowsConcernSubtotalsAlone) {
+  TestBook book;
+  book.AddName("shown", "SUBTOTAL(109,Data!$A$1:$A$9)");
+  for (const char* place : {"A1", "A2", "A3"}) book.Put(place, "1");
+  book.Put("B1", "=SUBTOTAL(109,A1:A9)");
+  book.Put("B2", "=B1*10");
+  book.Put("B3", "=SUM(A1:A9)");
+  book.Put("B4", "=_xlfn.AGGREGATE(9,5,A5:A9)");
+  book.Put("B5", "=shown+1");
+  book.Put("C9", "=NOW()");
+  book.calculator().CalculateAll();
+  const auto hide_row = [&](int row, bool hidden) {
+    book.model().sheets[0]->rows.EditRows(row, row,
+                                          [&](RowFormat& format) { format.hidden = hidden; });
+    book.calculator().RowsHidden(0, {row, 1, row, kMaxColumn});
+  };
+  const std::size_t before = book.calculator().evaluations();
+  book.Put("A12", "1");
+  book.calculator().CalculateAll();
+  EXPECT_EQ(book.calculator().evaluations() - before, 1u) << "NOW alone is volatile";
+
+  hide_row(2, true);
+  EXPECT_FALSE(book.IsMarked("B3"));
+  EXPECT_FALSE(book.IsMarked("B4")) << "it looks into other rows";
+  EXPECT_EQ(book.Value("B2"), "20");
+  EXPECT_EQ(book.Value("B5"), "3");
+  hide_row(2, false);
+  EXPECT_EQ(book.Value("B2"), "30");
+  hide_row(20, true);
+  EXPECT_FALSE(book.IsMarked("B1"));
+}
+
 TEST(Recalculation, ANameThatComesOrChangesIsFollowed) {
   TestBook book;
   book.Put("A1", "=later+1");

@@ -2,32 +2,14 @@
 
 #include <charconv>
 
+#include "formula/lexical.h"
+
 namespace vantora::embedded {
 namespace {
 
 std::string NumberText(double number) {
   char buffer[32];
   return {buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr};
-}
-
-std::string ErrorText(CellError error) {
-  switch (error) {
-    case CellError::kNull:
-      return "#NULL!";
-    case CellError::kDiv0:
-      return "#DIV/0!";
-    case CellError::kValue:
-      return "#VALUE!";
-    case CellError::kRef:
-      return "#REF!";
-    case CellError::kName:
-      return "#NAME?";
-    case CellError::kNum:
-      return "#NUM!";
-    case CellError::kNotAvailable:
-      return "#N/A";
-  }
-  return "#?";
 }
 
 }  // namespace
@@ -134,7 +116,7 @@ std::string TestBook::TextOf(const CellValue& value) const {
     case CellKind::kBoolean:
       return value.boolean ? "TRUE" : "FALSE";
     case CellKind::kError:
-      return ErrorText(value.error);
+      return std::string(NameOfError(value.error));
     default:
       return "";
   }

@@ -16,7 +16,7 @@ TEST(PaletteTest, FindsTheNearestColour) {
 
 TEST(StylesTest, AnUnknownFormatIsTheDefaultOne) {
   Styles styles;
-  styles.formats.push_back({.fill_color_index = 15, .text_format = true, .locked = false});
+  styles.formats.emplace_back().fill_color_index = 15;
   EXPECT_EQ(styles[1].fill_color_index, 15);
   EXPECT_EQ(styles[9].fill_color_index, -4142);
 }

@@ -6,16 +6,16 @@ Functions that the file format prefixes are written with their prefix.
 from workbook import CellError
 
 # Rows of the sheet from A1 on; None is an empty cell.
-#    A        B         C      D      E       F          G        H    I       J
+#    A        B         C      D      E       F          G        H    I       J    K
 DATA = [
-    [10, 'apple', 2.5, True, -7000, 45292, 45658, 1, 2.1, 'x'],
-    [20, 'pear', 1.5, 'text', 1200, 45350, 45716, 2, 3.9, 'y'],
-    [20, 'fig', None, 3, 1500, 45444, 45382, 3, 6.2, 'x'],
-    [40, 'plum', 7.25, '', 1800, 45535, 45412, 4, 7.8, None],
-    [50, 'apple', -3, None, 2100, 45657, 45530, 5, 10.1, 'z'],
-    [60, 'Apple', 4, False, 2600, 45700, 45623, 6, 11.7, 'x'],
-    [60, 'cherry', 0, 12, 900, 45800, 45291, 7, 14.3, 'w'],
-    [80, 'date', 12, 5, -300, 46000, 45351, 8, 16.2, 'v'],
+    [10, 'apple', 2.5, True, -7000, 45292, 45658, 1, 2.1, 'x', -1000],
+    [20, 'pear', 1.5, 'text', 1200, 45350, 45716, 2, 3.9, 'y', 3600],
+    [20, 'fig', None, 3, 1500, 45444, 45382, 3, 6.2, 'x', -4310],
+    [40, 'plum', 7.25, '', 1800, 45535, 45412, 4, 7.8, None, 1716],
+    [50, 'apple', -3, None, 2100, 45657, 45530, 5, 10.1, 'z', 'a?c'],
+    [60, 'Apple', 4, False, 2600, 45700, 45623, 6, 11.7, 'x', 'abc'],
+    [60, 'cherry', 0, 12, 900, 45800, 45291, 7, 14.3, 'w', ''],
+    [80, 'date', 12, 5, -300, 46000, 45351, 8, 16.2, 'v', '1'],
 ]
 
 STATISTICS = '''
@@ -350,7 +350,393 @@ VDB(2400,300,10,0,10,2,TRUE)
 VDB(2400,300,10,3,2)
 '''
 
-FORMULAS = [line for text in (STATISTICS, SUBTOTALS, MATHEMATICS, LOOKUPS, DATES, FINANCE)
+CORNERS = r'''
+MOD(-3,2)
+MOD(3,-2)
+MOD(-5.5,2)
+MOD(5.5,-2)
+MOD(0.3,0.1)
+MOD(-1,3)
+ROUND(2.675,2)
+ROUND(1.005,2)
+ROUND(-2.675,2)
+ROUND(0.285,2)
+ROUND(1.115,2)
+ROUND(2.5,0)
+ROUND(-2.5,0)
+ROUND(1234567.891,-3)
+ROUND(5.015,2)
+ROUND(1E15+0.5,0)
+ROUNDUP(-0.0001,2)
+ROUNDDOWN(-2.349,2)
+ROUNDUP(3.2,0)
+ROUNDDOWN(1.999999999999999,2)
+MROUND(10,3)
+MROUND(-10,-3)
+MROUND(7.5,5)
+MROUND(1.3,0.2)
+MROUND(6.05,0.1)
+MROUND(5,-2)
+MROUND(0,5)
+MROUND(-2.5,-5)
+CEILING(2.5,1)
+CEILING(-2.5,-2)
+CEILING(-2.5,2)
+CEILING(2.5,-2)
+CEILING(0.234,0.01)
+CEILING(0,-1)
+CEILING(6.3,2.1)
+FLOOR(2.5,1)
+FLOOR(-2.5,-2)
+FLOOR(-2.5,2)
+FLOOR(2.5,-2)
+FLOOR(0.234,0.01)
+FLOOR(0,0)
+FLOOR(5,0)
+INT(-0.5)
+TRUNC(-1.987,2)
+EVEN(-0.5)
+ODD(-2.1)
+QUOTIENT(-9,4)
+WEEKNUM(DATE(2021,1,1),1)
+WEEKNUM(DATE(2021,1,1),2)
+WEEKNUM(DATE(2021,1,3),1)
+WEEKNUM(DATE(2021,1,3),21)
+WEEKNUM(DATE(2020,12,31),21)
+WEEKNUM(DATE(2024,12,30),21)
+WEEKNUM(DATE(2023,1,1),21)
+WEEKNUM(DATE(2023,1,1),2)
+WEEKNUM(DATE(2000,12,31),1)
+WEEKDAY(45292,1)
+WEEKDAY(45292,2)
+WEEKDAY(45292,3)
+WEEKDAY(45292,11)
+WEEKDAY(45292,17)
+WEEKDAY(45292,4)
+YEARFRAC(DATE(2012,1,1),DATE(2012,7,30),0)
+YEARFRAC(DATE(2012,1,1),DATE(2012,7,30),1)
+YEARFRAC(DATE(2012,1,1),DATE(2012,7,30),3)
+YEARFRAC(DATE(2012,2,29),DATE(2016,2,29),1)
+YEARFRAC(DATE(2011,2,28),DATE(2012,2,29),0)
+YEARFRAC(DATE(2012,2,29),DATE(2013,2,28),0)
+YEARFRAC(DATE(2012,2,29),DATE(2013,3,31),0)
+YEARFRAC(DATE(2011,12,31),DATE(2012,12,31),1)
+YEARFRAC(DATE(2011,6,15),DATE(2012,3,1),1)
+YEARFRAC(DATE(2011,6,15),DATE(2012,2,28),1)
+YEARFRAC(DATE(2000,1,1),DATE(2010,1,1),1)
+YEARFRAC(DATE(2012,1,31),DATE(2012,3,31),4)
+YEARFRAC(DATE(2012,1,30),DATE(2012,2,29),4)
+YEARFRAC(DATE(2012,7,30),DATE(2012,1,1),1)
+YEARFRAC(DATE(2012,1,1),DATE(2012,1,1),1)
+DATEDIF(DATE(2024,1,31),DATE(2024,3,1),"MD")
+DATEDIF(DATE(2024,1,31),DATE(2024,2,29),"MD")
+DATEDIF(DATE(2023,5,15),DATE(2024,5,14),"YM")
+DATEDIF(DATE(2023,5,15),DATE(2024,5,15),"YM")
+DATEDIF(DATE(2023,12,31),DATE(2024,2,29),"M")
+DATEDIF(DATE(2024,1,31),DATE(2024,2,29),"M")
+DATEDIF(DATE(2023,5,15),DATE(2024,5,14),"YD")
+DATEDIF(DATE(2023,5,15),DATE(2024,5,16),"YD")
+DATEDIF(DATE(2020,2,29),DATE(2021,2,28),"Y")
+DATEDIF(DATE(2020,2,29),DATE(2021,2,28),"M")
+DATEDIF(DATE(2023,5,15),DATE(2024,5,14),"md")
+EDATE(DATE(2024,1,31),1)
+EDATE(DATE(2024,3,31),-1)
+EDATE(DATE(2024,1,31),1.9)
+EDATE(DATE(2024,2,29),-12)
+EOMONTH(DATE(2024,2,10),0)
+EOMONTH(DATE(2024,1,31),-1)
+EOMONTH(DATE(2023,11,30),3)
+DATE(2024,14,1)
+DATE(2024,0,1)
+DATE(2024,-1,31)
+DATE(2024,1,0)
+DATE(2024,2,30)
+DATE(124,1,1)
+DATE(1900,2,29)
+DATE(2024,3,-30)
+DAY(60)
+MONTH(60)
+_xlfn.DAYS(DATE(2024,3,1),DATE(2024,2,1))
+TIME(25,0,0)
+TIME(0,-1,0)
+TIME(12,61,61)
+HOUR(1.5)
+SECOND(0.5/86400)
+IRR(K1:K4)
+IRR(K1:K4,0.15)
+IRR(K1:K4,0.3)
+IRR(E1:E8)
+IRR(E1:E8,-0.5)
+IRR(E1:E8,0.9)
+IRR(E2:E5)
+IRR({-100;39;59;55;20})
+IRR({-100,230,-132})
+IRR({100;-39;-59;-55;-20})
+IRR({-100;0;0;0;0;200})
+NPV(0.1,E1:E8)
+NPV(0.1,-1000,300,400,500)
+NPV(0.1,D1:D8)
+NPV(-0.5,100,100)
+XNPV(0.05,{-1000;500;600},{45292;45500;46100})
+XIRR({-1000;500;600},{45292;45500;46100})
+XIRR({-1000;500;400},{45292;45500;46100})
+XIRR({-10000;2750;4250;3250;2750},{39448;39508;39751;39859;39904},0.1)
+RATE(48,-200,8000)
+RATE(48,-200,8000,0,1)
+RATE(48,-200,8000,0,0,0.5)
+RATE(10,0,-1000,2000)
+RATE(360,-1000,150000)
+RATE(5,-10,100)
+RATE(12,100,-1200)
+RATE(1,-110,100)
+NPER(0.01,-100,-1000,10000,1)
+NPER(0,-100,1000)
+NPER(0.01,0,-1000,2000)
+NPER(0.1,-10,100)
+PMT(0,10,1000)
+PMT(0.01,10,1000,-100,1)
+FV(0,10,-100,-1000)
+FV(0.06/12,10,-200,-500,1)
+PV(0,10,-100)
+PV(0.08/12,240,500,0,1)
+IPMT(0.1,1,3,8000)
+IPMT(0.1,1,3,8000,0,1)
+IPMT(0.1,3,3,8000,-100,1)
+IPMT(0.1,4,3,8000)
+IPMT(0,1,3,8000)
+PPMT(0.1,1,3,8000)
+PPMT(0.1,1,3,8000,0,1)
+PPMT(0.1,2,3,8000,100,1)
+PPMT(0,1,3,9000)
+CUMIPMT(0.1,3,8000,1,3,1)
+CUMIPMT(0.1,3,8000,2,3,1)
+CUMIPMT(0.1,3,8000,1,3,2)
+CUMIPMT(0,3,8000,1,3,0)
+CUMPRINC(0.1,3,8000,1,3,1)
+CUMPRINC(0.1,3,8000,3,3,1)
+MIRR({-100;50;60},0.1,0.1)
+MIRR({-100;-50;-60},0.1,0.1)
+EFFECT(0.1,2.9)
+NOMINAL(0.1,12)
+DB(1000,100,5,1,6)
+DB(1000,100,5,6,6)
+DB(1000,100,5,7,6)
+DB(1000,0,5,2)
+DB(1000,1000,5,2)
+DB(1000,100,5,1,13)
+DDB(1000,900,5,2)
+DDB(1000,0,5,5)
+DDB(1000,100,5,2.5)
+DDB(1000,100,5,1,10)
+VDB(2400,300,10,0,0.5)
+VDB(2400,300,10,9,10)
+VDB(2400,300,10,7,10)
+VDB(2400,300,10,7,10,2,TRUE)
+VDB(2400,300,10,0.5,1.5)
+VDB(2400,300,10,4,7.5)
+VDB(2400,300,10,4.25,7.5,2,TRUE)
+VDB(2400,0,10,8,9)
+VDB(2400,0,10,8,9,2,TRUE)
+VDB(2400,300,10,1,1)
+SYD(30000,7500,10,0)
+SLN(100,200,5)
+PERCENTILE({1;2;3;4},0.5)
+PERCENTILE({1},0.3)
+PERCENTILE({5;1},1)
+PERCENTILE(C1:C8,-0.1)
+QUARTILE({1;2;4;7;8;9;10;12},1)
+QUARTILE({1;2},0)
+QUARTILE({1;2},4)
+QUARTILE({1;2},-1)
+_xlfn.PERCENTILE.EXC({1;2;3},0.25)
+_xlfn.PERCENTILE.EXC({1;2;3},0.2)
+_xlfn.QUARTILE.EXC({1;2;3},1)
+_xlfn.QUARTILE.EXC({6;7;15;36;39;40;41;42;43;47;49},3)
+LARGE({3;5;3},2)
+LARGE({3;5;3},4)
+SMALL({3;5;3},0)
+SMALL({3;5;3},1.5)
+MEDIAN({1;2;3;4})
+MODE({1;2;2;3;3})
+MODE({1;2;3})
+STDEV({5})
+INDEX(TREND({2;4;7},{1;2;3},{4;5},FALSE),2)
+INDEX(GROWTH({2;4;7},{1;2;3},{4;5},FALSE),1)
+INDEX(GROWTH({2;4;7},{1;2;3},{4;5},TRUE),2)
+INDEX(LOGEST({2;4;7},{1;2;3},FALSE,TRUE),1,2)
+INDEX(LOGEST({2;4;7},{1;2;3},TRUE,TRUE),3,1)
+INDEX(LINEST({2;4;7},{1;2;3},FALSE,TRUE),3,1)
+INDEX(LINEST({2;4;7},{1;2;3},FALSE,TRUE),2,2)
+INDEX(LINEST({2;4;7},{1;2;3},FALSE,TRUE),1,2)
+INDEX(LINEST({2;4;7},{1;2;3},TRUE,TRUE),4,1)
+INDEX(LINEST({2;4;7},{1;2;3},TRUE,TRUE),5,2)
+TEXT(1234.567,"#,##0.00;(#,##0.00)")
+TEXT(-1234.567,"#,##0.00;(#,##0.00)")
+TEXT(0,"0;-0;""nil""")
+TEXT("abc","0;-0;0;""<""@"">""")
+TEXT(75,"[<50]""low"";[<100]""mid"";""high""")
+TEXT(175,"[<50]""low"";[<100]""mid"";""high""")
+TEXT(2.75,"# ?/?")
+TEXT(0.3333,"# ?/?")
+TEXT(2.75,"# ??/16")
+TEXT(5,"# ?/?")
+TEXT(0.5,"?/?")
+TEXT(45292.75,"yyyy-mm-dd hh:mm")
+TEXT(45292.75,"d mmm yy h AM/PM")
+TEXT(1.5,"[h]:mm")
+TEXT(0.000694,"[mm]:ss")
+TEXT(1234567,"#,##0,")
+TEXT(1234567,"0.0,,""M""")
+TEXT(0.1256,"0.0%")
+TEXT(12345,"0.00E+00")
+TEXT(12345,"##0.0E+0")
+TEXT(-5,"0")
+TEXT(-0.4,"0")
+TEXT(1234.5,"0000000.00")
+TEXT(5,"00-00")
+TEXT(TRUE,"0")
+TEXT(1.5,"")
+TEXT(1E-10,"General")
+TEXT(123456789012,"General")
+TEXT(45292,"dddd, mmmm d")
+TEXT(2.5,"0")
+TEXT(0.5,"0")
+TEXT(1.005,"0.00")
+TEXT(44.398,"???.???")
+TEXT(5.25,"# ???/???")
+VALUE("12%")
+VALUE("$1,234.50")
+VALUE("(12)")
+VALUE("1E3")
+VALUE(" 12 ")
+VALUE("")
+VALUE("12:00")
+VALUE("2024-01-15")
+VALUE("abc")
+VALUE("1,2,3")
+VALUE("-$5")
+DATEVALUE("2024-01-15 12:00")
+DATEVALUE("15 January 2024")
+DATEVALUE("Jan 15, 2024")
+TIMEVALUE("1:30 PM")
+TIMEVALUE("25:00")
+SUBSTITUTE("aXbXc","X","-",2)
+SUBSTITUTE("aXbXc","X","-",3)
+SUBSTITUTE("aXbXc","x","-")
+SUBSTITUTE("aaa","aa","b")
+SUBSTITUTE("abc","","x")
+SUBSTITUTE("aXb","X","-",0)
+SEARCH("~?","what?")
+SEARCH("~*","a*b")
+SEARCH("?b","aab")
+SEARCH("a*c","xxabc")
+SEARCH("B","abc")
+SEARCH("","abc")
+SEARCH("","abc",3)
+SEARCH("c","abc",4)
+SEARCH("z","abc")
+FIND("","abc",4)
+FIND("","abc",5)
+FIND("B","abc")
+REPLACE("abcdef",3,2,"X")
+REPLACE("abc",10,2,"X")
+REPLACE("abc",0,2,"X")
+MID("abc",0,1)
+MID("abc",2,-1)
+MID("abc",5,2)
+LEFT("abc",0)
+RIGHT("abc",10)
+REPT("ab",2.9)
+REPT("ab",-1)
+TRIM("  a   b  ")
+PROPER("o'neil mc-donald 2nd")
+EXACT("a","A")
+CHAR(65)
+CODE("")
+CHAR(0)
+COUNTIF(B1:B8,"<>")
+COUNTIF(D1:D8,"<>")
+COUNTIF(D1:D8,"=")
+COUNTIF(D1:D8,"")
+COUNTIF(C1:C8,"<>0")
+COUNTIF(B1:B8,"a*")
+COUNTIF(B1:B8,"<>apple")
+COUNTIF(B1:B8,"=APPLE")
+COUNTIF(B1:B8,">d")
+COUNTIF(C1:C8,"<3")
+COUNTIF(A1:A8,20)
+COUNTIF(A1:A8,"20")
+COUNTIF(B1:B8,"?????")
+COUNTIF(K1:K8,"a~?c")
+COUNTIF(D1:D8,TRUE)
+COUNTIF(D1:D8,"TRUE")
+COUNTIF(D1:D8,D5)
+COUNTBLANK(D1:D8)
+SUMIF(B1:B8,"apple",A1:A8)
+SUMIF(A1:A8,">=50")
+SUMIF(D1:D8,"",A1:A8)
+SUMIF(D1:D8,"=",A1:A8)
+SUMIF(D1:D8,"<>",A1:A8)
+AVERAGEIF(C1:C8,">100")
+SUMIFS(A1:A8,B1:B8,"a*",C1:C8,">0")
+COUNTIFS(D1:D8,"<>",B1:B8,"<>")
+SUMPRODUCT(A1:A8,D1:D8)
+SUMPRODUCT(A1:A8,B1:B8)
+SUMPRODUCT((B1:B8="apple")*A1:A8)
+SUMPRODUCT((B1:B8="apple")*B1:B8)
+SUMPRODUCT(--(D1:D8=TRUE))
+SUMPRODUCT({1;2},{3,4})
+SUM(INDEX(A1:C8,0,1))
+SUM(INDEX(A1:C8,2,0))
+SUM(INDEX(A1:C8,0,0))
+INDEX(A1:C8,9,1)
+INDEX(A1:A8,3)
+INDEX(A1:C1,2)
+INDEX(A1:C8,-1,1)
+INDEX(A1:C8,2)
+SUM(OFFSET(C5,0,0,-3,-2))
+SUM(OFFSET(A1,2,0,3,1))
+OFFSET(A1,-1,0)
+SUM(OFFSET(A1,0,0,0,1))
+SUM(OFFSET(A1:A2,1,0))
+MATCH(45,A1:A8)
+MATCH(5,A1:A8)
+MATCH(60,A1:A8)
+MATCH("a*",B1:B8,0)
+MATCH("APPLE",B1:B8,0)
+MATCH(20,A1:A8,0)
+MATCH(5,{9;7;5;3},-1)
+MATCH(6,{9;7;5;3},-1)
+VLOOKUP(45,A1:B8,2)
+VLOOKUP(45,A1:B8,2,FALSE)
+VLOOKUP(20,A1:B8,3)
+VLOOKUP(20,A1:B8,0)
+HLOOKUP(2,{1,2,3;4,5,6},2)
+LOOKUP(45,A1:A8,B1:B8)
+LOOKUP(5,A1:A8,B1:B8)
+LOOKUP("z",{"a","b"},{1,2})
+CHOOSE(2.9,1,2,3)
+1=TRUE
+"a"="A"
+"a"<"B"
+"10"<9
+TRUE>"z"
+""=C3
+0=C3
+"1"+1
+TRUE+1
+"a"&1.0
+-2^2
+2^-1
+50%%
+1/3*3=1
+0.1+0.2=0.3
+0.1+0.2-0.3
+1E308*10
+2^1024
+'''
+
+FORMULAS = [line for text in (STATISTICS, SUBTOTALS, MATHEMATICS, LOOKUPS, DATES, FINANCE, CORNERS)
             for line in text.split('\n') if line]
 
 # Where LibreOffice differs from Excel, whose value is the one here.
@@ -372,6 +758,48 @@ EXCEL = {
     'DATEDIF(DATE(2000,2,15),DATE(2003,3,15),"YD")': 29.0,
     # It writes off nothing after the end.
     'SYD(30000,7500,10,11)': CellError('#NUM!'),
+    # It rounds whatever the signs are.
+    'MROUND(5,-2)': CellError('#NUM!'),
+    # It begins the next year's first week before the year ends.
+    'WEEKNUM(DATE(2000,12,31),1)': 54.0,
+    # It takes the year for itself, Excel years before 1900 for counted from there.
+    'DATE(124,1,1)': 45292.0,
+    # It has no 29 February 1900.
+    'DATE(1900,2,29)': 60.0,
+    'DAY(60)': 29.0,
+    # It finds no rate from that guess.
+    'IRR(E1:E8,0.9)': 0.10406651765948247,
+    'IRR(E2:E5)': CellError('#NUM!'),
+    # It counts Booleans in cells as numbers.
+    'NPV(0.1,D1:D8)': 3 / 1.1 + 12 / 1.1**2 + 5 / 1.1**3,
+    'SUMPRODUCT(A1:A8,D1:D8)': 1180.0,
+    # A period of 0 is no period.
+    'SYD(30000,7500,10,0)': CellError('#NUM!'),
+    # It shows Booleans as numbers and long numbers in full.
+    'TEXT(TRUE,"0")': 'TRUE',
+    'TEXT(1E-10,"General")': '1E-10',
+    'TEXT(123456789012,"General")': '1.23457E+11',
+    # It knows fewer ways to write a date.
+    'DATEVALUE("15 January 2024")': 45306.0,
+    # It finds nothing nowhere, Excel everywhere.
+    'SEARCH("","abc")': 1.0,
+    'SEARCH("","abc",3)': 3.0,
+    'FIND("","abc",4)': 4.0,
+    'CODE("")': CellError('#VALUE!'),
+    'CHAR(0)': CellError('#VALUE!'),
+    # It takes empty texts for blanks.
+    'COUNTIF(D1:D8,"<>")': 7.0,
+    'COUNTIF(D1:D8,"=")': 1.0,
+    'COUNTIFS(D1:D8,"<>",B1:B8,"<>")': 7.0,
+    'SUMIF(D1:D8,"=",A1:A8)': 50.0,
+    'SUMIF(D1:D8,"<>",A1:A8)': 290.0,
+    # It takes False for 0.
+    'COUNTIF(D1:D8,D5)': 0.0,
+    # It knows no negative sizes.
+    'SUM(OFFSET(C5,0,0,-3,-2))': 4.25,
+    # It compares Booleans as numbers.
+    '1=TRUE': False,
+    'TRUE>"z"': True,
 }
 # Functions that some of its versions do not have.
 NEW = ('XLOOKUP', 'XMATCH')

@@ -145,8 +145,6 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"CELL(\"col\",B2)", "2"}, Case{"CELL(\"contents\",C1)", "\"fig\""},
                     Case{"CELL(\"type\",G5)&CELL(\"type\",C1)&CELL(\"type\",F5)", "\"blv\""},
                     Case{"CELL(\"protect\",A1)", "1"}, Case{"CELL(\"nothing\",A1)", "#VALUE!"},
-                    Case{"CELL(\"filename\",A1)",
-                         "can't: CELL(\"filename\") is not supported here"},
                     Case{"CELL(\"row\")", "can't: CELL without a reference is not supported"},
                     Case{"CLEAN(CHAR(9)&\"a\"&CHAR(10)&\"b\u00e4\")", "\"ab\u00e4\""},
                     Case{"ISFORMULA(1)", "#VALUE!"}, Case{"ISFORMULA(A1)", "FALSE"}));

@@ -85,7 +85,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"CEILING(0.234,0.01)", "0.24"}, Case{"CEILING(5,0)", "0"}, Case{"FLOOR(2.5,1)", "2"},
         Case{"FLOOR(-2.5,-2)", "-2"}, Case{"FLOOR(-2.5,2)", "-4"}, Case{"FLOOR(2.5,-2)", "#NUM!"},
         Case{"FLOOR(5,0)", "#DIV/0!"}, Case{"FLOOR(6.6,2.2)", "6.6"}, Case{"MROUND(10,3)", "9"},
-        Case{"MROUND(-10,3)", "#NUM!"}, Case{"EVEN(1.5)", "2"}, Case{"EVEN(-1)", "-2"},
+        Case{"MROUND(-10,3)", "#NUM!"}, Case{"MROUND(6.05,0.1)", "6"},
+        Case{"MROUND(7.05,0.1)", "7.1"}, Case{"EVEN(1.5)", "2"}, Case{"EVEN(-1)", "-2"},
         Case{"ODD(1.5)", "3"}, Case{"ODD(0)", "1"}));
 
 INSTANTIATE_TEST_SUITE_P(

@@ -54,6 +54,23 @@ TEST_F(RowsTest, HidesWholeRowsAndKeepsTheirHeight) {
   EXPECT_EQ(Row(3)->RowHeight(), 30);
 }
 
+TEST_F(RowsTest, SubtotalsFollowRowsThatAreHiddenOrShown) {
+  RowsTo(1, 4)->SetValue(Value(1));
+  sheet_->Cells(1, 2)->SetFormula("=SUBTOTAL(109,A1:A4)*10");
+  const auto subtotal = [&] { return sheet_->Cells(1, 2)->Value(); };
+  EXPECT_EQ(subtotal(), Value(40));
+  RowsTo(2, 3)->SetRowsHidden(true);
+  EXPECT_EQ(subtotal(), Value(20));
+  Row(4)->SetRowHeight(0);
+  EXPECT_EQ(subtotal(), Value(10));
+  RowsTo(1, 4)->SetRowsHidden(false);
+  EXPECT_EQ(subtotal(), Value(40));
+  // Grouping hides by levels.
+  RowsTo(3, 4)->SetOutlineLevel(2);
+  sheet_->OutlineShowLevels(1);
+  EXPECT_EQ(subtotal(), Value(20));
+}
+
 TEST_F(RowsTest, TheListOfChangesNamesRowsThatWereHiddenOrShownAndProtection) {
   RowsTo(2, 3)->SetRowsHidden(true);
   session_->RecordChanges();

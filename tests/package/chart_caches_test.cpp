@@ -91,5 +91,58 @@ TEST_F(ChartCachesTest, TextsKeepTheirFormatUntilTheirCellChanges) {
               HasSubstr("<c:f>[1]Other!$A$1</c:f><c:numCache><c:ptCount val=\"1\"/></c:num"));
 }
 
+std::string Levels(const std::string& formula, const std::string& inner) {
+  return "<c:multiLvlStrRef><c:f>" + formula + "</c:f><c:multiLvlStrCache>" + inner +
+         "</c:multiLvlStrCache></c:multiLvlStrRef>";
+}
+
+std::string Level(std::initializer_list<std::pair<int, const char*>> points) {
+  std::string text = "<c:lvl>";
+  for (const auto& [index, value] : points) {
+    text += "<c:pt idx=\"" + std::to_string(index) + "\"><c:v>" + value + "</c:v></c:pt>";
+  }
+  return text + "</c:lvl>";
+}
+
+TEST_F(ChartCachesTest, CategoriesInLevelsFollowTheirRowsOrColumns) {
+  // The level next to the axis is the last row, or column.
+  auto file = OpenChart(
+      Levels("Data!$A$1:$D$2", "<c:ptCount val=\"4\"/>" + Level({{0, "FY23"}, {1, "2024"}}) +
+                                   Level({{0, "10"}, {1, "20"}, {3, "x"}})) +
+      Levels("Data!$A$1:$B$3",
+             "<c:ptCount val=\"2\"/>" + Level({{0, "20"}, {1, "2024"}}) + "<c:lvl/>"));
+  Set(*file, {2, 2}, 2025);
+  Set(*file, {1, 3}, 7);
+  Set(*file, {3, 1}, 1);
+  EXPECT_EQ(
+      Saved(*file, kChart),
+      "<c:chart xmlns:c=\"x\">" +
+          Levels("Data!$A$1:$D$2", "<c:ptCount val=\"4\"/>" + Level({{0, "FY23"}, {1, "2025"}}) +
+                                       Level({{0, "10"}, {1, "20"}, {2, "7"}, {3, "x"}})) +
+          Levels("Data!$A$1:$B$3", "<c:ptCount val=\"3\"/>" + Level({{0, "20"}, {1, "2025"}}) +
+                                       Level({{0, "10"}, {1, "2023"}, {2, "1"}})) +
+          "</c:chart>");
+}
+
+TEST_F(ChartCachesTest, LevelsAndCategoriesComeWithColumns) {
+  auto file = OpenChart(
+      Levels("Data!$A$1:$E$2",
+             "<c:ptCount val=\"4\"/>" + Level({{0, "2023"}}) + Level({{0, "10"}})) +
+      Levels("Data!$A$1:$C$2", "<c:ptCount val=\"2\"/>" + Level({{1, "2024"}}) + Level({})) +
+      Levels("Data!$A$1:$A$2", "<c:ptCount val=\"2\"/>" + Level({}) + Level({{0, "gone"}})));
+  Set(*file, {1, 1}, 11);
+  EXPECT_EQ(
+      Saved(*file, kChart),
+      "<c:chart xmlns:c=\"x\">" +
+          Levels("Data!$A$1:$E$2", "<c:ptCount val=\"5\"/>" + Level({{0, "2023"}, {1, "2024"}}) +
+                                       Level({{0, "11"}, {1, "20"}, {3, "x"}})) +
+          // Two rows and two levels before: it is not told which is which, and rows stay.
+          Levels("Data!$A$1:$C$2", "<c:ptCount val=\"3\"/>" + Level({{0, "2023"}, {1, "2024"}}) +
+                                       Level({{0, "11"}, {1, "20"}})) +
+          Levels("Data!$A$1:$A$2",
+                 "<c:ptCount val=\"1\"/>" + Level({{0, "2023"}}) + Level({{0, "11"}})) +
+          "</c:chart>");
+}
+
 }  // namespace
 }  // namespace vantora::embedded

@@ -182,24 +182,31 @@ TEST_F(WorkbookReadTest, ReadsFillsLocksAndTextFormats) {
       "val=\"windowText\" lastClr=\"000000\"/></a:dk1><a:lt1><a:srgbClr val=\"FFFFFF\"/>"
       "</a:lt1><a:accent1><a:srgbClr val=\"0000FF\"/></a:accent1></a:clrScheme>"
       "</a:themeElements></a:theme>");
+  struct Expected {
+    int fill_color_index;
+    bool text_format;
+    bool locked;
+    const char* number_format = "";
+    TextAlignment alignment = TextAlignment::kGeneral;
+  };
   struct Case {
     const char* fill;
     const char* rest;  // attributes and children of the xf
-    CellFormat expected;
+    Expected expected;
   };
   const std::vector<Case> cases = {
       {"<patternFill patternType=\"none\"/>", "", {-4142, false, true}},
-      {"<patternFill/>", "numFmtId=\"49\">", {-4142, true, true}},
+      {"<patternFill/>", "numFmtId=\"49\">", {-4142, true, true, "@"}},
       {"<patternFill patternType=\"solid\"><fgColor rgb=\"FFFFFF00\"/><bgColor indexed=\"10\"/>"
        "</patternFill>",
        "numFmtId=\"164\">",
-       {6, true, true}},
+       {6, true, true, "@"}},
       {"<patternFill patternType=\"solid\"><fgColor indexed=\"39\"/></patternFill>",
        "",
        {32, false, true}},
       {"<patternFill patternType=\"solid\"><fgColor indexed=\"2\"/></patternFill>",
-       "><protection locked=\"0\"/>",
-       {3, false, false}},
+       "numFmtId=\"10\"><alignment horizontal=\"right\"/><protection locked=\"0\"/>",
+       {3, false, false, "0.00%", TextAlignment::kRight}},
       {"<patternFill patternType=\"solid\"><fgColor indexed=\"64\"/></patternFill>",
        "",
        {1, false, true}},
@@ -208,7 +215,7 @@ TEST_F(WorkbookReadTest, ReadsFillsLocksAndTextFormats) {
        {2, false, true}},
       {"<patternFill patternType=\"solid\"><fgColor theme=\"1\" tint=\"0.5\"/></patternFill>",
        "numFmtId=\"165\">",
-       {16, false, true}},
+       {16, false, true, "0@"}},
       {"<patternFill patternType=\"solid\"><fgColor theme=\"4\" tint=\"-0.5\"/></patternFill>",
        "",
        {11, false, true}},
@@ -238,6 +245,8 @@ TEST_F(WorkbookReadTest, ReadsFillsLocksAndTextFormats) {
   for (std::size_t i = 0; i < cases.size(); ++i) {
     const CellFormat& format = styles.formats[i];
     EXPECT_EQ(format.fill_color_index, cases[i].expected.fill_color_index) << cases[i].fill;
+    EXPECT_EQ(format.number_format, cases[i].expected.number_format) << cases[i].fill;
+    EXPECT_EQ(format.alignment, cases[i].expected.alignment) << cases[i].fill;
     EXPECT_EQ(format.text_format, cases[i].expected.text_format) << cases[i].rest;
     EXPECT_EQ(format.locked, cases[i].expected.locked) << cases[i].rest;
   }

@@ -144,6 +144,7 @@ void CellStore::Load(CellAddress cell, const CellValue& value, FormulaId formula
   block.formula[offset] = formula;
   block.style[offset] = style;
   block.flags[offset] = 0;
+  NoteChange(cell.column, block);
 }
 
 void CellStore::SetValue(CellAddress cell, const CellValue& value) {
@@ -152,6 +153,7 @@ void CellStore::SetValue(CellAddress cell, const CellValue& value) {
   if (block.At(offset).value == value) return;
   block.PutValue(offset, value);
   block.flags[offset] |= kValueChanged;
+  NoteChange(cell.column, block);
 }
 
 void CellStore::SetConstant(CellAddress cell, const CellValue& value) {
@@ -185,6 +187,8 @@ void CellStore::SetFlag(CellAddress cell, CellFlag flag, bool on) {
   Block& block = Ensure(cell);
   std::uint8_t& flags = block.flags[BlockOffset(cell.row)];
   flags = static_cast<std::uint8_t>(on ? flags | flag : flags & ~flag);
+  // That a value is up to date again changes nothing of what was found while it was.
+  if (on) NoteChange(cell.column, block);
 }
 
 void CellStore::Erase(CellAddress cell) {
@@ -197,6 +201,7 @@ void CellStore::Erase(CellAddress cell) {
   block.style[offset] = 0;
   block.flags[offset] = 0;
   --size_;
+  NoteChange(cell.column, block);
 }
 
 void CellStore::InsertColumns(int column, int count) {
@@ -207,6 +212,24 @@ void CellStore::InsertColumns(int column, int count) {
   columns_.insert(columns_.begin() + (column - 1), std::make_move_iterator(added.begin()),
                   std::make_move_iterator(added.end()));
   inserted_ += count;
+  moved_at_ = ++changes_;
+}
+
+bool CellStore::ChangedSince(const Area& area, std::uint64_t count) const {
+  if (changes_ <= count) return false;
+  if (moved_at_ > count) return true;
+  const int last_column = std::min(area.last_column, LastColumn());
+  for (int number = area.first_column; number <= last_column; ++number) {
+    const Column& column = *columns_[number - 1];
+    if (column.changed_at <= count) continue;
+    const int last =
+        std::min(BlockIndex(area.last_row), static_cast<int>(column.blocks.size()) - 1);
+    for (int index = BlockIndex(area.first_row); index <= last; ++index) {
+      const Block* block = column.blocks[index].get();
+      if (block && block->changed_at > count) return true;
+    }
+  }
+  return false;
 }
 
 std::optional<Area> CellStore::UsedArea() const {
@@ -246,9 +269,12 @@ CellStore CellStore::Clone() const {
   copy.inserted_ = inserted_;
   copy.size_ = size_;
   copy.bytes_ = bytes_;
+  copy.changes_ = changes_;
+  copy.moved_at_ = moved_at_;
   for (const auto& column : columns_) {
     auto& added = copy.columns_.emplace_back(std::make_unique<Column>());
     added->origin = column->origin;
+    added->changed_at = column->changed_at;
     for (const auto& block : column->blocks) {
       added->blocks.push_back(block ? std::make_unique<Block>(*block) : nullptr);
     }

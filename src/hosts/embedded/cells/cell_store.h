@@ -122,6 +122,13 @@ class CellStore {
     }
   }
 
+  // A count of the changes so far of what cells hold: of values, and of the flags that call them
+  // out of date or stale.
+  std::uint64_t changes() const { return changes_; }
+  // Whether something of that changed within the area after `changes()` gave that count. Costs a
+  // look at each of the area's blocks at the most.
+  bool ChangedSince(const Area& area, std::uint64_t count) const;
+
   // A copy of all cells, for telling later what changed.
   CellStore Clone() const;
 
@@ -137,12 +144,15 @@ class CellStore {
     std::array<FormulaId, kBlockRows> formula{};
     std::array<CellKind, kBlockRows> kind{};
     std::array<std::uint8_t, kBlockRows> flags{};
+    // The store's count at the last change.
+    std::uint64_t changed_at = 0;
 
     Cell At(int offset) const;
     void PutValue(int offset, const CellValue& value);
   };
   struct Column {
     int origin = kNewColumn;
+    std::uint64_t changed_at = 0;
     std::vector<std::unique_ptr<Block>> blocks;
   };
 
@@ -151,6 +161,9 @@ class CellStore {
   // change flags of a new cell are set.
   Block& Ensure(CellAddress cell);
   Column& EnsureColumn(int column);
+  void NoteChange(int column, Block& block) {
+    block.changed_at = columns_[column - 1]->changed_at = ++changes_;
+  }
 
   // No entry is null. Columns right of the last one have no cells; they come from the package's
   // column of their number less what was inserted.
@@ -158,6 +171,9 @@ class CellStore {
   int inserted_ = 0;
   std::size_t size_ = 0;
   std::size_t bytes_ = 0;
+  std::uint64_t changes_ = 0;
+  // The count when columns were last inserted.
+  std::uint64_t moved_at_ = 0;
 };
 
 }  // namespace vantora::embedded

@@ -3,13 +3,17 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "cells/cell_store.h"
 
 namespace vantora::embedded {
 
-// One entry of cellXfs, as far as the host's members read it.
+// How a cell's text stands in it. kGeneral: texts to the left, numbers to the right.
+enum class TextAlignment : std::uint8_t { kGeneral, kLeft, kCenter, kRight, kFill };
+
+// One entry of cellXfs, as far as the host's members and formulas read it.
 struct CellFormat {
   // Palette index 1 to 56 of the fill, -4142 without a fill.
   int fill_color_index = -4142;
@@ -17,6 +21,9 @@ struct CellFormat {
   bool text_format = false;
   // Cells of this format can't be edited while their sheet is protected.
   bool locked = true;
+  TextAlignment alignment = TextAlignment::kGeneral;
+  // The code of the number format; "" for "General".
+  std::string number_format;
 };
 
 // Colours as 0xRRGGBB.

@@ -50,6 +50,13 @@ class Calculator::Impl {
     invalidation_.Propagate();
   }
 
+  void RowsHidden(int sheet, const Area& area) {
+    // Without such a formula there is no need for the index.
+    if (!is_built_ && !SomeFormulaSeesRows()) return;
+    Prepare();
+    if (invalidation_.MarkSeersOfRows(sheet, area)) invalidation_.Propagate();
+  }
+
   void NamesChanged() { names_changed_ = true; }
   // Marks the formulas that use names when some changed, once for however many did.
   void ApplyNameChanges();
@@ -115,6 +122,7 @@ class Calculator::Impl {
            static_cast<std::uint64_t>(position.cell.row);
   }
 
+  bool SomeFormulaSeesRows();
   // Builds the index when that has not been done; true when it was built now.
   bool Prepare();
   void ApplyRuns(const std::vector<FollowingRun>& runs, const ColumnInsertion& insertion);
@@ -133,8 +141,7 @@ class Calculator::Impl {
   std::vector<CellPosition> NeededBy(const std::vector<CellPosition>& circle);
   void SetOutdated(const std::vector<CellPosition>& formulas, bool outdated);
   void Tidy();
-  void Finish(const CellPosition& position, const Formula& formula, const Area* array,
-              const Evaluation& evaluation);
+  void Finish(const CellPosition& position, const Area* array, const Evaluation& evaluation);
   void GiveUp(const CellPosition& position, const Area* array, const std::string& reason);
   bool IsOutdated(const CellPosition& position) const {
     return model_.sheets[position.sheet]->cells.Get(position.cell).flags & kNeedsCalculation;
@@ -166,6 +173,18 @@ bool Calculator::Impl::Prepare() {
   reasons_.resize(model_.sheets.size());
   if (builds) invalidation_.MarkNeverCalculated();
   return builds;
+}
+
+bool Calculator::Impl::SomeFormulaSeesRows() {
+  for (const auto& sheet : model_.sheets) {
+    for (FormulaId id = 1; id <= sheet->formulas.size(); ++id) {
+      if (sheet->formulas[id].sees_hidden_rows) return true;
+    }
+  }
+  for (std::size_t name = 0; name < model_.names.size(); ++name) {
+    if (index_.precedents().FormulaOfName(name).sees_hidden_rows) return true;
+  }
+  return false;
 }
 
 void Calculator::Impl::ApplyNameChanges() {
@@ -283,7 +302,7 @@ void Calculator::Impl::Step() {
   ++evaluations_;
   switch (evaluation.outcome) {
     case Evaluation::Outcome::kValue:
-      Finish(position, formula, array, evaluation);
+      Finish(position, array, evaluation);
       return;
     case Evaluation::Outcome::kUncalculable:
       GiveUp(position, array, evaluation.reason);
@@ -424,7 +443,7 @@ std::optional<double> Calculator::Impl::IterateOnce(const std::vector<CellPositi
     }
     const CellValue before = sheet.cells.Get(position.cell).value;
     largest = std::max(largest, ChangeBetween(before, evaluation.value));
-    Finish(position, formula, array, evaluation);
+    Finish(position, array, evaluation);
   }
   return largest;
 }
@@ -434,8 +453,8 @@ void Calculator::Impl::Tidy() {
   for (std::size_t i = 0; i < stack_.size(); ++i) places_[Key(stack_[i].position)] = i;
 }
 
-void Calculator::Impl::Finish(const CellPosition& position, const Formula& formula,
-                              const Area* array, const Evaluation& evaluation) {
+void Calculator::Impl::Finish(const CellPosition& position, const Area* array,
+                              const Evaluation& evaluation) {
   CellStore& cells = model_.sheets[position.sheet]->cells;
   auto put = [&](CellAddress cell, const CellValue& value) {
     cells.SetValue(cell, value);
@@ -453,7 +472,7 @@ void Calculator::Impl::Finish(const CellPosition& position, const Formula& formu
   }
   auto& reasons = reasons_[position.sheet];
   if (!reasons.empty()) reasons.erase({position.cell.row, position.cell.column});
-  invalidation_.NoteCalculated(position.sheet, formula);
+  invalidation_.NoteCalculated(position.sheet, cells.Get(position.cell).formula);
 }
 
 void Calculator::Impl::GiveUp(const CellPosition& position, const Area* array,
@@ -473,8 +492,7 @@ void Calculator::Impl::GiveUp(const CellPosition& position, const Area* array,
     flag(position.cell);
   }
   reasons_[position.sheet][{position.cell.row, position.cell.column}] = reason;
-  invalidation_.NoteCalculated(position.sheet,
-                               sheet.formulas[sheet.cells.Get(position.cell).formula]);
+  invalidation_.NoteCalculated(position.sheet, sheet.cells.Get(position.cell).formula);
 }
 
 std::vector<Uncalculated> Calculator::Impl::Uncalculable() const {
@@ -505,6 +523,11 @@ Calculator::~Calculator() = default;
 void Calculator::Changed(int sheet, const Area& area) {
   impl_->ApplyNameChanges();
   impl_->Changed(sheet, area);
+}
+
+void Calculator::RowsHidden(int sheet, const Area& area) {
+  impl_->ApplyNameChanges();
+  impl_->RowsHidden(sheet, area);
 }
 
 void Calculator::NamesChanged() { impl_->NamesChanged(); }

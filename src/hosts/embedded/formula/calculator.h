@@ -33,6 +33,9 @@ class Calculator {
   // marks these and all that depends on the area as out of date.
   void Changed(int sheet, const Area& area);
 
+  // Rows within the area were hidden or shown: marks what depends on that (SUBTOTAL, AGGREGATE).
+  void RowsHidden(int sheet, const Area& area);
+
   // Columns were inserted and formulas follow. Call instead of CellStore::InsertColumns: it moves
   // the cells, rewrites the formulas that the insertion crosses (on all sheets) and moves the
   // index's entries; formulas whose value may depend on where things stand are marked. Names follow

@@ -82,6 +82,12 @@ bool Criterion::Equals(const Scalar& value) const {
   }
 }
 
+std::optional<Scalar> Criterion::EqualTo() const {
+  const bool is_empty = operand_.IsText() && operand_.text.empty();
+  if (relation_ != Kind::kEqual || is_pattern_ || is_empty) return std::nullopt;
+  return operand_;
+}
+
 bool Criterion::Holds(const Scalar& value) const {
   if (relation_ == Kind::kEqual) return Equals(value);
   if (relation_ == Kind::kNotEqual) return !Equals(value);

@@ -16,6 +16,8 @@ class Criterion {
 
   bool Holds(const Scalar& value) const;
   bool HoldsForBlank() const { return Holds(Scalar::Blank()); }
+  // The value that all values equal which meet it; nullopt when it asks for something else.
+  std::optional<Scalar> EqualTo() const;
 
  private:
   bool Equals(const Scalar& value) const;

@@ -128,8 +128,25 @@ Scalar Evaluator::ReadCell(int sheet, CellAddress cell) {
 }
 
 bool Evaluator::EnsureUpToDate(const Block& block) {
-  ForEachCell(block, [](int, int, const Scalar&) {});
+  const bool as_they_are = precedents_ == Precedents::kAsTheyAre;
+  const CellStore& cells = model_.sheets[block.sheet]->cells;
+  if (!as_they_are && model_.line_indexes.AreUpToDate(cells, block)) return !stopped();
+  NoteOutOfDate(block);
+  if (!stopped() && !as_they_are) model_.line_indexes.NoteUpToDate(cells, block);
   return !stopped();
+}
+
+std::optional<std::span<const LineIndex::Entry>> Evaluator::CandidatesIn(const Block& line,
+                                                                         const Scalar& value) {
+  if (stopped() || precedents_ == Precedents::kAsTheyAre) return std::nullopt;
+  const LineIndex* index =
+      model_.line_indexes.Find(model_.sheets[line.sheet]->cells, model_.strings, line);
+  if (!index) return std::nullopt;
+  // The index may go on beyond the line.
+  const std::span<const LineIndex::Entry> candidates = index->CandidatesFor(value);
+  const int length = std::max(line.area.rows(), line.area.columns());
+  const auto end = std::ranges::lower_bound(candidates, length, {}, &LineIndex::Entry::place);
+  return candidates.first(end - candidates.begin());
 }
 
 // --- Operands ---
@@ -508,6 +525,16 @@ Operand Evaluator::ReferenceFromText(std::string_view text) {
     Operand result = EvaluateReference(formula.references[0]);
     frame_ = outer;
     return result;
+  }
+  if (formula.references.empty() && formula.names.empty() && formula.tables.size() == 1) {
+    const TableReference& reference = formula.tables[0];
+    const Table* table = model_.FindTable(reference.table);
+    std::size_t end = 0;
+    const bool is_whole =
+        ReadTableReference(formula.text, end).has_value() && end == formula.text.size();
+    if (is_whole && table && FindCells(reference, *table).outcome == TableCells::Outcome::kFound) {
+      return EvaluateTable(reference);
+    }
   }
   if (formula.references.empty() && formula.names.size() == 1) {
     UsedName name;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <deque>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -62,6 +63,14 @@ class Evaluator {
   }
   // Notes all cells of the block that are out of date; true when there is none.
   bool EnsureUpToDate(const Block& block);
+  void NoteOutOfDate(const Block& block) {
+    ForEachCell(block, [](int, int, const Scalar&) {});
+  }
+  // Where the value may stand in a column or row of cells, by ascending place: see LineIndex.
+  // nullopt when that is not known and the cells are to be read one by one. Valid until the next
+  // call of this or EnsureUpToDate.
+  std::optional<std::span<const LineIndex::Entry>> CandidatesIn(const Block& line,
+                                                                const Scalar& value);
 
   // --- Operands ---
 

@@ -12,13 +12,12 @@
 namespace vantora::embedded {
 namespace {
 
-// Functions whose value may change without a change of their arguments: those of the table that
-// are marked so, and some that can't be calculated here.
-bool IsVolatileFunction(std::string_view name) {
+// As the table of functions has it; some that can't be calculated here are volatile, too.
+Changes ChangesOfFunction(std::string_view name) {
   const std::string upper = UpperAscii(name);
   const std::string_view known = WithoutPrefix(upper);
-  if (const FunctionEntry* function = FindFunction(known)) return function->is_volatile;
-  return known == "RANDARRAY" || known == "INFO";
+  if (const FunctionEntry* function = FindFunction(known)) return function->changes;
+  return known == "RANDARRAY" || known == "INFO" ? Changes::kAlways : Changes::kWithArguments;
 }
 
 // One end of a reference: a cell, a column (row 0) or a row (column 0).
@@ -125,7 +124,7 @@ class Reader {
         ReadBehindSheet(word, end + 1);
         return;
       case '(':
-        if (IsVolatileFunction(word)) formula_.is_volatile = true;
+        NoteFunction(word);
         KeepUntil(end);
         return;
       case '[':
@@ -148,6 +147,12 @@ class Reader {
       formula_.names.push_back(UpperAscii(word));
     }
     KeepUntil(end);
+  }
+
+  void NoteFunction(std::string_view name) {
+    const Changes changes = ChangesOfFunction(name);
+    if (changes == Changes::kAlways) formula_.is_volatile = true;
+    if (changes == Changes::kWithHiddenRows) formula_.sees_hidden_rows = true;
   }
 
   // A table's name with its brackets, or these alone.

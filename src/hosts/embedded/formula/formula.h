@@ -71,6 +71,8 @@ struct Formula {
   // Calculates anew whenever anything is calculated (it uses a volatile function, or a reference
   // that can't be followed: another workbook's).
   bool is_volatile = false;
+  // It uses a function that looks at whether rows are hidden.
+  bool sees_hidden_rows = false;
   // The calculation form, made at the first evaluation.
   mutable std::shared_ptr<const Program> program;
 };

@@ -57,6 +57,7 @@ void FormulaIndex::Rebuild() {
   ++generation_;
   dependencies_.Reset(formulas_.size());
   for (auto& specials : specials_) specials.clear();
+  volatile_by_name_.clear();
   special_count_ = 0;
   precedents_.Reset();
   for (std::size_t sheet = 0; sheet < formulas_.size(); ++sheet) {
@@ -116,7 +117,9 @@ void FormulaIndex::AddEntries(int sheet, const Area& source, FormulaId id) {
       std::any_of(formula.references.begin(), formula.references.end(),
                   [](const Reference& one) { return one.first_sheet != one.last_sheet; });
   if (formula.is_volatile || !formula.names.empty() || !formula.tables.empty() || spans_sheets) {
-    specials_[sheet].push_back({source, id});
+    const bool is_volatile = precedents_.IsVolatile(formula, sheet);
+    if (is_volatile && !formula.is_volatile) volatile_by_name_.insert({sheet, id});
+    specials_[sheet].push_back({source, id, is_volatile});
     ++special_count_;
   }
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -52,6 +53,8 @@ class FormulaMap {
 struct SpecialFormulas {
   Area source;
   FormulaId formula = 0;
+  // Itself or through a name.
+  bool is_volatile = false;
 };
 
 class FormulaIndex {
@@ -76,6 +79,10 @@ class FormulaIndex {
   const std::vector<SpecialFormulas>& specials(int sheet) const { return specials_[sheet]; }
   const FormulaMap& formulas(int sheet) const { return formulas_[sheet]; }
   PrecedentFinder& precedents() { return precedents_; }
+  // Whether an indexed formula is volatile only through a name that it uses.
+  bool IsVolatileByName(int sheet, FormulaId formula) const {
+    return volatile_by_name_.contains({sheet, formula});
+  }
 
   // Moves what is known with the cells; the formulas themselves are still those of before.
   void InsertColumns(const ColumnInsertion& insertion);
@@ -116,6 +123,7 @@ class FormulaIndex {
   DependencyIndex dependencies_;
   std::vector<FormulaMap> formulas_;
   std::vector<std::vector<SpecialFormulas>> specials_;
+  std::set<std::pair<int, FormulaId>> volatile_by_name_;
   std::size_t generation_ = 0;
   std::size_t special_count_ = 0;  // with those that went
   std::size_t size_when_built_ = 0;

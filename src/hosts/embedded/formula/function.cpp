@@ -24,8 +24,9 @@ std::vector<const FunctionEntry*> AllFunctions() {
   for (std::span<const FunctionEntry> group :
        {LogicFunctions(), MathFunctions(), TrigonometryFunctions(), StatisticsFunctions(),
         DistributionFunctions(), RegressionFunctions(), SubtotalFunctions(), LookupFunctions(),
-        XLookupFunctions(), InformationFunctions(), TextFunctions(), DateFunctions(),
-        WorkdayFunctions(), FinanceFunctions(), DepreciationFunctions(), FormatFunctions()}) {
+        XLookupFunctions(), InformationFunctions(), CellFunctions(), TextFunctions(),
+        DateFunctions(), WorkdayFunctions(), FinanceFunctions(), DepreciationFunctions(),
+        FormatFunctions()}) {
     for (const FunctionEntry& entry : group) all.push_back(&entry);
   }
   std::ranges::sort(all, {}, &FunctionEntry::name);

@@ -18,6 +18,13 @@ class Call;
 
 inline constexpr int kAnyCount = 255;
 
+// What may change a function's value.
+enum class Changes : std::uint8_t {
+  kWithArguments,   // nothing but its arguments
+  kWithHiddenRows,  // hiding and showing the rows of its arguments as well
+  kAlways,          // anything: it is volatile
+};
+
 // One worksheet function. `takes` has a letter for each parameter; those behind a `*` repeat.
 //   v  a value; an error value becomes the function's result before it is called
 //   e  a value, error values included
@@ -32,13 +39,13 @@ struct FunctionEntry {
   int most = 0;
   std::string_view takes;
   Operand (*handler)(Call& call) = nullptr;
-  // Its value may change without a change of its arguments.
-  bool is_volatile = false;
+  Changes changes = Changes::kWithArguments;
 
+  bool is_volatile() const { return changes == Changes::kAlways; }
   char Takes(std::size_t parameter) const;
 };
 
-inline constexpr bool kVolatile = true;
+inline constexpr Changes kVolatile = Changes::kAlways;
 
 // The functions by kind; together they are the table that FindFunction looks in.
 std::span<const FunctionEntry> LogicFunctions();
@@ -51,6 +58,7 @@ std::span<const FunctionEntry> SubtotalFunctions();
 std::span<const FunctionEntry> LookupFunctions();
 std::span<const FunctionEntry> XLookupFunctions();
 std::span<const FunctionEntry> InformationFunctions();
+std::span<const FunctionEntry> CellFunctions();
 std::span<const FunctionEntry> TextFunctions();
 std::span<const FunctionEntry> DateFunctions();
 std::span<const FunctionEntry> WorkdayFunctions();

@@ -20,7 +20,7 @@ Operand Text(Call& call) {
   const std::string_view code = call.Text(1);
   if (value.IsBoolean()) return call.MakeText(TextOf(value));
   if (call.failed() || code.empty()) return Scalar::Text("");
-  const NumberFormat format(code);
+  const NumberFormat& format = call.evaluator().model().number_formats.Of(code);
   if (value.IsText()) {
     const std::optional<double> number = NumberFromText(value.text);
     if (!number && MayBeDateOrTime(value.text)) {
@@ -59,7 +59,8 @@ Operand Fixed(Call& call) {
   const bool without_commas = call.Boolean(2, false);
   if (places > kMostDecimals) return Scalar::Error(CellError::kValue);
   const Rounded rounded(number, places);
-  const NumberFormat format((without_commas ? "0" : "#,##0") + rounded.decimals);
+  const NumberFormat& format = call.evaluator().model().number_formats.Of(
+      (without_commas ? "0" : "#,##0") + rounded.decimals);
   return ShownOrError(call, format.Show(rounded.number, false));
 }
 
@@ -69,7 +70,10 @@ Operand Dollar(Call& call) {
   if (places > kMostDecimals) return Scalar::Error(CellError::kValue);
   const Rounded rounded(number, places);
   const std::string code = "$#,##0" + rounded.decimals;
-  return ShownOrError(call, NumberFormat(code + ";(" + code + ")").Show(rounded.number, false));
+  return ShownOrError(call, call.evaluator()
+                                .model()
+                                .number_formats.Of(code + ";(" + code + ")")
+                                .Show(rounded.number, false));
 }
 
 constexpr FunctionEntry kFunctions[] = {

@@ -36,46 +36,6 @@ Operand IsFormula(Call& call) {
   return *std::move(result);
 }
 
-std::string AbsoluteAddress(CellAddress cell) {
-  return "$" + ColumnLetters(cell.column) + "$" + std::to_string(cell.row);
-}
-
-// What the model tells of the reference's first cell.
-Operand CellInformation(Call& call) {
-  Evaluator& evaluator = call.evaluator();
-  const std::string kind = UpperAscii(call.Text(0));
-  if (call.failed()) return {};
-  if (!call.Given(1)) {
-    evaluator.Stop("CELL without a reference is not supported");
-    return {};
-  }
-  if (call[1].IsScalar() && call.FailIfError(call[1].scalar)) return {};
-  if (!call[1].IsBlock()) return Scalar::Error(CellError::kValue);
-  const auto& [sheet, area] = call[1].block;
-  const CellAddress cell{area.first_row, area.first_column};
-  if (kind == "ROW") return Scalar::Number(cell.row);
-  if (kind == "COL") return Scalar::Number(cell.column);
-  if (kind == "ADDRESS" && sheet == evaluator.position().sheet) {
-    return call.MakeText(AbsoluteAddress(cell));
-  }
-  if (kind == "CONTENTS") return evaluator.ReadCell(sheet, cell);
-  if (kind == "TYPE") {
-    const Scalar value = evaluator.ReadCell(sheet, cell);
-    return Scalar::Text(value.IsBlank() ? "b" : value.IsText() ? "l" : "v");
-  }
-  if (kind == "PROTECT") {
-    const WorkbookModel& model = evaluator.model();
-    return Scalar::Number(model.styles[model.sheets[sheet]->StyleOf(cell)].locked);
-  }
-  for (const char* known :
-       {"ADDRESS", "COLOR", "FILENAME", "FORMAT", "PARENTHESES", "PREFIX", "WIDTH"}) {
-    if (kind != known) continue;
-    evaluator.Stop("CELL(\"" + std::string(call.Text(0)) + "\") is not supported here");
-    return {};
-  }
-  return Scalar::Error(CellError::kValue);
-}
-
 // "R2C3", relative parts in brackets.
 std::string R1C1Part(char letter, int number, bool absolute) {
   if (absolute) return letter + std::to_string(number);
@@ -124,7 +84,6 @@ Operand Hyperlink(Call& call) {
 constexpr FunctionEntry kFunctions[] = {
     {"ADDRESS", 2, 5, "v", Address},
     {"AREAS", 1, 1, "r", Areas},
-    {"CELL", 1, 2, "vr", CellInformation, kVolatile},
     {"HYPERLINK", 1, 2, "v", Hyperlink},
     {"ISFORMULA", 1, 1, "r", IsFormula},
 };

@@ -4,6 +4,7 @@
 
 #include "formula/functions.h"
 #include "formula/lookup_line.h"
+#include "formula/r1c1.h"
 #include "formula/unicode.h"
 
 namespace vantora::embedded {
@@ -11,14 +12,19 @@ namespace {
 
 // The first element equal to `wanted`; texts without regard to case and with `?` and `*`.
 int FindExact(const Line& line, const Scalar& wanted) {
-  const bool is_pattern = wanted.IsText() && IsPattern(wanted.text);
-  return line.FindFirst(0, [&](int, const Scalar& value) {
+  if (wanted.IsText() && IsPattern(wanted.text)) {
+    return line.FindFirst(0, [&](int, const Scalar& value) {
+      return value.IsText() && MatchesPattern(value.text, wanted.text);
+    });
+  }
+  const auto is_equal = [&](const Scalar& value) {
     if (value.kind != wanted.kind) return false;
     if (value.IsNumber()) return value.number == wanted.number;
     if (value.IsBoolean()) return value.boolean == wanted.boolean;
-    return is_pattern ? MatchesPattern(value.text, wanted.text)
-                      : EqualIgnoringCase(value.text, wanted.text);
-  });
+    return EqualIgnoringCase(value.text, wanted.text);
+  };
+  if (const std::optional<int> found = line.FindIndexed(wanted, false, is_equal)) return *found;
+  return line.FindFirst(0, [&](int, const Scalar& value) { return is_equal(value); });
 }
 
 // A blank looks for 0.
@@ -161,12 +167,17 @@ Operand Offset(Call& call) {
 
 Operand Indirect(Call& call) {
   const std::string text(call.Text(0));
-  if (!call.Boolean(1, true)) {
-    call.evaluator().Stop("INDIRECT with R1C1 references is not supported");
-    return {};
-  }
+  const bool in_a1 = call.Boolean(1, true);
   if (call.failed()) return {};
-  return call.evaluator().ReferenceFromText(text);
+  Evaluator& evaluator = call.evaluator();
+  if (in_a1) return evaluator.ReferenceFromText(text);
+  const CellPosition& own = evaluator.position();
+  if (const auto cells = CellsOfR1C1(text, own.sheet, own.cell, evaluator.model())) return *cells;
+  // Names read alike in both notations, references do not.
+  if (ParseA1(std::string_view(text).substr(text.rfind('!') + 1))) {
+    return Scalar::Error(CellError::kRef);
+  }
+  return evaluator.ReferenceFromText(text);
 }
 
 // The numbers from `first` to `last`, down or across; of several only the first one where a single

@@ -103,7 +103,9 @@ Operand RoundToMultiple(Call& call) {
   const double number = call.Number(0), step = call.Number(1);
   if (number == 0 || step == 0) return Scalar::Number(0);
   if ((number < 0) != (step < 0)) return Scalar::Error(CellError::kNum);
-  return Scalar::Number(step * RoundWhole(number / step, Direction::kNearest));
+  // Unlike the other rounding functions it takes the quotient to its last bit: of 6.05 and 0.1 that
+  // is less than 60.5, so that the result is 6.
+  return Scalar::Number(step * std::round(number / step));
 }
 
 double AwayToParity(double number, int parity) {

@@ -112,8 +112,30 @@ class Conditions {
     return true;
   }
 
+  // Calls visit(row, column), 0-based, for the cells that meet them, column by column; false, and
+  // no call, where no index tells them without reading all cells.
+  template <typename Visitor>
+  bool VisitIndexed(Evaluator& evaluator, Visitor&& visit) const {
+    if (area().columns() > 1) return false;
+    std::size_t fewest = std::numeric_limits<std::size_t>::max(), best = 0;
+    for (std::size_t i = 0; i < blocks_.size(); ++i) {
+      const auto candidates = CandidatesOf(evaluator, i);
+      if (!candidates || candidates->size() >= fewest) continue;
+      fewest = candidates->size();
+      best = i;
+    }
+    const auto candidates = CandidatesOf(evaluator, best);
+    if (!candidates) return false;
+    for (const LineIndex::Entry& candidate : *candidates) {
+      if (HoldAt(evaluator, candidate.place, 0)) visit(candidate.place, 0);
+    }
+    return true;
+  }
+
   // How many cells meet them, cells that do not exist included.
   double Count(Evaluator& evaluator) const {
+    double indexed = 0;
+    if (VisitIndexed(evaluator, [&](int, int) { indexed += 1; })) return indexed;
     for (std::size_t i = 0; i < blocks_.size(); ++i) {
       if (!criteria_[i].HoldsForBlank()) return CountInExistingCells(evaluator, i);
     }
@@ -129,6 +151,13 @@ class Conditions {
   }
 
  private:
+  std::optional<std::span<const LineIndex::Entry>> CandidatesOf(Evaluator& evaluator,
+                                                                std::size_t i) const {
+    const std::optional<Scalar> value = criteria_[i].EqualTo();
+    if (!value) return std::nullopt;
+    return evaluator.CandidatesIn(blocks_[i], *value);
+  }
+
   double CountInExistingCells(Evaluator& evaluator, std::size_t driver) const {
     double count = 0;
     const Block& block = blocks_[driver];
@@ -161,6 +190,14 @@ template <typename Visitor>
 void ForEachNumberWhere(Call& call, const Block& cells, const Conditions& conditions,
                         Visitor&& visit) {
   Evaluator& evaluator = call.evaluator();
+  if (!evaluator.EnsureUpToDate(cells)) return;
+  const bool is_indexed = conditions.VisitIndexed(evaluator, [&](int row, int column) {
+    const Scalar value = evaluator.ElementAt(cells, row, column);
+    if (value.IsNumber() || value.IsError()) {
+      if (!call.FailIfError(value)) visit(value.number);
+    }
+  });
+  if (is_indexed) return;
   evaluator.ForEachCell(cells, [&](int row, int column, const Scalar& value) {
     if (!value.IsNumber() && !value.IsError()) return;
     if (!conditions.HoldAt(evaluator, row - cells.area.first_row,

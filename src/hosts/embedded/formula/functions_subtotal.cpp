@@ -178,10 +178,9 @@ Operand Aggregate(Call& call) {
   return Measure(measure, cells, k);
 }
 
-// Hiding a row changes what they give without changing a cell.
 constexpr FunctionEntry kFunctions[] = {
-    {"AGGREGATE", 3, kAnyCount, "vvar", Aggregate, kVolatile},
-    {"SUBTOTAL", 2, kAnyCount, "vr", Subtotal, kVolatile},
+    {"AGGREGATE", 3, kAnyCount, "vvar", Aggregate, Changes::kWithHiddenRows},
+    {"SUBTOTAL", 2, kAnyCount, "vr", Subtotal, Changes::kWithHiddenRows},
 };
 
 }  // namespace

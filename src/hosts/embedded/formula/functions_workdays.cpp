@@ -176,10 +176,10 @@ Operand Days360(Call& call) {
 
 int AmericanDays360(Date first, Date last, bool is_1904) {
   const bool from_february = EndsFebruary(first, is_1904);
-  if (from_february && EndsFebruary(last, is_1904)) last.day = 30;
-  if (from_february) first.day = 30;
+  // After the end of February a 31st stays one.
   if (last.day == 31 && first.day >= 30) last.day = 30;
-  first.day = std::min(first.day, 30);
+  if (from_february && EndsFebruary(last, is_1904)) last.day = 30;
+  first.day = from_february ? 30 : std::min(first.day, 30);
   return Days360Between(first, last);
 }
 

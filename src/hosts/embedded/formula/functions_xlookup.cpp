@@ -50,9 +50,24 @@ int FindBlank(const Line& line, bool from_end) {
   return -1;
 }
 
+// As FindOneByOne, where an index tells; nullopt where the line is to be read.
+std::optional<int> FindIndexed(const Line& line, const Search& search, bool from_end) {
+  const bool is_pattern =
+      search.match == Match::kPattern && search.wanted.IsText() && IsPattern(search.wanted.text);
+  if (is_pattern) return std::nullopt;
+  const auto is_equal = [&](const Scalar& value) {
+    return value.kind == search.wanted.kind && CompareScalars(value, search.wanted) == 0;
+  };
+  const std::optional<int> found = line.FindIndexed(search.wanted, from_end, is_equal);
+  const bool takes_others =
+      search.match == Match::kNextSmaller || search.match == Match::kNextLarger;
+  return found == -1 && takes_others ? std::nullopt : found;
+}
+
 int FindOneByOne(const Line& line, const Search& search) {
   const bool from_end = search.order == Order::kLastToFirst;
   if (search.wanted.IsBlank()) return FindBlank(line, from_end);
+  if (const std::optional<int> found = FindIndexed(line, search, from_end)) return *found;
   int exact = -1, nearest = -1;
   Scalar nearest_value;
   line.FindFirst(0, [&](int i, const Scalar& value) {

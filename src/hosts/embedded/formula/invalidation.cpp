@@ -119,6 +119,17 @@ void Invalidation::MarkFormulas(int sheet, const Area& area, FormulaId formula) 
   });
 }
 
+bool Invalidation::MarkSeersOfRows(int sheet, const Area& area) {
+  bool any = false;
+  index_.ForEachDependent(sheet, area, [&](auto, const auto& entry, const Area& cells) {
+    const Formula& formula = model_.sheets[entry.sheet]->formulas[entry.formula];
+    if (!index_.precedents().SeesHiddenRows(formula, entry.sheet)) return;
+    MarkFormulas(entry.sheet, cells, entry.formula);
+    any = true;
+  });
+  return any;
+}
+
 void Invalidation::Propagate() {
   if (remembered_generation_ != index_.generation()) {
     remembered_.clear();
@@ -176,18 +187,20 @@ void Invalidation::MarkDependents(std::uint32_t number, const DependencyIndex::E
 
 void Invalidation::MarkVolatiles() {
   for (std::size_t sheet = 0; sheet < sheets_.size(); ++sheet) {
-    const FormulaTable& formulas = model_.sheets[sheet]->formulas;
     for (const SpecialFormulas& special : index_.specials(static_cast<int>(sheet))) {
-      if (!formulas[special.formula].is_volatile) continue;
+      if (!special.is_volatile) continue;
       MarkFormulas(static_cast<int>(sheet), special.source, special.formula);
     }
   }
   volatiles_marked_ = true;
 }
 
-void Invalidation::NoteCalculated(int sheet, const Formula& formula) {
+void Invalidation::NoteCalculated(int sheet, FormulaId id) {
   ++sheets_[sheet].epoch;
-  if (formula.is_volatile) volatiles_marked_ = false;
+  const Formula& formula = model_.sheets[sheet]->formulas[id];
+  if (formula.is_volatile || (!formula.names.empty() && index_.IsVolatileByName(sheet, id))) {
+    volatiles_marked_ = false;
+  }
 }
 
 void Invalidation::AddMarked(int sheet, const Area& area) {

@@ -33,11 +33,14 @@ class Invalidation {
   void MarkArea(int sheet, const Area& area);
   // Flags the cells of the area that hold `formula`.
   void MarkFormulas(int sheet, const Area& area, FormulaId formula);
+  // Rows of the area were hidden or shown: flags the formulas that see that and look into it; true
+  // when there are any.
+  bool MarkSeersOfRows(int sheet, const Area& area);
   // Flags what depends on all that was marked, and what is volatile.
   void Propagate();
 
   // A cell of the sheet was calculated.
-  void NoteCalculated(int sheet, const Formula& formula);
+  void NoteCalculated(int sheet, FormulaId formula);
   // Hands out the areas that hold all flagged cells of the sheet, in the order in which they were
   // found, and forgets them. Cells within may have been calculated meanwhile.
   std::vector<Area> TakeMarked(int sheet);

@@ -6,11 +6,16 @@ int FindSorted(const Line& line, const Scalar& wanted, bool ascending) {
   int low = 0, high = line.length() - 1, result = -1;
   while (low <= high) {
     const int middle = low + (high - low) / 2;
-    Scalar value;
-    const int found = line.FindFirst(middle, [&](int i, const Scalar& element) {
-      value = element;
-      return i > high || element.kind == wanted.kind;
-    });
+    const std::optional<Scalar> at_middle = line.TryAt(middle);
+    if (!at_middle) return -1;
+    Scalar value = *at_middle;
+    int found = middle;
+    if (value.kind != wanted.kind) {
+      found = line.FindFirst(middle, [&](int i, const Scalar& element) {
+        value = element;
+        return i > high || element.kind == wanted.kind;
+      });
+    }
     if (found < 0 || found > high) {
       high = middle - 1;
       continue;

@@ -23,6 +23,32 @@ class Line {
     return vertical_ ? evaluator_.ElementAt(operand_, i, 0) : evaluator_.ElementAt(operand_, 0, i);
   }
 
+  // The first element (the last one, `from_end`) that `is_equal(value)` holds for, -1 when there is
+  // none; all such ones equal `wanted`, without wildcards. nullopt where that can't be told without
+  // reading the line.
+  template <typename Equal>
+  std::optional<int> FindIndexed(const Scalar& wanted, bool from_end, Equal&& is_equal) const {
+    if (!operand_.IsBlock() || length_ == 0 || wanted.IsBlank()) return std::nullopt;
+    const auto candidates = evaluator_.CandidatesIn(Piece(0, length_ - 1), wanted);
+    if (!candidates) return std::nullopt;
+    for (std::size_t i = 0; i < candidates->size(); ++i) {
+      const int place = (*candidates)[from_end ? candidates->size() - 1 - i : i].place;
+      if (is_equal(At(place))) return place;
+    }
+    return -1;
+  }
+
+  // The element, where it need not be looked for; nullopt, and all elements from there on that are
+  // out of date are noted, when it is out of date itself.
+  std::optional<Scalar> TryAt(int i) const {
+    const Scalar value = At(i);
+    if (!evaluator_.stopped()) return value;
+    if (operand_.IsBlock() && i + 1 < length_) {
+      evaluator_.NoteOutOfDate(Piece(i + 1, length_ - 1));
+    }
+    return std::nullopt;
+  }
+
   // Visits the elements that are not blank from `from` on until `visit(i, value)` gives true; that
   // one's place, or -1. Cells are read in growing pieces, so that an early hit costs little and
   // cells that do not exist cost nothing.
@@ -46,7 +72,7 @@ class Line {
       });
       if (evaluator_.stopped()) {
         // All that is out of date is told at once.
-        if (to + 1 < length_) evaluator_.EnsureUpToDate(Piece(to + 1, length_ - 1));
+        if (to + 1 < length_) evaluator_.NoteOutOfDate(Piece(to + 1, length_ - 1));
         return -1;
       }
       if (found >= 0) return found;

@@ -222,7 +222,9 @@ class SectionReader {
       }
     } else if (inner[0] == '<' || inner[0] == '>' || inner[0] == '=') {
       ReadCondition(inner);
-    } else if (!ReadElapsed(inner) && !IsColorOrDigits(inner)) {
+    } else if (IsColor(inner)) {
+      section_.has_color = true;
+    } else if (!ReadElapsed(inner) && !IsDigitScript(inner)) {
       throw Unreadable();
     }
   }
@@ -258,15 +260,16 @@ class SectionReader {
   }
 
   // Colours, and scripts of digits, are nothing that a text could show.
-  static bool IsColorOrDigits(std::string_view text) {
+  static bool IsColor(std::string_view text) {
     for (std::string_view color :
          {"Black", "Blue", "Cyan", "Green", "Magenta", "Red", "White", "Yellow"}) {
       if (EqualIgnoringAsciiCase(text, color)) return true;
     }
-    for (std::string_view start : {"Color", "DBNum", "NatNum"}) {
-      if (EqualIgnoringAsciiCase(text.substr(0, start.size()), start)) return true;
-    }
-    return false;
+    return EqualIgnoringAsciiCase(text.substr(0, 5), "Color");
+  }
+  static bool IsDigitScript(std::string_view text) {
+    return EqualIgnoringAsciiCase(text.substr(0, 5), "DBNum") ||
+           EqualIgnoringAsciiCase(text.substr(0, 6), "NatNum");
   }
 
   // --- Once all pieces are known ---
@@ -510,6 +513,16 @@ std::optional<std::string> NumberFormat::Show(std::string_view text) const {
     }
   }
   return shown;
+}
+
+const NumberFormat& NumberFormats::Of(std::string_view code) {
+  constexpr std::size_t kMost = 256;
+  auto known = formats_.find(code);
+  if (known == formats_.end()) {
+    if (formats_.size() >= kMost) formats_.clear();
+    known = formats_.emplace(std::string(code), NumberFormat(code)).first;
+  }
+  return known->second;
 }
 
 std::string_view BuiltInNumberFormat(unsigned id) {

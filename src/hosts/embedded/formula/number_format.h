@@ -2,6 +2,8 @@
 // months and days, point and comma, whatever the locale.
 #pragma once
 
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,6 +55,7 @@ struct FormatSection {
   bool has_thousands = false;
   int scale = 0;
   bool has_text = false;
+  bool has_color = false;
 
   bool Holds(double number) const;
 };
@@ -68,6 +71,14 @@ class NumberFormat {
   // A text in its section; itself where the format has none for texts.
   std::optional<std::string> Show(std::string_view text) const;
 
+  // --- What CELL tells of a format ---
+
+  // Its kind in short: "G", "F2", ",0", "C2", "P0", "S2", "D1" to "D9", with "-" where negative
+  // numbers have a colour and "()" where positive ones have parentheses.
+  std::string Abbreviation() const;
+  bool ColorsNegatives() const;
+  bool HasParentheses() const;
+
  private:
   // The section for a number, and whether the minus sign goes without saying; null where no
   // section's condition holds.
@@ -77,6 +88,17 @@ class NumberFormat {
   // Those for numbers, and behind them the one for texts.
   std::vector<FormatSection> sections_;
   std::optional<FormatSection> text_section_;
+};
+
+// Formats as they were read, so that a code is read once for many values. Bounded: when there are
+// too many, all are forgotten.
+class NumberFormats {
+ public:
+  // Valid until the next call.
+  const NumberFormat& Of(std::string_view code);
+
+ private:
+  std::map<std::string, NumberFormat, std::less<>> formats_;
 };
 
 // The code of a format that workbooks know by number alone (0 to 49); "General" for all others.

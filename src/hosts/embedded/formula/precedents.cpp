@@ -141,6 +141,19 @@ bool PrecedentFinder::UsesTable(const Formula& formula, int sheet) {
                      [&](std::size_t name) { return !FormulaOfName(name).tables.empty(); });
 }
 
+bool PrecedentFinder::IsVolatile(const Formula& formula, int sheet) {
+  if (formula.is_volatile || formula.names.empty()) return formula.is_volatile;
+  return std::ranges::any_of(NamesOf(formula, sheet),
+                             [&](std::size_t name) { return FormulaOfName(name).is_volatile; });
+}
+
+bool PrecedentFinder::SeesHiddenRows(const Formula& formula, int sheet) {
+  if (formula.sees_hidden_rows || formula.names.empty()) return formula.sees_hidden_rows;
+  return std::ranges::any_of(NamesOf(formula, sheet), [&](std::size_t name) {
+    return FormulaOfName(name).sees_hidden_rows;
+  });
+}
+
 bool PrecedentFinder::UsesName(const Formula& formula, int sheet, const std::vector<bool>& names) {
   if (formula.names.empty()) return false;
   std::vector<std::size_t> used = NamesOf(formula, sheet);

@@ -31,6 +31,9 @@ class PrecedentFinder {
   std::vector<Precedent> PrecedentsOf(const Formula& formula, int sheet, const Area& source);
   // Whether the formula refers to cells of a table, directly or through a name.
   bool UsesTable(const Formula& formula, int sheet);
+  // Whether the formula is volatile, or sees hidden rows, itself or through a name.
+  bool IsVolatile(const Formula& formula, int sheet);
+  bool SeesHiddenRows(const Formula& formula, int sheet);
   // Whether the formula uses one of the names (indices into model.names), directly or through
   // another name.
   bool UsesName(const Formula& formula, int sheet, const std::vector<bool>& names);

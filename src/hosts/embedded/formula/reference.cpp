@@ -61,6 +61,7 @@ Formula WithReferences(const Formula& formula, std::vector<Reference> references
   changed.names = formula.names;
   changed.tables = formula.tables;
   changed.is_volatile = formula.is_volatile;
+  changed.sees_hidden_rows = formula.sees_hidden_rows;
   return changed;
 }
 

@@ -16,6 +16,8 @@
 #include "cells/string_pool.h"
 #include "cells/styles.h"
 #include "formula/formula.h"
+#include "formula/line_index.h"
+#include "formula/number_format.h"
 
 namespace vantora::embedded {
 
@@ -60,6 +62,8 @@ struct SheetModel {
   bool rows_changed = false;
   // In points.
   double standard_row_height = 15;
+  // Of columns that say none, as files count it.
+  double standard_column_width = 9.140625;
   // The first and last row that the sheet's filter chooses from, where it chooses.
   std::optional<std::pair<int, int>> filtered_rows;
   // Whether it is the filter that hides the row when it is hidden.
@@ -117,12 +121,19 @@ class WorkbookModel : public SheetDirectory {
   std::vector<DefinedName> names;
   std::vector<Table> tables;
   bool date_1904 = false;
+  // Where the workbook was opened: its folder with the separator at the end, and its name. Empty
+  // for one that has no file.
+  std::string folder;
+  std::string file_name;
   IterationSettings iteration;
   // Formulas keep their values until somebody asks for calculation. The calculator does not look at
   // this: whoever reads values does.
   bool manual_calculation = false;
   // The workbook's structure is protected: sheets are neither hidden nor shown.
   bool structure_is_protected = false;
+  // What evaluation remembers: where values stand, and number formats that it has read.
+  LineIndexes line_indexes;
+  NumberFormats number_formats;
 
   SheetModel& AddSheet(std::string name);
   // The name is free. Formulas follow by themselves: they know sheets by their ids.

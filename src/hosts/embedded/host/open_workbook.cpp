@@ -407,7 +407,10 @@ bool OpenWorkbook::DefineName(std::string_view name, std::string_view refers_to_
 }
 
 std::vector<Uncalculated> OpenWorkbook::Calculate() {
-  for (auto [sheet_id, header] : file_->MatchTables()) {
+  const TableMatches tables = file_->MatchTables();
+  if (tables.names_changed) calculator_.NamesChanged();
+  for (const auto& [sheet_id, cells] : tables.formulas) calculator_.Changed(sheet_id, cells);
+  for (auto [sheet_id, header] : tables.headers) {
     calculator_.Changed(sheet_id, {header.row, header.column, header.row, header.column});
   }
   calculator_.CalculateAll();

@@ -25,8 +25,15 @@ bool IsHidden(const RowFormat& format) { return format.hidden || format.height =
 template <typename Edit>
 void EditRows(OpenWorkbook& book, int sheet_id, const Area& area, Edit edit) {
   SheetModel& sheet = book.sheet(sheet_id);
-  sheet.rows.EditRows(area.first_row, area.last_row, edit);
+  bool changes_hidden = false;
+  sheet.rows.EditRows(area.first_row, area.last_row, [&](RowFormat& format) {
+    const bool was_hidden = IsHidden(format);
+    edit(format);
+    changes_hidden = changes_hidden || IsHidden(format) != was_hidden;
+  });
   sheet.rows_changed = true;
+  if (!changes_hidden) return;
+  book.calculator().RowsHidden(sheet_id, {area.first_row, 1, area.last_row, kMaxColumn});
 }
 
 // Whether the row that sums up a group stands below it.

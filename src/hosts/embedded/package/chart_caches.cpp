@@ -5,6 +5,7 @@
 #include <map>
 #include <vector>
 
+#include "formula/lexical.h"
 #include "package/sheet_reader.h"
 #include "package/sheet_writer.h"
 #include "package/xml_scanner.h"
@@ -70,13 +71,24 @@ struct Point {
   std::string_view value;  // raw
 };
 
-// One numCache or strCache.
+// One numCache or strCache, or one level of a multiLvlStrCache.
 struct Cache {
   bool numeric = false;
   std::string prefix;
   std::string_view count;        // raw
   std::size_t points_begin = 0;  // where points come
   std::map<int, Point> points;
+  // Where the whole element stands.
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  bool is_empty = false;
+};
+
+// A multiLvlStrCache: the innermost categories come first.
+struct LevelCache {
+  std::string prefix;
+  std::string_view count;  // raw
+  std::vector<Cache> levels;
 };
 
 class CacheUpdater {
@@ -88,7 +100,8 @@ class CacheUpdater {
   std::optional<std::string> Run() {
     while (xml_.Next() != Token::kDone) {
       if (xml_.token() != Token::kStart || xml_.is_empty()) continue;
-      if (xml_.local_name() == "numRef" || xml_.local_name() == "strRef") ReadReference();
+      const std::string_view name = xml_.local_name();
+      if (name == "numRef" || name == "strRef" || name == "multiLvlStrRef") ReadReference();
     }
     if (patch_.empty()) return std::nullopt;
     return patch_.Apply();
@@ -107,15 +120,42 @@ class CacheUpdater {
         cache.numeric = name == "numCache";
         ReadCache(cache);
         Update(formula, cache);
+      } else if (name == "multiLvlStrCache" && !xml_.is_empty()) {
+        UpdateLevels(formula, ReadLevels());
       } else {
         xml_.SkipElement();
       }
     }
   }
 
-  void ReadCache(Cache& cache) {
+  std::string Prefix() const {
     std::string_view full = xml_.name();
-    cache.prefix = full.substr(0, full.size() - xml_.local_name().size());
+    return std::string(full.substr(0, full.size() - xml_.local_name().size()));
+  }
+
+  LevelCache ReadLevels() {
+    LevelCache cache;
+    cache.prefix = Prefix();
+    while (xml_.Next() != Token::kEnd) {
+      if (xml_.token() != Token::kStart) continue;
+      if (xml_.local_name() == "lvl") {
+        Cache& level = cache.levels.emplace_back();
+        level.begin = xml_.begin();
+        level.is_empty = xml_.is_empty();
+        if (!level.is_empty) ReadCache(level);
+        level.end = xml_.end();
+        continue;
+      }
+      if (xml_.local_name() == "ptCount") {
+        cache.count = xml_.Attribute("val").value_or(std::string_view{});
+      }
+      xml_.SkipElement();
+    }
+    return cache;
+  }
+
+  void ReadCache(Cache& cache) {
+    cache.prefix = Prefix();
     cache.points_begin = xml_.end();
     while (xml_.Next() != Token::kEnd) {
       if (xml_.token() != Token::kStart) continue;
@@ -158,9 +198,7 @@ class CacheUpdater {
       concerned |= concerns_(area.sheet, area.area);
     }
     if (!concerned || size > kMostPoints) return;
-    if (std::string count = std::to_string(size); count != cache.count) {
-      patch_.Replace(cache.count, count);
-    }
+    UpdateCount(cache.count, size);
     int index = 0;
     std::size_t place = cache.points_begin;
     for (const SheetArea& area : *areas) {
@@ -170,9 +208,74 @@ class CacheUpdater {
         }
       }
     }
+    RemovePointsFrom(size, cache);
+  }
+
+  void UpdateCount(std::string_view written, std::int64_t size) {
+    if (std::string count = std::to_string(size); count != written) patch_.Replace(written, count);
+  }
+
+  void RemovePointsFrom(std::int64_t size, const Cache& cache) {
     for (const auto& [number, point] : cache.points) {
       if (number < 0 || number >= size) patch_.Replace(point.begin, point.end, "");
     }
+  }
+
+  // Categories in several levels: one column for each level, or one row.
+  void UpdateLevels(const std::string& formula, const LevelCache& cache) {
+    auto areas = AreasOf(formula, model_);
+    if (!areas || areas->size() != 1 || !cache.count.data() || cache.levels.empty()) return;
+    const auto& [sheet, area] = areas->front();
+    if (!concerns_(sheet, area)) return;
+    if (std::int64_t{area.rows()} * area.columns() > kMostPoints) return;
+    const int known = static_cast<int>(cache.levels.size());
+    // Where columns were inserted, one of the two still fits.
+    const bool in_columns = area.columns() == known ||
+                            (area.rows() != known && cache.count == std::to_string(area.rows()));
+    const int levels = in_columns ? area.columns() : area.rows();
+    const int size = in_columns ? area.rows() : area.columns();
+    UpdateCount(cache.count, size);
+    const auto cell_at = [&](int level, int index) {
+      const CellAddress cell = in_columns
+                                   ? CellAddress{area.first_row + index, area.last_column - level}
+                                   : CellAddress{area.last_row - level, area.first_column + index};
+      return model_.sheets[sheet]->cells.Get(cell);
+    };
+    for (int level = 0; level < levels; ++level) {
+      UpdateLevel(cache, level, size, [&](int i) { return cell_at(level, i); });
+    }
+    for (int level = levels; level < known; ++level) {
+      patch_.Replace(cache.levels[level].begin, cache.levels[level].end, "");
+    }
+  }
+
+  // `cell_at(i)` gives the cell of the level's category i.
+  template <typename CellAt>
+  void UpdateLevel(const LevelCache& cache, int number, int size, CellAt&& cell_at) {
+    const bool is_known = number < static_cast<int>(cache.levels.size());
+    const Cache& level = is_known ? cache.levels[number] : cache.levels.back();
+    if (is_known && !level.is_empty) {
+      std::size_t place = level.points_begin;
+      for (int i = 0; i < size; ++i) UpdatePoint(level, i, cell_at(i), place);
+      RemovePointsFrom(size, level);
+      return;
+    }
+    std::string points;
+    for (int i = 0; i < size; ++i) points += NewPoint(cache.prefix, i, cell_at(i), false);
+    const std::string element = "<" + cache.prefix + "lvl>" + points + "</" + cache.prefix + "lvl>";
+    if (!is_known) {
+      patch_.Insert(level.end, element);
+    } else if (!points.empty()) {
+      patch_.Replace(level.begin, level.end, element);
+    }
+  }
+
+  // "" for a cell that makes none.
+  std::string NewPoint(const std::string& prefix, int index, const Cell& cell, bool numeric) const {
+    const std::optional<std::string> value = ValueOf(cell, numeric);
+    if (!value) return "";
+    return "<" + prefix + "pt idx=\"" + std::to_string(index) + "\"><" + prefix + "v>" +
+           EncodeXmlText(*value) + "</" + prefix + "v></" + prefix + "pt>";
   }
 
   // `place` is the end of the point before.
@@ -180,10 +283,7 @@ class CacheUpdater {
     auto old = cache.points.find(index);
     std::optional<std::string> value = ValueOf(cell, cache.numeric);
     if (old == cache.points.end()) {
-      if (!value) return;
-      patch_.Insert(place, "<" + cache.prefix + "pt idx=\"" + std::to_string(index) + "\"><" +
-                               cache.prefix + "v>" + EncodeXmlText(*value) + "</" + cache.prefix +
-                               "v></" + cache.prefix + "pt>");
+      if (value) patch_.Insert(place, NewPoint(cache.prefix, index, cell, cache.numeric));
       return;
     }
     const Point& point = old->second;
@@ -207,7 +307,7 @@ class CacheUpdater {
         if (numeric) return cell.value.boolean ? "1" : "0";
         return cell.value.boolean ? "TRUE" : "FALSE";
       case CellKind::kError:
-        return std::string(ErrorText(cell.value.error));
+        return std::string(NameOfError(cell.value.error));
       default:
         return std::nullopt;
     }

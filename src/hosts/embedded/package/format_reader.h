@@ -1,7 +1,8 @@
 // What the host's members know of a cell format, read from the elements of the styles part.
 #pragma once
 
-#include <set>
+#include <map>
+#include <string>
 #include <vector>
 
 #include "cells/styles.h"
@@ -26,7 +27,8 @@ class FormatReader {
   const FillColors* colors_;
   const Palette* palette_;
   std::vector<int> fills_;
-  std::set<unsigned> text_formats_;
+  // The codes that the workbook defines.
+  std::map<unsigned, std::string> number_formats_;
 };
 
 // The palette that a <styleSheet> defines; colours that it leaves out are the default ones.

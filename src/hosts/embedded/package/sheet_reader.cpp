@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "formula/lexical.h"
 #include "package/row_tag.h"
 #include "package/xml_scanner.h"
 
@@ -18,13 +19,6 @@ using Token = XmlScanner::Token;
 constexpr std::uint32_t kMostSharedFormulas = 1 << 24;
 // Results of all array formulas of a sheet: each becomes a cell once they are calculated.
 constexpr std::uint64_t kMostArrayCells = std::uint64_t{1} << 24;
-
-constexpr std::pair<std::string_view, CellError> kErrorTexts[] = {
-    {"#NULL!", CellError::kNull},       {"#DIV/0!", CellError::kDiv0},
-    {"#VALUE!", CellError::kValue},     {"#REF!", CellError::kRef},
-    {"#NAME?", CellError::kName},       {"#NUM!", CellError::kNum},
-    {"#N/A", CellError::kNotAvailable},
-};
 
 std::string_view Trimmed(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r\n";
@@ -498,7 +492,7 @@ class SheetReader {
     }
     if (parts.type == "b") return CellValue::Boolean(IsTrue(Trimmed(parts.value)));
     if (parts.type == "e") {
-      return CellValue::Error(ParseErrorText(Trimmed(parts.value)).value_or(CellError::kValue));
+      return CellValue::Error(ErrorOfName(Trimmed(parts.value)).value_or(CellError::kValue));
     }
     if (parts.type == "d") {
       std::optional<double> serial = ParseDate(parts.value, model_.date_1904);
@@ -584,19 +578,5 @@ CellAddress ParseCellPlace(std::string_view text, std::size_t offset) {
 }
 
 bool IsTrue(std::string_view value) { return value == "1" || value == "true"; }
-
-std::optional<CellError> ParseErrorText(std::string_view text) {
-  for (const auto& [known, error] : kErrorTexts) {
-    if (known == text) return error;
-  }
-  return std::nullopt;
-}
-
-std::string_view ErrorText(CellError error) {
-  for (const auto& [text, known] : kErrorTexts) {
-    if (known == error) return text;
-  }
-  return "#VALUE!";
-}
 
 }  // namespace vantora::embedded

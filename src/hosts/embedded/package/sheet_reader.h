@@ -34,8 +34,4 @@ bool IsTrue(std::string_view value);
 // can't hold otherwise.
 inline constexpr std::string_view kDataTableFormula = "TABLE(";
 
-// Error values as cells write them; nullopt for other texts.
-std::optional<CellError> ParseErrorText(std::string_view text);
-std::string_view ErrorText(CellError error);
-
 }  // namespace vantora::embedded

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <unordered_map>
 
+#include "formula/lexical.h"
 #include "package/cell_patch.h"
 #include "package/row_tag.h"
 #include "package/sheet_reader.h"
@@ -502,7 +503,7 @@ class SheetDataWriter {
         out += cell.value.boolean ? "1" : "0";
         break;
       default:
-        out += ErrorText(cell.value.error);
+        out += NameOfError(cell.value.error);
     }
     out += "</" + prefix_ + "v>";
   }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/convert.h"
+#include "formula/lexical.h"
 #include "package/sheet_reader.h"
 #include "package/xml_scanner.h"
 
@@ -26,7 +27,7 @@ std::string HeaderText(const Cell& cell, const StringPool& strings) {
     case CellKind::kBoolean:
       return cell.value.boolean ? "TRUE" : "FALSE";
     case CellKind::kError:
-      return std::string(ErrorText(cell.value.error));
+      return std::string(NameOfError(cell.value.error));
     default:
       return "";
   }
@@ -119,13 +120,29 @@ std::optional<std::string> MatchTableHeaders(std::string_view text, SheetModel& 
     std::string shown = HeaderText(cell, strings);
     std::string name = Unique(columns, i, shown.empty() ? columns[i].name : shown);
     if (name != columns[i].name) {
-      edits.old_names.push_back(std::exchange(columns[i].name, name));
+      columns[i].name = name;
       patch.Replace(columns[i].raw_name, EncodeColumnName(name));
     }
     if (cell.value.kind == CellKind::kText && shown == name && cell.formula == 0) continue;
     if (!cell.exists()) sheet.cells.SetStyle(header, sheet.StyleOf(header));
     sheet.cells.SetConstant(header, CellValue::Text(strings.Intern(name)));
     edits.written.push_back(header);
+  }
+  if (patch.empty()) return std::nullopt;
+  return patch.Apply();
+}
+
+std::optional<std::string> RenameInTablePart(std::string_view text, bool is_own,
+                                             const ColumnRenames& renames) {
+  TextPatch patch(text);
+  XmlScanner scanner(text);
+  while (scanner.Next() != XmlScanner::Token::kDone) {
+    if (scanner.token() != XmlScanner::Token::kStart || scanner.is_empty()) continue;
+    const std::string_view name = scanner.local_name();
+    if (name != "calculatedColumnFormula" && name != "totalsRowFormula") continue;
+    const std::string_view raw = scanner.SkipElement();
+    const RenamedFormula renamed = WithRenamedColumns(DecodeXml(raw), is_own, renames);
+    if (renamed.changed) patch.Replace(raw, EncodeXmlText(renamed.text));
   }
   if (patch.empty()) return std::nullopt;
   return patch.Apply();

@@ -4,8 +4,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "formula/rename_columns.h"
 #include "formula/workbook_model.h"
 
 namespace vantora::embedded {
@@ -14,8 +16,15 @@ namespace vantora::embedded {
 struct TableHeaderEdits {
   // Cells that were written.
   std::vector<CellAddress> written;
-  // Names that columns no longer have.
-  std::vector<std::string> old_names;
+};
+
+// The same for the tables of a workbook. What depends on it is out of date.
+struct TableMatches {
+  // The header cells that were written, as sheet and cell.
+  std::vector<std::pair<int, CellAddress>> headers;
+  // The cells that got another formula, as it refers to a column that was renamed.
+  std::vector<std::pair<int, Area>> formulas;
+  bool names_changed = false;
 };
 
 // The table of a table's part (see Table); nullopt when the part does not say where it lies.
@@ -29,5 +38,10 @@ std::optional<Table> ReadTable(std::string_view text, int sheet);
 std::optional<std::string> MatchTableHeaders(std::string_view text, SheetModel& sheet,
                                              StringPool& strings,
                                              TableHeaderEdits& edits);
+
+// Gives the formulas of a table's part (of calculated columns and totals) the new names; nullopt
+// when it stays. `is_own`: the part is that of the table whose columns are renamed.
+std::optional<std::string> RenameInTablePart(std::string_view text, bool is_own,
+                                             const ColumnRenames& renames);
 
 }  // namespace vantora::embedded

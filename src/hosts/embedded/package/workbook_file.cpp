@@ -10,6 +10,7 @@
 #include "package/parallel.h"
 #include "package/sheet_reader.h"
 #include "package/sheet_writer.h"
+#include "formula/rename_columns.h"
 #include "package/table_headers.h"
 #include "package/workbook_reader.h"
 #include "package/workbook_writer.h"
@@ -209,43 +210,48 @@ void WorkbookFile::FollowInSharedParts() {
   }
 }
 
-// Formulas that name a table's column would have to be rewritten with it; left as they are, the
-// file would count as damaged.
-void WorkbookFile::RefuseRenamingUsedColumns(const std::vector<std::string>& old_names,
-                                             const std::string& table_part) const {
-  for (const std::string& name : old_names) {
-    auto uses = [&](std::string_view text) {
-      return text.find('[') != std::string_view::npos && FindIgnoreCase(text, name);
-    };
-    bool used = false;
-    for (const auto& sheet : model_.sheets) {
-      for (FormulaId id = 1; id <= sheet->formulas.size() && !used; ++id) {
-        used = uses(sheet->formulas[id].text);
+// What the table's part names otherwise than the model does. Refused where a formula that can't be
+// read may use one of the names: a wrong name in it would make the file count as damaged.
+ColumnRenames WorkbookFile::CheckedRenames(const Table& now, const std::string& part) const {
+  ColumnRenames renames{now.name, {}};
+  const Table* before = model_.FindTable(now.name);
+  if (!before) return renames;
+  for (std::size_t i = 0; i < std::min(before->columns.size(), now.columns.size()); ++i) {
+    if (before->columns[i] == now.columns[i]) continue;
+    renames.names.emplace_back(before->columns[i], now.columns[i]);
+  }
+  if (renames.names.empty() || CanRenameColumns(model_, renames)) return renames;
+  throw FileError(FileError::Code::kUnsupported,
+                  "The operation changes the header \"" + renames.names[0].first +
+                      "\" of the table in " + part +
+                      ", and a formula that may refer to the column by that name can't be read. "
+                      "Run it in Excel, or make the table a plain range first.");
+}
+
+// Formulas that refer to the columns follow, and the model's table is as its part has it.
+void WorkbookFile::RenameTableColumns(const ColumnRenames& renames, Table now,
+                                      const std::string& part, TableMatches& matches) {
+  if (!renames.names.empty()) {
+    RenameOutcome outcome = RenameColumns(model_, renames);
+    matches.formulas.insert(matches.formulas.end(), outcome.cells.begin(), outcome.cells.end());
+    matches.names_changed = matches.names_changed || outcome.names_changed;
+    for (const SheetPart& sheet : sheets_) {
+      for (const Relationship& relationship : package_->RelationshipsOf(sheet.part)) {
+        if (!relationship.IsType("table") || !package_->Has(relationship.target)) continue;
+        const bool is_own = relationship.target == part;
+        if (auto text = RenameInTablePart(package_->Read(relationship.target), is_own, renames)) {
+          package_->Write(relationship.target, std::move(*text));
+        }
       }
     }
-    used |= std::any_of(model_.names.begin(), model_.names.end(),
-                        [&](const DefinedName& defined) { return uses(defined.refers_to); });
-    if (used) {
-      throw FileError(FileError::Code::kUnsupported,
-                      "The operation changes the header \"" + name + "\" of the table in " +
-                          table_part +
-                          ", and formulas refer to the column by that name. Run it in Excel, or "
-                          "make the table a plain range first.");
-    }
   }
-}
-
-// No formula uses the names that went, so that none has to be calculated anew.
-void WorkbookFile::NoteColumnNames(std::string_view table_text, int sheet) {
-  std::optional<Table> now = ReadTable(table_text, sheet);
-  if (!now) return;
   for (Table& table : model_.tables) {
-    if (table.name == now->name) table.columns = std::move(now->columns);
+    if (table.name == now.name) table.columns = now.columns;
   }
 }
 
-std::vector<std::pair<int, CellAddress>> WorkbookFile::MatchTables() {
-  std::vector<std::pair<int, CellAddress>> written;
+TableMatches WorkbookFile::MatchTables() {
+  TableMatches matches;
   for (int id = 0; id < static_cast<int>(sheets_.size()); ++id) {
     const std::vector<Relationship> relationships = package_->RelationshipsOf(sheets_[id].part);
     for (const Relationship& relationship : relationships) {
@@ -255,17 +261,19 @@ std::vector<std::pair<int, CellAddress>> WorkbookFile::MatchTables() {
       try {
         if (auto text = MatchTableHeaders(package_->Read(relationship.target), *model_.sheets[id],
                                           model_.strings, edits)) {
-          RefuseRenamingUsedColumns(edits.old_names, relationship.target);
-          NoteColumnNames(*text, id);
+          const std::optional<Table> now = ReadTable(*text, id);
+          const ColumnRenames renames =
+              now ? CheckedRenames(*now, relationship.target) : ColumnRenames{};
           package_->Write(relationship.target, std::move(*text));
+          if (now) RenameTableColumns(renames, *now, relationship.target, matches);
         }
       } catch (const XmlError& error) {
         ThrowDamaged(relationship.target, error);
       }
-      for (CellAddress header : edits.written) written.emplace_back(id, header);
+      for (CellAddress header : edits.written) matches.headers.emplace_back(id, header);
     }
   }
-  return written;
+  return matches;
 }
 
 StyleEditor& WorkbookFile::style_editor() {

@@ -18,6 +18,7 @@
 #include "package/sheet_markup.h"
 #include "package/sheet_view.h"
 #include "package/style_editor.h"
+#include "package/table_headers.h"
 
 namespace vantora::embedded {
 
@@ -101,9 +102,9 @@ class WorkbookFile {
   // its name.
   std::unique_ptr<ReplacementFile> WriteBeside(const std::filesystem::path& path);
 
-  // Makes tables and their header cells agree (see MatchTableHeaders), as Save does too. Gives the
-  // header cells that were written, as sheet and cell: what depends on them is out of date.
-  std::vector<std::pair<int, CellAddress>> MatchTables();
+  // Makes tables and their header cells agree (see MatchTableHeaders), as Save does too; formulas
+  // that refer to renamed columns follow. Throws FileError.
+  TableMatches MatchTables();
 
  private:
   struct SheetPart {
@@ -121,9 +122,9 @@ class WorkbookFile {
   void ReadTables();
   // Insertions that `followed` of them lie behind, and marks them as followed.
   std::span<const ColumnInsertion> Pending(std::size_t& followed);
-  void RefuseRenamingUsedColumns(const std::vector<std::string>& old_names,
-                                 const std::string& table_part) const;
-  void NoteColumnNames(std::string_view table_text, int sheet);
+  ColumnRenames CheckedRenames(const Table& now, const std::string& part) const;
+  void RenameTableColumns(const ColumnRenames& renames, Table now, const std::string& part,
+                          TableMatches& matches);
   void FollowInParts(int sheet, std::span<const ColumnInsertion> pending);
   bool CellsDiffer(int sheet) const;
   // The sheets whose parts are to be written.

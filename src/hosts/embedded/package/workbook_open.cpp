@@ -2,6 +2,7 @@
 // works on the model and the parts, wherever they come from.
 #include <algorithm>
 
+#include "package/column_width.h"
 #include "package/sheet_reader.h"
 #include "package/styles_reader.h"
 #include "package/table_headers.h"
@@ -15,6 +16,9 @@ std::unique_ptr<WorkbookFile> WorkbookFile::Open(const std::filesystem::path& pa
   file->name_ = path.filename().string();
   file->package_ = OpcPackage::Open(path);
   file->ReadParts();
+  const std::filesystem::path folder = std::filesystem::absolute(path).parent_path() / "";
+  file->model_.folder = folder.string();
+  file->model_.file_name = file->name_;
   return file;
 }
 
@@ -40,6 +44,8 @@ void WorkbookFile::ReadParts() {
     sheets_[id].loaded_cells = model_.sheets[id]->cells.size();
     sheets_[id].loaded_area = model_.sheets[id]->cells.UsedArea();
     sheets_[id].loaded_visibility = model_.sheets[id]->visibility;
+    model_.sheets[id]->standard_column_width =
+        DefaultColumnWidth(sheets_[id].markup, model_.styles.max_digit_width);
   }
   ReadTables();
 }
