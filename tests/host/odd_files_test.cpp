@@ -86,6 +86,20 @@ std::vector<OddFile> OddFiles() {
              "<pivotTableDefinition><location ref=\"H1:J5\" firstHeaderRow=\"1\"/>"
              "</pivotTableDefinition>";
        }},
+      {"a pivot table whose records are missing, and its cache",
+       [](Parts& p) {
+         AddWorkbookPart(p, "pivotCacheDefinition", "pivotCache/pivotCacheDefinition1.xml",
+                         "<pivotCacheDefinition r:id='rId1'><cacheSource type='worksheet'>"
+                         "<worksheetSource ref='H1:J5' sheet='Data'/></cacheSource>"
+                         "</pivotCacheDefinition>");
+         ReplaceAll(p[kWorkbookPart], "</sheets>",
+                    "</sheets><pivotCaches><pivotCache cacheId='1' "
+                    "r:id='rIdpivotCacheDefinition'/></pivotCaches>");
+         p["xl/pivotCache/_rels/pivotCacheDefinition1.xml.rels"] =
+             "<Relationships><Relationship Id='rId1' Type='t/pivotCacheRecords' "
+             "Target='gone.xml'/></Relationships>";
+       },
+       {"xl/pivotCache/_rels/pivotCacheDefinition1.xml.rels"}},
       {"a table",
        [](Parts& p) {
          Relate(p, {{"table", "xl/tables/table1.xml"}});
@@ -127,6 +141,50 @@ std::vector<OddFile> OddFiles() {
            ReplaceAll(text, "xmlns=", "xmlns:x=");
          }
        }},
+      {"names with prefixes, the strict form and absolute targets at once",
+       [](Parts& p) {
+         p[kSheetPart] =
+             "<s:worksheet xmlns:s='http://purl.oclc.org/ooxml/spreadsheetml/main'>"
+             "<s:sheetData><s:row r='1'><s:c r='B1' s='0' t='n'><s:v>7</s:v></s:c></s:row>"
+             "</s:sheetData></s:worksheet>";
+         p[kWorkbookPart] =
+             "<?xml version='1.0' encoding='utf-8' standalone='no'?><b:workbook "
+             "xmlns:b='http://purl.oclc.org/ooxml/spreadsheetml/main' "
+             "xmlns:q='http://purl.oclc.org/ooxml/officeDocument/relationships' "
+             "conformance='strict'><b:sheets><b:sheet name='Data' sheetId='1' q:id='rId1'/>"
+             "</b:sheets></b:workbook>";
+         ReplaceAll(p["xl/_rels/workbook.xml.rels"],
+                    "http://schemas.openxmlformats.org/officeDocument/2006/relationships",
+                    "http://purl.oclc.org/ooxml/officeDocument/relationships");
+         ReplaceAll(p["xl/_rels/workbook.xml.rels"], "\"worksheets/", "\"/xl/worksheets/");
+         ReplaceAll(p["_rels/.rels"],
+                    "http://schemas.openxmlformats.org/officeDocument/2006/relationships",
+                    "http://purl.oclc.org/ooxml/officeDocument/relationships");
+       }},
+      {"parts in UTF-16",
+       [](Parts& p) {
+         for (const char* part : {kSheetPart, kWorkbookPart}) {
+           ReplaceAll(p[part], "1.0\"?>", "1.0\" encoding=\"UTF-16\"?>");
+           std::string wide = "\xFF\xFE";
+           for (char c : p[part]) wide += {c, '\0'};
+           p[part] = wide;
+         }
+       }},
+      {"a sheet's part of another name",
+       [](Parts& p) {
+         ReplaceAll(p["xl/_rels/workbook.xml.rels"], "worksheets/sheet1.xml", "one.part");
+         ReplaceAll(p["[Content_Types].xml"], "</Types>",
+                    "<Default Extension=\"part\" ContentType=\"application/xml\"/></Types>");
+         p["xl/one.part"] = p[kSheetPart];
+         p.erase(kSheetPart);
+       },
+       {kWorkbookPart}},
+      {"declarations, instructions, comments and CDATA",
+       [](Parts& p) {
+         ReplaceAll(p[kSheetPart], "<sheetData>",
+                    "<!-- <a> & --><?x y?><extra a='>'><![CDATA[<&]]></extra><sheetData>");
+         p[kSheetPart] += "\n<!-- after --><?x?>\n";
+       }},
       {"no places of rows and cells",
        [](Parts& p) {
          ReplaceAll(p[kSheetPart], kRow,
@@ -154,7 +212,7 @@ std::vector<OddFile> OddFiles() {
        }},
       {"formulas and names that say nothing",
        [](Parts& p) {
-         ReplaceAll(p[kSheetPart], "<v>7</v>", "<f>((&#1;A1:+*\"</f><v>7</v>");
+         ReplaceAll(p[kSheetPart], "<v>7</v>", "<f>((&#9;A1:+*\"</f><v>7</v>");
          ReplaceAll(p[kWorkbookPart], "</sheets>",
                     "</sheets><definedNames><definedName name=\"n\">((</definedName><definedName "
                     "name=\"n\">#REF!</definedName><definedName/></definedNames>");
@@ -162,7 +220,17 @@ std::vector<OddFile> OddFiles() {
   };
 }
 
-class OddFilesTest : public PackageTest {};
+class OddFilesTest : public PackageTest {
+ protected:
+  static std::map<std::string, std::string> BytesOfParts(const std::filesystem::path& path) {
+    const ZipArchive archive(path);
+    std::map<std::string, std::string> parts;
+    for (std::size_t i = 0; i < archive.entries().size(); ++i) {
+      parts[archive.entries()[i].name] = archive.Read(i);
+    }
+    return parts;
+  }
+};
 
 TEST_F(OddFilesTest, OpenTakeAnEditAndKeepTheRest) {
   for (const OddFile& odd : OddFiles()) {
@@ -173,12 +241,13 @@ TEST_F(OddFilesTest, OpenTakeAnEditAndKeepTheRest) {
     const std::filesystem::path path = WriteZipFile("odd.xlsx", parts);
     const std::filesystem::path saved = Path("saved.xlsx");
 
-    Session::Open(path)->Save(saved);
-    {
-      auto package = OpcPackage::Open(saved);
-      for (const auto& [part, text] : parts) EXPECT_EQ(package->Read(part), text) << part;
-    }
     auto session = Session::Open(path);
+    const bool has_seven = session->file().model().sheets[0]->cells.Get({1, 2}).value.number == 7;
+    if (parts.contains(kSheetPart) && parts[kSheetPart].find("7</") != std::string::npos) {
+      EXPECT_TRUE(has_seven);
+    }
+    session->Save(saved);
+    EXPECT_EQ(BytesOfParts(saved), BytesOfParts(path));
     session->Range("Data!A2")->SetValue(Value(1.5));
     session->Worksheet("Data")->Columns(2)->Insert(host::XlInsertShiftDirection::kToRight);
     session->Save(saved);
@@ -192,7 +261,7 @@ TEST_F(OddFilesTest, OpenTakeAnEditAndKeepTheRest) {
     const auto file = WorkbookFile::Open(saved);
     const WorkbookModel& model = file->model();
     EXPECT_EQ(model.sheets[0]->cells.Get({2, 1}).value.number, 1.5);
-    if (parts[kSheetPart].find("7</") != std::string::npos) {
+    if (has_seven) {
       EXPECT_EQ(model.sheets[0]->cells.Get({1, 3}).value.number, 7);
     }
   }

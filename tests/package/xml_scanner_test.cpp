@@ -57,33 +57,37 @@ TEST(XmlScannerTest, SkipsAndJoinsElements) {
 }
 
 TEST(XmlScannerTest, RefusesWhatIsNotWellFormed) {
-  for (const char* document : {"",
-                               "   ",
-                               "text",
-                               "<a>",
-                               "<a",
-                               "<a b='1",
-                               "<a></b>",
-                               "<a><b></a></b>",
-                               "</a>",
-                               "<a/><b/>",
-                               "<a/>text",
-                               "<a><b</a>",
-                               "<a><!-- </a>",
-                               "<a><![CDATA[ </a>",
-                               "<a>< b/></a>",
-                               "<!DOCTYPE a [<!ENTITY x 'y'>]><a>&x;</a>",
-                               "<!DOCTYPE a><a/>",
-                               "<1/>",
-                               "<?xml version='1.0' encoding='windows-1252'?><a/>",
-                               "<a><br></a>"}) {
+  for (const char* document :
+       {"", "   ", "text", "<a>", "<a", "<a b='1", "<a></b>", "<a><b></a></b>", "</a>", "<a/><b/>",
+        "<a/>text", "<a><b</a>", "<a><!-- </a>", "<a><![CDATA[ </a>", "<a>< b/></a>",
+        "<!DOCTYPE a [<!ENTITY x 'y'>]><a>&x;</a>", "<!DOCTYPE a><a/>", "<1/>", "<a$/>", "<a/ >",
+        "<a></a b>", "<?xml version='1.0' encoding='windows-1252'?><a/>", "<a><br></a>",
+        // Attributes
+        "<a b/>", "<a b=1/>", "<a b='1'c='2'/>", "<a ='1'/>", "<a 'b'/>", "<a b\"c = \"d>",
+        "<a b='<'/>", "<a b='1' c='' b='2'/>",
+        "<a b='' c='' d='' e='' f='' g='' h='' i='' j='' k='' d=''/>",
+        // References
+        "<a>&</a>", "<a>& amp;</a>", "<a>&amp</a>", "<a>&nbsp;</a>", "<a>&#;</a>", "<a>&#x;</a>",
+        "<a>&#xG;</a>", "<a>&#A;</a>", "<a>&#1;</a>", "<a>&#xD800;</a>", "<a>&#xFFFF;</a>",
+        "<a>&#x110000;</a>", "<a>&#4294967361;</a>", "<a b='&#0;'/>", "<a b='&b;'/>", "&#32;<a/>",
+        // What ends something else, and instructions
+        "<a>]]></a>", "<a><!-- -- --></a>", "<a><!-- ---></a>", "<a/><![CDATA[]]>",
+        " <?xml version='1.0'?><a/>", "<a><?xml version='1.0'?></a>", "<?XML version='1.0'?><a/>",
+        "<?xml?><a/>", "<?xml encoding='UTF-8'?><a/>", "<?xml encoding='UTF-8' version='1.0'?><a/>",
+        "<?xml version='1.0' other=''?><a/>", "<?xml version='1.0'/>?><a/>", "<? ?><a/>",
+        "<?1?><a/>"}) {
     EXPECT_THROW(Tokens(document), XmlError) << document;
   }
+}
+
+TEST(XmlScannerTest, TakesWhatLooksOddAndIsWellFormed) {
   for (const char* document :
-       {"<a b/>", "<a b=1/>", "<a b='1'c='2'/>", "<a ='1'/>", "<a 'b'/>", "<a b\"c = \"d>"}) {
-    XmlScanner xml(document);
-    xml.Next();
-    EXPECT_THROW(xml.attributes(), XmlError) << document;
+       {"<?xml version=\"1.1\"  standalone = 'yes' ?><a/>", "<?xml-stylesheet x?><a/>",
+        "<!----><a/><!-- - -> < & -->\r\n", "<a\n:b-.1='>]]>'\tc = \"'\"/>", "<_a.-b></_a.-b >",
+        "<a>&#0000000065;&#x10FFFF;&#x9;&quot;&apos;</a>", "<a>]] > ] ]&gt;</a>",
+        "<a><![CDATA[<&]]]]>]<![CDATA[]]></a>", "<q:a q:b='' b=''/>",
+        "<\u00E4 \u20AC='\u20AC'/>"}) {
+    EXPECT_NO_THROW(Tokens(document)) << document;
   }
 }
 
@@ -91,6 +95,7 @@ TEST(XmlScannerTest, LenientModeTakesUnclosedElements) {
   EXPECT_EQ(Tokens("<div>a<br>b<br>c</div>", XmlScanner::Mode::kLenient),
             "+div'a'+br'b'+br'c'-div");
   EXPECT_THROW(Tokens("<div></p></div>", XmlScanner::Mode::kLenient), XmlError);
+  EXPECT_EQ(Tokens("<td nowrap x='a<b'>&nbsp;</td>", XmlScanner::Mode::kLenient), "+td'&nbsp;'-td");
   XmlScanner xml("<a><p>x<br></a>", XmlScanner::Mode::kLenient);
   xml.Next();
   xml.Next();
@@ -107,6 +112,7 @@ TEST(XmlTextTest, DecodesEntitiesAndEscapes) {
            Case{"a&lt;&#65;&#x20AC;&amp;amp;", "a<A\u20AC&amp;", "a<A\u20AC&amp;"},
            Case{"&unknown; & &#xD800; &#0;", "&unknown; & &#xD800; &#0;",
                 "&unknown; & &#xD800; &#0;"},
+           Case{"&#0000000000000065;&amp", "A&amp", "A&amp"},
            Case{"a\r\nb\rc", "a\nb\nc", "a\nb\nc"},
            Case{"_x000D_\n_x0041_", "_x000D_\n_x0041_", "\r\nA"},
            Case{"_x005F_x0041_", "_x005F_x0041_", "_x0041_"},
@@ -120,6 +126,7 @@ TEST(XmlTextTest, DecodesEntitiesAndEscapes) {
 
 TEST(XmlTextTest, EncodedTextsReadBackTheSame) {
   EXPECT_EQ(EncodeXmlAttribute("a\"<\n>&"), "a&quot;&lt;&#10;&gt;&amp;");
+  EXPECT_EQ(EncodeXmlText("a\x01\uFFFF\r"), "a_x0001__xFFFF_&#13;");
   EXPECT_EQ(EncodeSpreadsheetText("a\r\x01_x0041_<"), "a_x000D__x0001__x005F_x0041_&lt;");
   for (std::string text :
        {std::string("\0\x1F\t\n\r", 5), std::string("_x0041_x0042_"), std::string("__x000D_"),

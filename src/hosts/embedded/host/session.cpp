@@ -12,7 +12,8 @@
 
 namespace vantora::embedded {
 
-struct Session::Impl {
+class Session::Impl {
+ public:
   std::shared_ptr<ApplicationState> state = std::make_shared<ApplicationState>();
   // By workbook; empty while nothing is recorded.
   std::deque<ChangeRecorder> recorders;

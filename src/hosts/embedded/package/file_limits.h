@@ -24,7 +24,13 @@ inline constexpr std::size_t kDeepestElement = 1000;
 inline constexpr std::size_t kLargestTree = std::size_t{64} << 20;
 // Bytes that the cells, rows and formulas of all sheets take in memory: a hundred million cells.
 inline constexpr std::size_t kLargestModel = std::size_t{2} << 30;
+// Relationships in the package. One takes 14 bytes in the file and a hundred and more in memory; a
+// sheet with links has up to 65,530.
+inline constexpr std::size_t kMostRelationships = std::size_t{1} << 20;
+inline constexpr std::size_t kMostSheets = 10000;
 // Texts in the table of shared strings.
 inline constexpr std::size_t kMostSharedStrings = std::size_t{1} << 24;
+// Cells of all array formulas of a sheet, and of all its data tables: each becomes a cell.
+inline constexpr std::uint64_t kMostArrayCells = std::uint64_t{1} << 24;
 
 }  // namespace vantora::embedded

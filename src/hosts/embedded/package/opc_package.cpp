@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "package/file_limits.h"
 #include "package/xml_encoding.h"
 #include "package/xml_scanner.h"
 
@@ -88,9 +89,12 @@ std::string RelativeTarget(std::string_view part, std::string_view target) {
   }
 }
 
-bool IsXmlPart(std::string_view part) {
-  std::string extension = Lower(ExtensionOf(part));
-  return extension == "xml" || extension == "rels" || extension == "vml";
+// By its name, or by how it begins: any name will do for a sheet.
+bool IsXmlPart(std::string_view part, std::string_view bytes) {
+  const std::string extension = Lower(ExtensionOf(part));
+  if (extension == "xml" || extension == "rels" || extension == "vml") return true;
+  const std::size_t first = bytes.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
+  return first != std::string_view::npos && bytes[first] == '<';
 }
 
 // The text with a new element before the end of its root, whose prefix it takes.
@@ -256,7 +260,12 @@ std::string OpcPackage::ReadOriginal(std::string_view part) const {
   }
   if (index == kNotInArchive) FailMissing(part);
   std::string bytes = archive_->Read(index);
-  return IsXmlPart(part) ? XmlAsUtf8(std::move(bytes), part) : bytes;
+  return IsXmlPart(part, bytes) ? XmlAsUtf8(std::move(bytes), part) : bytes;
+}
+
+void OpcPackage::ForgetRelationships() {
+  relationships_.clear();
+  relationship_count_ = 0;
 }
 
 void OpcPackage::Write(std::string_view part, std::string bytes) {
@@ -276,7 +285,7 @@ void OpcPackage::Write(std::string_view part, std::string bytes) {
   item->removed = false;
   item->bytes = std::move(bytes);
   item->packed = std::move(packed);
-  if (part.ends_with(".rels")) relationships_.clear();
+  if (part.ends_with(".rels")) ForgetRelationships();
 }
 
 void OpcPackage::Revert(std::string_view part) {
@@ -286,7 +295,7 @@ void OpcPackage::Revert(std::string_view part) {
   item->changed = item->removed = false;
   item->bytes = {};
   item->packed.reset();
-  if (part.ends_with(".rels")) relationships_.clear();
+  if (part.ends_with(".rels")) ForgetRelationships();
 }
 
 void OpcPackage::Remove(std::string_view part) {
@@ -298,7 +307,7 @@ void OpcPackage::Remove(std::string_view part) {
     item->bytes = {};
     item->packed.reset();
   }
-  relationships_.clear();
+  ForgetRelationships();
 }
 
 std::string OpcPackage::ContentTypeOf(std::string_view part) const {
@@ -373,11 +382,17 @@ const std::vector<Relationship>& OpcPackage::RelationshipsOf(std::string_view pa
     if (found != relationships_.end()) return found->second;
   }
   std::vector<Relationship> relationships;
+  const std::size_t room = kMostRelationships - relationship_count_;
   std::string relationships_part = RelationshipsPartOf(part);
   if (Has(relationships_part)) {
     std::string text = Read(relationships_part);
     ForEachChild(relationships_part, text, [&](XmlScanner& scanner) {
       if (scanner.local_name() != "Relationship") return;
+      if (relationships.size() == room) {
+        throw XmlError(
+            "the package has more than " + std::to_string(kMostRelationships) + " relationships",
+            scanner.begin(), FileError::Code::kTooLarge);
+      }
       Relationship relationship{DecodedAttribute(scanner, "Id"), DecodedAttribute(scanner, "Type"),
                                 DecodedAttribute(scanner, "Target"),
                                 scanner.Attribute("TargetMode") == "External"};
@@ -388,6 +403,7 @@ const std::vector<Relationship>& OpcPackage::RelationshipsOf(std::string_view pa
     });
   }
   std::lock_guard lock(mutex_);
+  relationship_count_ += relationships.size();
   return relationships_[key] = std::move(relationships);
 }
 

@@ -122,6 +122,7 @@ class OpcPackage {
   const Item* Find(std::string_view part) const;
   Item* FindAny(std::string_view part);
   [[noreturn]] void FailMissing(std::string_view part) const;
+  void ForgetRelationships();
 
   std::unique_ptr<ZipArchive> archive_;
   // In the order of the archive, added ones at the end.
@@ -129,6 +130,7 @@ class OpcPackage {
   // By name in lower case.
   std::unordered_map<std::string, Item*> by_name_;
   mutable std::map<std::string, std::vector<Relationship>> relationships_;
+  mutable std::size_t relationship_count_ = 0;
   mutable std::mutex mutex_;
 };
 

@@ -17,8 +17,6 @@ using Token = XmlScanner::Token;
 
 // A group's number beyond it is no group that a sheet can have.
 constexpr std::uint32_t kMostSharedFormulas = 1 << 24;
-// Results of all array formulas of a sheet: each becomes a cell once they are calculated.
-constexpr std::uint64_t kMostArrayCells = std::uint64_t{1} << 24;
 
 std::string_view Trimmed(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r\n";
@@ -282,6 +280,7 @@ class SheetReader {
     CellValue value = ValueOf(cell, parts);
     if (parts.waits_for_group) {
       pending_.push_back({cell, value, style, parts.group});
+      Claim(sizeof(Pending));
     } else {
       Load(cell, value, parts.formula, style);
     }
@@ -386,17 +385,23 @@ class SheetReader {
     if (written && written->first_row == cell.row && written->first_column == cell.column) {
       area = *written;
     }
+    TakeArrayCells(cell, area, "an array formula");
+    sheet_.arrays.push_back({area});
+  }
+
+  // A table over the whole sheet is short in the file, and so are thousands of them.
+  void TakeArrayCells(CellAddress cell, const Area& area, const std::string& what) {
     array_cells_ += static_cast<std::uint64_t>(area.rows()) * static_cast<unsigned>(area.columns());
     if (array_cells_ > kMostArrayCells) {
-      FailCell(cell, "has an array formula over more cells than a sheet's results can fill");
+      FailCell(cell, "has " + what + " over more cells than a sheet's results can fill");
     }
-    sheet_.arrays.push_back({area});
   }
 
   void ReadDataTable(CellAddress cell, std::string_view area, const std::string& inputs,
                      CellParts& parts) {
     std::optional<Area> place = ParseA1(area);
     if (!place) FailCell(cell, "has a malformed data table");
+    TakeArrayCells(cell, *place, "a data table");
     parts.formula = Intern(std::string(kDataTableFormula) + inputs + ")", cell);
     data_tables_.push_back({*place, parts.formula});
   }
@@ -473,8 +478,13 @@ class SheetReader {
     }
   }
 
+  CellValue TextValue(const std::string& text) {
+    Claim(text.size());
+    return CellValue::Text(model_.strings.Intern(text));
+  }
+
   CellValue ValueOf(CellAddress cell, const CellParts& parts) {
-    if (parts.type == "inlineStr") return CellValue::Text(model_.strings.Intern(parts.inline_text));
+    if (parts.type == "inlineStr") return TextValue(parts.inline_text);
     if (!parts.has_value) return CellValue::Blank();
     if (parts.type.empty() || parts.type == "n") {
       if (Trimmed(parts.value).empty()) return CellValue::Blank();
@@ -488,7 +498,7 @@ class SheetReader {
       return CellValue::Text(*index);
     }
     if (parts.type == "str") {
-      return CellValue::Text(model_.strings.Intern(DecodeSpreadsheetText(parts.value)));
+      return TextValue(DecodeSpreadsheetText(parts.value));
     }
     if (parts.type == "b") return CellValue::Boolean(IsTrue(Trimmed(parts.value)));
     if (parts.type == "e") {

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <unordered_map>
+#include <unordered_set>
 
-#include "package/file_limits.h"
 #include "package/parallel.h"
 #include "package/sheet_reader.h"
 #include "package/xml_scanner.h"
@@ -14,7 +15,6 @@ namespace {
 
 using Code = FileError::Code;
 
-constexpr std::size_t kMostSheets = 10000;
 constexpr std::string_view kBinaryWorkbook =
     "application/vnd.ms-excel.sheet.binary.macroEnabled.main";
 constexpr std::string_view kWorkbookTypes[] = {
@@ -39,14 +39,25 @@ std::string TargetOf(const OpcPackage& package, std::string_view part, std::stri
                   part);
 }
 
+// Names of parts are the same without regard to case.
+std::string InLowerCase(std::string text) {
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+  }
+  return text;
+}
+
 void ReadSheetList(const OpcPackage& package, pugi::xml_node workbook, WorkbookParts& parts,
                    WorkbookModel& model) {
-  const auto& relationships = package.RelationshipsOf(parts.workbook);
+  // The first one of an id counts.
+  std::unordered_map<std::string_view, const Relationship*> relationships;
+  for (const Relationship& relationship : package.RelationshipsOf(parts.workbook)) {
+    relationships.emplace(relationship.id, &relationship);
+  }
+  std::unordered_set<std::string> known_parts;
   ForEachChild(Child(workbook, "sheets"), "sheet", [&](pugi::xml_node node) {
     std::string name = node.attribute("name").value();
-    std::string id = LocalAttribute(node, "id").value();
-    auto found = std::find_if(relationships.begin(), relationships.end(),
-                              [&](const Relationship& r) { return r.id == id; });
+    auto found = relationships.find(LocalAttribute(node, "id").value());
     auto fail = [&](Code code, const std::string& what) {
       FailWorkbook(code, parts.workbook, what);
     };
@@ -54,10 +65,12 @@ void ReadSheetList(const OpcPackage& package, pugi::xml_node workbook, WorkbookP
     if (model.IdOf(name)) {
       fail(Code::kBadContent, "two sheets have the name " + Quoted(name));
     }
-    if (found == relationships.end() || !package.Has(found->target)) {
+    if (found == relationships.end() || found->second->external ||
+        !package.Has(found->second->target)) {
       fail(Code::kMissingPart, "the part of its sheet " + Quoted(name) + " is missing");
     }
-    if (std::find(parts.sheets.begin(), parts.sheets.end(), found->target) != parts.sheets.end()) {
+    const Relationship& relationship = *found->second;
+    if (!known_parts.insert(InLowerCase(relationship.target)).second) {
       fail(Code::kBadContent, "its sheet " + Quoted(name) + " shares its part with another sheet");
     }
     if (parts.sheets.size() == kMostSheets) {
@@ -65,9 +78,9 @@ void ReadSheetList(const OpcPackage& package, pugi::xml_node workbook, WorkbookP
     }
     SheetModel& sheet = model.AddSheet(std::move(name));
     sheet.visibility = VisibilityOf(node.attribute("state").value());
-    sheet.is_worksheet = found->IsType("worksheet");
-    parts.sheets.push_back(found->target);
-    parts.sheet_relationships.push_back(found->id);
+    sheet.is_worksheet = relationship.IsType("worksheet");
+    parts.sheets.push_back(relationship.target);
+    parts.sheet_relationships.push_back(relationship.id);
   });
   if (parts.sheets.empty()) FailWorkbook(Code::kBadContent, parts.workbook, "it has no sheets");
 }
@@ -182,7 +195,8 @@ WorkbookParts ReadWorkbook(const OpcPackage& package, const std::string& workboo
   return parts;
 }
 
-void ReadSharedStrings(const OpcPackage& package, const std::string& part, StringPool& strings) {
+void ReadSharedStrings(const OpcPackage& package, const std::string& part, StringPool& strings,
+                       std::size_t most) {
   if (part.empty() || !package.Has(part)) return;
   std::string text = package.Read(part);
   try {
@@ -191,9 +205,9 @@ void ReadSharedStrings(const OpcPackage& package, const std::string& part, Strin
     while (xml.Next() != XmlScanner::Token::kDone) {
       if (xml.token() == XmlScanner::Token::kStart && xml.depth() == 1) {
         if (xml.local_name() == "si") {
-          if (strings.shared_count() == kMostSharedStrings) {
-            throw XmlError("more than " + std::to_string(kMostSharedStrings) + " texts",
-                           xml.begin(), Code::kTooLarge);
+          if (strings.shared_count() == most) {
+            throw XmlError("more than " + std::to_string(most) + " texts", xml.begin(),
+                           Code::kTooLarge);
           }
           ReadSharedString(xml, strings, joined);
         } else {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "formula/workbook_model.h"
+#include "package/file_limits.h"
 #include "package/opc_package.h"
 #include "package/sheet_markup.h"
 
@@ -34,8 +35,9 @@ std::string FindWorkbookPart(const OpcPackage& package, const std::string& file_
 WorkbookParts ReadWorkbook(const OpcPackage& package, const std::string& workbook_part,
                            WorkbookModel& model, int& active_sheet);
 
-// Reads the shared strings table.
-void ReadSharedStrings(const OpcPackage& package, const std::string& part, StringPool& strings);
+// Reads the shared strings table, of at most so many texts. Throws FileError.
+void ReadSharedStrings(const OpcPackage& package, const std::string& part, StringPool& strings,
+                       std::size_t most = kMostSharedStrings);
 
 // Reads every sheet, several at once, into the model and `markups` (by sheet id). Throws FileError.
 void ReadSheets(const OpcPackage& package, const WorkbookParts& parts, WorkbookModel& model,

@@ -45,6 +45,11 @@ std::size_t Utf8Length(std::string_view text) {
   return overlong || surrogate || code > 0x10FFFF ? 0 : length;
 }
 
+// U+FFFE or U+FFFF.
+bool IsNoncharacter(std::string_view character) {
+  return character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF";
+}
+
 void ReplaceEncoding(std::string& text) {
   const std::size_t declaration_end = text.find("?>");
   std::size_t encoding = text.find("UTF-16");
@@ -82,24 +87,28 @@ std::string FromUtf16(std::string_view bytes, bool little, std::string_view part
 
 }  // namespace
 
-std::size_t FirstInvalidUtf8(std::string_view text) {
+std::size_t FirstInvalidCharacter(std::string_view text) {
   constexpr std::uint64_t kHighBits = 0x8080808080808080;
+  constexpr std::uint64_t kBlanks = 0x2020202020202020;
   std::size_t at = 0;
   while (at < text.size()) {
     std::uint64_t eight = 0;
     if (at + sizeof eight <= text.size()) {
       std::memcpy(&eight, text.data() + at, sizeof eight);
-      if ((eight & kHighBits) == 0) {
+      // Eight bytes that are ASCII, none of them below the blank.
+      if ((((eight - kBlanks) | eight) & kHighBits) == 0) {
         at += sizeof eight;
         continue;
       }
     }
-    if (static_cast<unsigned char>(text[at]) < 0x80) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    if (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') return at;
+    if (byte < 0x80) {
       ++at;
       continue;
     }
     const std::size_t length = Utf8Length(text.substr(at));
-    if (length == 0) return at;
+    if (length == 0 || IsNoncharacter(text.substr(at, length))) return at;
     at += length;
   }
   return kAllValid;
@@ -109,12 +118,14 @@ std::string XmlAsUtf8(std::string bytes, std::string_view part) {
   const bool little =
       bytes.starts_with("\xFF\xFE") || bytes.starts_with(std::string_view("<\0", 2));
   const bool big = bytes.starts_with("\xFE\xFF") || bytes.starts_with(std::string_view("\0<", 2));
-  if (little || big) return FromUtf16(bytes, little, part);
-  const std::size_t invalid = FirstInvalidUtf8(bytes);
-  if (invalid != kAllValid && !part.ends_with(".vml")) {
-    ThrowDamaged(part, XmlError("bytes that are no UTF-8", invalid));
-  }
-  return bytes;
+  if (little || big) bytes = FromUtf16(bytes, little, part);
+  const std::size_t invalid = FirstInvalidCharacter(bytes);
+  if (invalid == kAllValid || part.ends_with(".vml")) return bytes;
+  const std::string_view there = std::string_view(bytes).substr(invalid, 4);
+  const bool is_utf8 = static_cast<unsigned char>(there[0]) < 0x80 || Utf8Length(there) != 0;
+  ThrowDamaged(
+      part,
+      XmlError(is_utf8 ? "a character that XML can't hold" : "bytes that are no UTF-8", invalid));
 }
 
 }  // namespace vantora::embedded

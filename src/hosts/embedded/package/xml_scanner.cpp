@@ -1,12 +1,15 @@
 #include "package/xml_scanner.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "package/file_limits.h"
 
 namespace vantora::embedded {
 namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 
@@ -15,7 +18,22 @@ bool IsNameStart(char c) {
          static_cast<unsigned char>(c) >= 0x80;
 }
 
-bool EndsName(char c) { return IsBlank(c) || c == '/' || c == '>' || c == '='; }
+// Kinds of bytes, by table: every byte of a tag is looked at.
+enum ByteKind : std::uint8_t { kNameByte = 1, kValueEnd = 2 };
+
+constexpr std::array<std::uint8_t, 256> kByteKinds = [] {
+  std::array<std::uint8_t, 256> kinds{};
+  for (int c = 0; c < 256; ++c) {
+    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c >= 0x80;
+    const bool other = (c >= '0' && c <= '9') || c == '_' || c == ':' || c == '-' || c == '.';
+    if (letter || other) kinds[c] = kNameByte;
+    // What an attribute's value ends with, or what it holds only as the start of something else.
+    if (c == '"' || c == '\'' || c == '<' || c == '&') kinds[c] = kValueEnd;
+  }
+  return kinds;
+}();
+
+bool IsKind(char c, ByteKind kind) { return kByteKinds[static_cast<unsigned char>(c)] == kind; }
 
 bool AllBlank(std::string_view text) { return std::all_of(text.begin(), text.end(), IsBlank); }
 
@@ -54,42 +72,44 @@ int HexDigit(char c) {
 
 bool IsSurrogate(std::uint32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
 
-// The character of "#65" or "#x41"; nullopt when it is none.
-std::optional<std::uint32_t> CharacterReference(std::string_view body) {
-  body.remove_prefix(1);
-  bool hex = !body.empty() && body.front() == 'x';
-  if (hex) body.remove_prefix(1);
-  if (body.empty() || body.size() > 8) return std::nullopt;
-  std::uint32_t code = 0;
-  for (char c : body) {
-    int digit = HexDigit(c);
-    if (digit < 0 || (!hex && digit > 9)) return std::nullopt;
-    code = code * (hex ? 16 : 10) + static_cast<std::uint32_t>(digit);
-  }
-  if (code == 0 || code > 0x10FFFF || IsSurrogate(code)) return std::nullopt;
-  return code;
+bool IsXmlCharacter(std::uint32_t code) {
+  if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
+  return code <= 0x10FFFF && !IsSurrogate(code) && code != 0xFFFE && code != 0xFFFF;
 }
 
-// Appends what the entity (without "&" and ";") stands for; false when it is unknown.
-bool AppendEntity(std::string& out, std::string_view body) {
-  if (body == "lt") {
-    out += '<';
-  } else if (body == "gt") {
-    out += '>';
-  } else if (body == "amp") {
-    out += '&';
-  } else if (body == "quot") {
-    out += '"';
-  } else if (body == "apos") {
-    out += '\'';
-  } else if (!body.empty() && body.front() == '#') {
-    std::optional<std::uint32_t> code = CharacterReference(body);
-    if (!code) return false;
-    AppendUtf8(out, *code);
-  } else {
-    return false;
+// What a reference such as "&amp;" or "&#65;" stands for, and how long it is.
+struct CharacterReference {
+  std::uint32_t code;
+  std::size_t length;
+};
+
+std::optional<CharacterReference> NumericReferenceAt(std::string_view text) {
+  const bool hex = text.size() > 2 && text[2] == 'x';
+  std::size_t at = hex ? 3 : 2;
+  const std::size_t first = at;
+  std::uint32_t code = 0;
+  for (; at < text.size() && text[at] != ';'; ++at) {
+    const int digit = HexDigit(text[at]);
+    if (digit < 0 || (!hex && digit > 9)) return std::nullopt;
+    code = code * (hex ? 16 : 10) + static_cast<std::uint32_t>(digit);
+    if (code > 0x10FFFF) return std::nullopt;
   }
-  return true;
+  if (at == first || at == text.size() || !IsXmlCharacter(code)) return std::nullopt;
+  return CharacterReference{code, at + 1};
+}
+
+// The reference at the start of `text`, which begins with "&"; nullopt when it is none that a
+// document without declarations of its own can have.
+std::optional<CharacterReference> ReferenceAt(std::string_view text) {
+  if (text.size() > 1 && text[1] == '#') return NumericReferenceAt(text);
+  for (const auto& [name, character] :
+       {std::pair("&amp;", '&'), std::pair("&lt;", '<'), std::pair("&gt;", '>'),
+        std::pair("&quot;", '"'), std::pair("&apos;", '\'')}) {
+    if (text.starts_with(name)) {
+      return CharacterReference{static_cast<unsigned char>(character), std::strlen(name)};
+    }
+  }
+  return std::nullopt;
 }
 
 // The code of "_xHHHH_" at the start of `text`; nullopt when there is none.
@@ -111,10 +131,18 @@ void AppendEscape(std::string& out, unsigned code) {
   out += '_';
 }
 
+// U+FFFE and U+FFFF, which XML can't hold: the last byte of the one at `at`, or 0.
+unsigned NoncharacterAt(std::string_view text, std::size_t at) {
+  const std::string_view rest = text.substr(at, 3);
+  if (rest != "\xEF\xBF\xBE" && rest != "\xEF\xBF\xBF") return 0;
+  return static_cast<unsigned char>(rest[2]);
+}
+
 std::string Encode(std::string_view text, bool attribute) {
   std::string out;
   out.reserve(text.size() + 8);
-  for (char c : text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
     switch (c) {
       case '&':
         out += "&amp;";
@@ -138,7 +166,14 @@ std::string Encode(std::string_view text, bool attribute) {
         out += attribute ? "&#9;" : "\t";
         break;
       default:
-        out += c;
+        if (static_cast<unsigned char>(c) < 0x20) {
+          AppendEscape(out, static_cast<unsigned char>(c));
+        } else if (const unsigned last = NoncharacterAt(text, i)) {
+          AppendEscape(out, 0xFF40 | last);
+          i += 2;
+        } else {
+          out += c;
+        }
     }
   }
   return out;
@@ -152,7 +187,7 @@ std::string_view LocalName(std::string_view name) {
 }
 
 XmlScanner::XmlScanner(std::string_view document, Mode mode) : document_(document), mode_(mode) {
-  if (document_.starts_with("\xEF\xBB\xBF")) position_ = 3;
+  if (document_.starts_with(kByteOrderMark)) position_ = kByteOrderMark.size();
 }
 
 XmlScanner::Token XmlScanner::Next() {
@@ -194,7 +229,26 @@ XmlScanner::Token XmlScanner::ReadText() {
   text_ = document_.substr(begin_, end_ - begin_);
   is_cdata_ = false;
   if (open_.empty() && !AllBlank(text_)) Fail("text outside the root element", begin_);
+  if (mode_ == Mode::kStrict) CheckText();
   return token_ = Token::kText;
+}
+
+void XmlScanner::CheckText() const {
+  std::size_t at = text_.find('&');
+  for (; at != std::string_view::npos; at = text_.find('&', at)) {
+    at += ReferenceLength(begin_ + at);
+  }
+  if (at = text_.find("]]>"); at != std::string_view::npos) {
+    Fail("a \"]]>\" within text", begin_ + at);
+  }
+}
+
+std::size_t XmlScanner::ReferenceLength(std::size_t at) const {
+  const std::string_view rest = document_.substr(at);
+  if (const auto reference = ReferenceAt(rest)) return reference->length;
+  std::size_t end = std::min(rest.find_first_of(";<\"' \r\n\t"), rest.size());
+  if (end < rest.size() && rest[end] == ';') ++end;
+  Fail("the reference " + Quoted(rest.substr(0, end)) + ", which stands for no character", at);
 }
 
 XmlScanner::Token XmlScanner::ReadStartTag() {
@@ -202,23 +256,17 @@ XmlScanner::Token XmlScanner::ReadStartTag() {
   const std::size_t size = document_.size();
   std::size_t at = begin_ + 1;
   if (!IsNameStart(data[at])) Fail("a \"<\" that begins no tag", begin_);
-  while (at < size && !EndsName(data[at])) ++at;
+  while (at < size && IsKind(data[at], kNameByte)) ++at;
   name_ = document_.substr(begin_ + 1, at - begin_ - 1);
-  const std::size_t body = at;
-  while (at < size && data[at] != '>') {
-    char c = data[at];
-    if (c == '"' || c == '\'') {
-      const void* quote = std::memchr(data + at + 1, c, size - at - 1);
-      if (!quote) Fail("an attribute of " + Quoted(name_) + " lacks its closing quote", at);
-      at = static_cast<std::size_t>(static_cast<const char*>(quote) - data);
-    } else if (c == '<') {
-      Fail("the tag " + Quoted(name_) + " is not closed", begin_);
-    }
-    ++at;
+  name_end_ = at;
+  if (mode_ == Mode::kStrict) {
+    at = ReadAttributes();
+    attributes_read_ = true;
+    is_empty_ = data[at - 1] == '/';
+  } else {
+    at = SkipAttributes();
+    is_empty_ = at > name_end_ && data[at - 1] == '/';
   }
-  if (at >= size) Fail("the document ends within the tag " + Quoted(name_), begin_);
-  is_empty_ = at > body && data[at - 1] == '/';
-  tag_body_ = document_.substr(body, at - body - (is_empty_ ? 1 : 0));
   end_ = position_ = at + 1;
   if (open_.empty()) {
     if (root_seen_) Fail("a second root element " + Quoted(name_), begin_);
@@ -233,6 +281,25 @@ XmlScanner::Token XmlScanner::ReadStartTag() {
     open_.push_back(name_);
   }
   return token_ = Token::kStart;
+}
+
+std::size_t XmlScanner::SkipAttributes() const {
+  const char* const data = document_.data();
+  const std::size_t size = document_.size();
+  std::size_t at = name_end_;
+  while (at < size && data[at] != '>') {
+    char c = data[at];
+    if (c == '"' || c == '\'') {
+      const void* quote = std::memchr(data + at + 1, c, size - at - 1);
+      if (!quote) Fail("an attribute of " + Quoted(name_) + " lacks its closing quote", at);
+      at = static_cast<std::size_t>(static_cast<const char*>(quote) - data);
+    } else if (c == '<') {
+      Fail("the tag " + Quoted(name_) + " is not closed", begin_);
+    }
+    ++at;
+  }
+  if (at >= size) Fail("the document ends within the tag " + Quoted(name_), begin_);
+  return at;
 }
 
 XmlScanner::Token XmlScanner::ReadEndTag() {
@@ -275,26 +342,61 @@ XmlScanner::Token XmlScanner::ReadSpecial() {
   std::size_t close = rest.find(closing, opening.size());
   if (close == std::string_view::npos) Fail("a " + Quoted(opening) + " that is not closed", begin_);
   position_ = end_ = begin_ + close + closing.size();
+  const std::string_view inside = rest.substr(opening.size(), close - opening.size());
   if (opening == "<![CDATA[") {
     if (open_.empty()) Fail("text outside the root element", begin_);
-    text_ = rest.substr(opening.size(), close - opening.size());
+    text_ = inside;
     is_cdata_ = true;
     return token_ = Token::kText;
   }
-  if (rest.starts_with("<?xml") && rest.size() > 5 && IsBlank(rest[5])) {
-    CheckEncoding(rest.substr(5, close - 5));
+  if (mode_ == Mode::kStrict && opening == "<!--" &&
+      (inside.find("--") != std::string_view::npos || inside.ends_with('-'))) {
+    Fail("a \"--\" within a comment", begin_);
   }
+  if (mode_ == Mode::kStrict && opening == "<?") CheckInstruction(inside);
   return token_ = Token::kOther;
 }
 
-void XmlScanner::CheckEncoding(std::string_view declaration) const {
-  std::size_t at = declaration.find("encoding");
-  if (at == std::string_view::npos) return;
-  std::size_t quote = declaration.find_first_of("\"'", at);
-  if (quote == std::string_view::npos) return;
-  std::size_t close = declaration.find(declaration[quote], quote + 1);
-  if (close == std::string_view::npos) return;
-  std::string_view encoding = declaration.substr(quote + 1, close - quote - 1);
+void XmlScanner::CheckInstruction(std::string_view inside) const {
+  std::size_t name_end = 0;
+  while (name_end < inside.size() && IsKind(inside[name_end], kNameByte)) ++name_end;
+  const std::string_view name = inside.substr(0, name_end);
+  const bool ends = name_end == inside.size() || IsBlank(inside[name_end]);
+  if (name.empty() || !IsNameStart(name.front()) || !ends) {
+    Fail("a processing instruction without a name", begin_);
+  }
+  if (!EqualsIgnoringCase(name, "xml")) return;
+  const std::size_t first = document_.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
+  if (name != "xml" || begin_ != first) {
+    Fail("an XML declaration that is not at the beginning", begin_);
+  }
+  CheckDeclaration(inside.substr(name_end));
+}
+
+// `declaration` is what follows "<?xml": a version, and perhaps an encoding and whether the
+// document stands alone, in this order.
+void XmlScanner::CheckDeclaration(std::string_view declaration) const {
+  constexpr std::string_view kKnown[] = {"version", "encoding", "standalone"};
+  const std::string tag = "<xml" + std::string(declaration) + "/>";
+  XmlScanner xml(tag);
+  bool is_sound = true;
+  try {
+    xml.Next();
+  } catch (const XmlError&) {
+    is_sound = false;
+  }
+  is_sound = is_sound && xml.end() == tag.size() && xml.Attribute("version");
+  auto next = std::begin(kKnown);
+  for (const XmlAttribute& attribute : xml.attributes()) {
+    if (!is_sound) break;
+    next = std::find(next, std::end(kKnown), attribute.name);
+    is_sound = next != std::end(kKnown);
+  }
+  if (!is_sound) Fail("a malformed XML declaration", begin_);
+  if (const auto encoding = xml.Attribute("encoding")) CheckEncoding(*encoding);
+}
+
+void XmlScanner::CheckEncoding(std::string_view encoding) const {
   for (std::string_view known : {"UTF-8", "UTF8", "US-ASCII", "ASCII"}) {
     if (EqualsIgnoringCase(encoding, known)) return;
   }
@@ -304,39 +406,82 @@ void XmlScanner::CheckEncoding(std::string_view declaration) const {
 const std::vector<XmlAttribute>& XmlScanner::attributes() const {
   if (attributes_read_) return attributes_;
   attributes_.clear();
-  if (token_ != Token::kStart) return attributes_;
-  std::string_view body = tag_body_;
-  std::size_t at = 0;
-  auto skip_blanks = [&] {
-    while (at < body.size() && IsBlank(body[at])) ++at;
-  };
-  auto place = [&] { return static_cast<std::size_t>(body.data() - document_.data()) + at; };
-  for (skip_blanks(); at < body.size(); skip_blanks()) {
-    const std::size_t start = at;
-    while (at < body.size() && !EndsName(body[at])) ++at;
-    std::string_view name = body.substr(start, at - start);
-    skip_blanks();
-    if (name.empty() || !IsNameStart(name.front()) || at >= body.size() || body[at] != '=') {
-      Fail("a malformed attribute in the tag " + Quoted(name_), place());
-    }
-    ++at;
-    skip_blanks();
-    if (at >= body.size() || (body[at] != '"' && body[at] != '\'')) {
-      Fail("the attribute " + Quoted(name) + " has no quotes", place());
-    }
-    // Next saw pairs of quotes; one within a name leaves another without its partner.
-    const std::size_t close = body.find(body[at], at + 1);
-    if (close == std::string_view::npos) {
-      Fail("the attribute " + Quoted(name) + " lacks its closing quote", place());
-    }
-    attributes_.push_back({name, body.substr(at + 1, close - at - 1)});
-    at = close + 1;
-    if (at < body.size() && !IsBlank(body[at]) && mode_ == Mode::kStrict) {
-      Fail("no blank after the attribute " + Quoted(name), place());
-    }
-  }
+  if (token_ == Token::kStart) ReadAttributes();
   attributes_read_ = true;
   return attributes_;
+}
+
+std::size_t XmlScanner::ReadAttributes() const {
+  const char* const data = document_.data();
+  const std::size_t size = document_.size();
+  std::size_t at = name_end_;
+  attributes_.clear();
+  while (true) {
+    const std::size_t before = at;
+    while (at < size && IsBlank(data[at])) ++at;
+    if (at == size) Fail("the document ends within the tag " + Quoted(name_), begin_);
+    if (data[at] == '>') break;
+    if (data[at] == '/' && at + 1 < size && data[at + 1] == '>') {
+      ++at;
+      break;
+    }
+    if (at == before && !attributes_.empty() && mode_ == Mode::kStrict) {
+      Fail("no blank after the attribute " + Quoted(attributes_.back().name), at);
+    }
+    if (data[at] == '<') Fail("the tag " + Quoted(name_) + " is not closed", begin_);
+    at = ReadAttribute(at);
+  }
+  if (mode_ == Mode::kStrict) CheckNamesDiffer();
+  return at;
+}
+
+std::size_t XmlScanner::ReadAttribute(std::size_t at) const {
+  const char* const data = document_.data();
+  const std::size_t size = document_.size();
+  const std::size_t start = at;
+  while (at < size && IsKind(data[at], kNameByte)) ++at;
+  const std::string_view name = document_.substr(start, at - start);
+  while (at < size && IsBlank(data[at])) ++at;
+  if (name.empty() || !IsNameStart(name.front()) || at == size || data[at] != '=') {
+    Fail("a malformed attribute in the tag " + Quoted(name_), at);
+  }
+  ++at;
+  while (at < size && IsBlank(data[at])) ++at;
+  if (at == size || (data[at] != '"' && data[at] != '\'')) {
+    Fail("the attribute " + Quoted(name) + " has no quotes", at);
+  }
+  const char quote = data[at];
+  const std::size_t value = ++at;
+  for (; at < size && data[at] != quote; ++at) {
+    if (!IsKind(data[at], kValueEnd) || mode_ == Mode::kLenient) continue;
+    if (data[at] == '<') Fail("a \"<\" within the attribute " + Quoted(name), at);
+    if (data[at] == '&') at += ReferenceLength(at) - 1;
+  }
+  if (at == size) Fail("the attribute " + Quoted(name) + " lacks its closing quote", value - 1);
+  attributes_.push_back({name, document_.substr(value, at - value)});
+  return at + 1;
+}
+
+// Each with each where they are few, as in nearly all tags.
+void XmlScanner::CheckNamesDiffer() const {
+  constexpr std::size_t kFew = 8;
+  auto fail = [this](std::string_view name) {
+    Fail("the tag " + Quoted(name_) + " has the attribute " + Quoted(name) + " twice", begin_);
+  };
+  if (attributes_.size() <= kFew) {
+    for (std::size_t i = 1; i < attributes_.size(); ++i) {
+      for (std::size_t j = 0; j < i; ++j) {
+        if (attributes_[i].name == attributes_[j].name) fail(attributes_[i].name);
+      }
+    }
+    return;
+  }
+  std::vector<std::string_view> names;
+  names.reserve(attributes_.size());
+  for (const XmlAttribute& attribute : attributes_) names.push_back(attribute.name);
+  std::sort(names.begin(), names.end());
+  const auto twice = std::adjacent_find(names.begin(), names.end());
+  if (twice != names.end()) fail(*twice);
 }
 
 std::optional<std::string_view> XmlScanner::Attribute(std::string_view name) const {
@@ -391,10 +536,9 @@ std::string DecodeXml(std::string_view raw) {
       if (from < raw.size() && raw[from] == '\n') ++from;
       continue;
     }
-    std::size_t semicolon = raw.substr(0, std::min(raw.size(), special + 12)).find(';', from);
-    if (semicolon != std::string_view::npos &&
-        AppendEntity(out, raw.substr(from, semicolon - from))) {
-      from = semicolon + 1;
+    if (const auto reference = ReferenceAt(raw.substr(special))) {
+      AppendUtf8(out, reference->code);
+      from = special + reference->length;
     } else {
       out += '&';
     }
@@ -441,13 +585,8 @@ std::string EncodeSpreadsheetText(std::string_view text) {
   std::string escaped;
   escaped.reserve(text.size() + 8);
   for (std::size_t i = 0; i < text.size(); ++i) {
-    unsigned char c = static_cast<unsigned char>(text[i]);
-    std::string_view rest = text.substr(i);
-    if ((c < 0x20 && c != '\t' && c != '\n') || (c == '_' && EscapeAt(rest))) {
-      AppendEscape(escaped, c);
-    } else if (rest.starts_with("\xEF\xBF\xBE") || rest.starts_with("\xEF\xBF\xBF")) {
-      AppendEscape(escaped, static_cast<unsigned char>(rest[2]) == 0xBE ? 0xFFFE : 0xFFFF);
-      i += 2;
+    if (text[i] == '\r' || (text[i] == '_' && EscapeAt(text.substr(i)))) {
+      AppendEscape(escaped, static_cast<unsigned char>(text[i]));
     } else {
       escaped += text[i];
     }

@@ -34,11 +34,12 @@ struct XmlAttribute {
 // The name without its prefix: "row" for "xdr:row".
 std::string_view LocalName(std::string_view name);
 
-// A pull scanner over a UTF-8 document (with or without byte order mark) that must outlive it.
-// Checks that tags match; refuses document type declarations, encodings other than UTF-8 and
-// elements nested too deep. With
-// `kLenient`, an end tag that matches an outer element closes the inner ones, and unclosed <br>
-// passes (legacy drawings are written so).
+// A pull scanner over a UTF-8 document (with or without byte order mark) that must outlive it. Its
+// characters are taken to be ones that XML can have (OpcPackage::Read sees to it).
+// Refuses what is not well-formed, document type declarations, encodings other than UTF-8 and
+// elements nested too deep; prefixes need no declaration. With `kLenient`, an end tag that matches
+// an outer element closes the inner ones, unclosed <br> passes, and texts, attributes and comments
+// are not looked into before they are asked for (legacy drawings are written so).
 class XmlScanner {
  public:
   enum class Token { kStart, kEnd, kText, kOther, kDone };
@@ -48,7 +49,7 @@ class XmlScanner {
 
   // Moves to the next token. An empty element <a/> comes as kStart with is_empty(), without a kEnd.
   // kOther: declarations, comments, processing instructions; CDATA comes as kText with is_cdata().
-  // Throws XmlError. (The form of attributes is checked when they are asked for.)
+  // Throws XmlError.
   Token Next();
   Token token() const { return token_; }
 
@@ -82,7 +83,18 @@ class XmlScanner {
   Token ReadStartTag();
   Token ReadEndTag();
   Token ReadSpecial();
-  void CheckEncoding(std::string_view declaration) const;
+  void CheckText() const;
+  // Of the reference at `at`, which must be one.
+  std::size_t ReferenceLength(std::size_t at) const;
+  // Both from the end of the tag's name; return the place of its ">".
+  std::size_t ReadAttributes() const;
+  std::size_t SkipAttributes() const;
+  // Returns the place behind the attribute.
+  std::size_t ReadAttribute(std::size_t at) const;
+  void CheckNamesDiffer() const;
+  void CheckInstruction(std::string_view inside) const;
+  void CheckDeclaration(std::string_view declaration) const;
+  void CheckEncoding(std::string_view encoding) const;
   [[noreturn]] void Fail(const std::string& what, std::size_t offset) const;
 
   std::string_view document_;
@@ -93,7 +105,7 @@ class XmlScanner {
   std::size_t end_ = 0;
   std::string_view name_;
   std::string_view text_;
-  std::string_view tag_body_;  // what stands between the name and the end of the tag
+  std::size_t name_end_ = 0;  // of a start tag
   bool is_empty_ = false;
   bool is_cdata_ = false;
   bool root_seen_ = false;
@@ -102,13 +114,14 @@ class XmlScanner {
   mutable bool attributes_read_ = false;
 };
 
-// Resolves entities and character references (an unknown one stays as it is).
+// Resolves references to characters (one that stands for none stays as it is).
 std::string DecodeXml(std::string_view raw);
 // As DecodeXml, then the _xHHHH_ escapes that spreadsheet texts use for what XML can't hold.
 std::string DecodeSpreadsheetText(std::string_view raw);
+// For both: characters that XML can't hold come out as _xHHHH_.
 std::string EncodeXmlText(std::string_view text);
 std::string EncodeXmlAttribute(std::string_view text);
-// As EncodeXmlText, with _xHHHH_ for control characters and for a literal "_xHHHH_".
+// As EncodeXmlText, with _xHHHH_ for carriage returns and for a literal "_xHHHH_" as well.
 std::string EncodeSpreadsheetText(std::string_view text);
 
 // Changes to a text at places of the text as it was. Places must not overlap; any order.
