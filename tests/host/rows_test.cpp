@@ -71,7 +71,7 @@ TEST_F(RowsTest, SubtotalsFollowRowsThatAreHiddenOrShown) {
   EXPECT_EQ(subtotal(), Value(20));
 }
 
-TEST_F(RowsTest, TheListOfChangesNamesRowsThatWereHiddenOrShownAndProtection) {
+TEST_F(RowsTest, TheListOfChangesNamesRowsThatDifferAndProtection) {
   RowsTo(2, 3)->SetRowsHidden(true);
   session_->RecordChanges();
   Row(3)->SetRowHeight(20);
@@ -81,7 +81,8 @@ TEST_F(RowsTest, TheListOfChangesNamesRowsThatWereHiddenOrShownAndProtection) {
   sheet_->Protect();
   EXPECT_EQ(session_->Changes().others,
             (std::vector<std::string>{"sheet \"Data\" protected", "rows hidden at Data!5:7",
-                                      "rows shown at Data!3:3"}));
+                                      "rows shown at Data!3:3",
+                                      "row heights changed at Data!3:3, Data!9:9"}));
 }
 
 TEST_F(RowsTest, AHeightOfZeroHidesAndAnyOtherShows) {

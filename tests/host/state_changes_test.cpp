@@ -58,6 +58,27 @@ INSTANTIATE_TEST_SUITE_P(
                  s.Worksheet("Plan")->Cells(row, 1)->SetRowsHidden(true);
              },
              {"rows hidden at Plan!5:7, Plan!20:20", "rows shown at Data!1:1"}},
+        Edit{"HeightsAndOutlineLevels",
+             [](Session& s) {
+               host::WorksheetPtr plan = s.Worksheet("Plan");
+               for (int row : {3, 4}) plan->Cells(row, 1)->SetRowHeight(30);
+               plan->Cells(9, 1)->SetOutlineLevel(2);
+               s.Worksheet("Data")->Cells(1, 1)->SetRowHeight(40);
+               s.Worksheet("Data")->Cells(5, 1)->SetRowHeight(20);
+               s.Worksheet("Data")->Cells(5, 1)->SetRowHeight(15);
+             },
+             {"rows shown at Data!1:1", "row heights changed at Data!1:1, Plan!3:4",
+              "outline levels of rows changed at Plan!9:9"}},
+        Edit{"ColumnWidthsAndFormats",
+             [](Session& s) {
+               host::WorksheetPtr data = s.Worksheet("Data");
+               for (int column : {2, 3}) data->Columns(column)->SetColumnWidth(20);
+               data->Columns(5)->SetColumnWidth(0);
+               data->Columns(7)->Interior()->SetColorIndex(45);
+               data->Columns(3)->Insert(host::XlInsertShiftDirection::kToRight);
+             },
+             {"columns hidden at Data!F:F", "column widths changed at Data!B:B",
+              "column widths changed at Data!D:D", "formats of columns changed at Data!H:H"}},
         Edit{"ThereAndBack",
              [](Session& s) {
                s.Worksheet("Data")->Cells(1, 1)->SetRowsHidden(false);

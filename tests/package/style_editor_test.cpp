@@ -10,6 +10,7 @@
 namespace vantora::embedded {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -167,6 +168,44 @@ TEST_F(StyleEditorTest, ImportsFormatsOfAnotherWorkbook) {
   const StyleId percent = other->style_editor().Changed(1, bold);
   EXPECT_EQ(editor.Import(other->style_editor(), percent), 2u);
   EXPECT_THAT(editor.Text(), HasSubstr("<numFmt numFmtId=\"165\" formatCode=\"0%\"/>"));
+}
+
+TEST_F(StyleEditorTest, ImportsTheNamedStylesThatAreMissing) {
+  // A style of the user's, the built-in "Percent" in German, and "Normal".
+  auto source = Open(
+      "<styleSheet xmlns:r='r'><numFmts count='1'><numFmt numFmtId='170' formatCode='0.000'/>"
+      "</numFmts><fonts count='2'><font><sz val='11'/></font><font><i/></font></fonts>"
+      "<fills count='1'><fill><patternFill/></fill></fills><borders count='1'><border/></borders>"
+      "<cellStyleXfs count='3'><xf numFmtId='0' fontId='0' fillId='0' borderId='0'/>"
+      "<xf numFmtId='170' fontId='1' fillId='0' borderId='0'/><xf numFmtId='9'/></cellStyleXfs>"
+      "<cellXfs count='3'><xf xfId='0'/><xf fontId='1' numFmtId='170' xfId='1'/>"
+      "<xf numFmtId='9' xfId='2'/></cellXfs><cellStyles count='3'>"
+      "<cellStyle name='Standard' xfId='0' builtinId='0'/><cellStyle name='Ratio' xfId='1' "
+      "r:uid='1'/><cellStyle name='Prozent' xfId='2' builtinId='5'/></cellStyles></styleSheet>");
+  auto target = Open(
+      "<styleSheet><fonts count='1'><font><sz val='11'/></font></fonts>"
+      "<fills count='1'><fill><patternFill/></fill></fills><borders count='1'><border/></borders>"
+      "<cellStyleXfs count='2'><xf/><xf numFmtId='9'/></cellStyleXfs><cellXfs count='1'><xf/>"
+      "</cellXfs><cellStyles count='2'><cellStyle name='Normal' xfId='0' builtinId='0'/>"
+      "<cellStyle name='Percent' xfId='1' builtinId='5'/></cellStyles></styleSheet>");
+  StyleEditor& editor = target->style_editor();
+  for (StyleId style : {1u, 2u, 1u}) editor.Import(source->style_editor(), style);
+  const std::string text = editor.Text();
+  EXPECT_THAT(text, HasSubstr("<cellStyleXfs count='3'><xf/><xf numFmtId='9'/>"
+                              "<xf numFmtId=\"164\" fontId=\"1\" fillId=\"0\" borderId=\"0\"/>"
+                              "</cellStyleXfs>"));
+  EXPECT_THAT(text, HasSubstr("builtinId='5'/><cellStyle name=\"Ratio\" xfId=\"2\"/>"
+                              "</cellStyles>"));
+  EXPECT_THAT(text, AllOf(HasSubstr("xfId=\"1\""), HasSubstr("cellStyles count='3'")));
+
+  // A workbook that says nothing of named styles gets them with the default one first.
+  auto sparse = Open("<styleSheet><cellXfs count='1'><xf/></cellXfs></styleSheet>");
+  sparse->style_editor().Import(source->style_editor(), 0);
+  EXPECT_THAT(sparse->style_editor().Text(), Not(HasSubstr("cellStyle")));
+  sparse->style_editor().Import(source->style_editor(), 1);
+  EXPECT_THAT(sparse->style_editor().Text(),
+              AllOf(HasSubstr("<cellStyleXfs count=\"2\">"), HasSubstr("name=\"Normal\""),
+                    HasSubstr("name=\"Ratio\" xfId=\"1\"")));
 }
 
 TEST_F(StyleEditorTest, ReplacesThePalette) {

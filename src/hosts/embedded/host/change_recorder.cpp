@@ -7,6 +7,7 @@
 #include "formula/lexical.h"
 #include "formula/sheet_prefix.h"
 #include "host/column_formats.h"
+#include "package/column_width.h"
 
 namespace vantora::embedded {
 
@@ -112,27 +113,53 @@ void ChangeRecorder::AddSheetChanges(int sheet, ChangeList& list, std::size_t& n
 }
 
 void ChangeRecorder::AddColumnChanges(int sheet, ChangeList& list) const {
-  const SheetModel& model = workbook_.sheet(sheet);
   // A sheet that was added since is new as a whole.
   if (static_cast<std::size_t>(sheet) >= columns_then_.size()) return;
   const std::vector<ColumnFormat>& then = columns_then_[sheet];
+  const std::vector<ColumnFormat>& now = workbook_.sheet(sheet).column_formats;
+  AddColumnRuns(sheet, list, [&](int before, int after) -> std::string_view {
+    const bool hidden = IsColumnHidden(now, after);
+    if (IsColumnHidden(then, before) == hidden) return "";
+    return hidden ? "columns hidden at " : "columns shown at ";
+  });
+  const double default_width =
+      DefaultColumnWidth(workbook_.file().markup(sheet), workbook_.model().styles.max_digit_width);
+  AddColumnRuns(sheet, list, [&](int before, int after) -> std::string_view {
+    const double width_then = WidthOfColumn(then, before, default_width);
+    const double width_now = WidthOfColumn(now, after, default_width);
+    // A column without width is hidden, which is told.
+    const bool differs = width_then != width_now && width_then != 0 && width_now != 0;
+    return differs ? "column widths changed at " : "";
+  });
+  const auto style_of = [](const std::vector<ColumnFormat>& runs, int column) {
+    const ColumnFormat* run = FormatOfColumn(runs, column);
+    return run ? run->style : StyleId{0};
+  };
+  AddColumnRuns(sheet, list, [&](int before, int after) -> std::string_view {
+    return style_of(then, before) != style_of(now, after) ? "formats of columns changed at " : "";
+  });
+}
+
+template <typename What>
+void ChangeRecorder::AddColumnRuns(int sheet, ChangeList& list, What what) const {
+  const std::vector<ColumnFormat>& then = columns_then_[sheet];
+  const std::vector<ColumnFormat>& now = workbook_.sheet(sheet).column_formats;
   const int last_then = then.empty() ? 0 : then.back().last;
-  const int last_now = model.column_formats.empty() ? 0 : model.column_formats.back().last;
+  const int last_now = now.empty() ? 0 : now.back().last;
   int first = 0;
-  bool hidden = false;
+  std::string_view word;
   for (int column = 1; column <= std::max(last_then, last_now) + 1; ++column) {
     const std::optional<int> before = ColumnThen(sheet, column);
-    const bool hidden_now = IsColumnHidden(model, column);
-    const bool changed = before && IsColumnHidden(then, *before) != hidden_now;
-    if (first != 0 && (!changed || hidden_now != hidden)) {
+    const std::string_view word_here = before ? what(*before, column) : "";
+    if (word_here == word) continue;
+    if (!word.empty()) {
       std::string place;
       AppendSheetPrefix(place, sheet, sheet, workbook_.model());
       place += ColumnLetters(first) + ":" + ColumnLetters(column - 1);
-      list.others.push_back((hidden ? "columns hidden at " : "columns shown at ") + place);
-      first = 0;
+      list.others.push_back(std::string(word) + place);
     }
-    if (changed && first == 0) first = column;
-    hidden = hidden_now;
+    first = column;
+    word = word_here;
   }
 }
 

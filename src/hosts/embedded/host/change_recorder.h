@@ -21,8 +21,12 @@ class ChangeRecorder {
 
  private:
   void AddSheetChanges(int sheet, ChangeList& list, std::size_t& new_results) const;
-  // Columns that were hidden or shown, a line for each run of them.
+  // Columns that were hidden or shown, or have another width or format, a line for each run of them.
   void AddColumnChanges(int sheet, ChangeList& list) const;
+  // A line for each run of columns of which `what` (from the places then and now) says the same: it
+  // gives what is to be said, "" for no change.
+  template <typename What>
+  void AddColumnRuns(int sheet, ChangeList& list, What what) const;
   // Cells that look otherwise than then, a line for the sheet; those of new columns are new.
   void AddFormatChanges(int sheet, ChangeList& list) const;
   StyleId StyleThen(int sheet, CellAddress cell) const;

@@ -173,7 +173,11 @@ const ColumnFormat* FormatOfColumn(const std::vector<ColumnFormat>& runs, int co
 }
 
 double WidthOfColumn(const SheetModel& sheet, int column, double default_width) {
-  const ColumnFormat* run = FormatOfColumn(sheet.column_formats, column);
+  return WidthOfColumn(sheet.column_formats, column, default_width);
+}
+
+double WidthOfColumn(const std::vector<ColumnFormat>& runs, int column, double default_width) {
+  const ColumnFormat* run = FormatOfColumn(runs, column);
   return run ? WidthOfRun(*run, default_width) : default_width;
 }
 

@@ -18,6 +18,7 @@ const ColumnFormat* FormatOfColumn(const std::vector<ColumnFormat>& runs, int co
 
 // Widths are those of files (column_width.h); `default_width` is that of columns without one.
 double WidthOfColumn(const SheetModel& sheet, int column, double default_width);
+double WidthOfColumn(const std::vector<ColumnFormat>& runs, int column, double default_width);
 bool IsColumnHidden(const SheetModel& sheet, int column);
 bool IsColumnHidden(const std::vector<ColumnFormat>& runs, int column);
 // A hidden column keeps its width.

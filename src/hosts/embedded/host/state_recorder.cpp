@@ -63,6 +63,28 @@ void AddRuns(const std::vector<int>& from, const std::vector<int>& to, const std
   }
 }
 
+// The rows, ascending, of which `differ` says so; `then` and `now` hold those that are not
+// `standard`.
+template <typename Differ>
+std::vector<int> RowsThatDiffer(const std::vector<RowTable::Entry>& then,
+                                const std::vector<RowTable::Entry>& now, const RowFormat& standard,
+                                Differ differ) {
+  std::vector<int> rows;
+  auto before = then.begin();
+  auto after = now.begin();
+  while (before != then.end() || after != now.end()) {
+    const bool in_then = before != then.end() && (after == now.end() || before->row <= after->row);
+    const bool in_now = after != now.end() && (before == then.end() || after->row <= before->row);
+    const int row = in_then ? before->row : after->row;
+    if (differ(in_then ? before->format : standard, in_now ? after->format : standard)) {
+      rows.push_back(row);
+    }
+    before += in_then;
+    after += in_now;
+  }
+  return rows;
+}
+
 // All places on one line.
 void AddPlaces(const std::string& what, const std::vector<std::string>& places,
                std::vector<std::string>& lines) {
@@ -137,6 +159,8 @@ void StateRecorder::AddSheet(int sheet, Lines& lines) const {
 void StateRecorder::AddRows(Lines& lines) const {
   std::vector<std::string> hidden;
   std::vector<std::string> shown;
+  std::vector<std::string> heights;
+  std::vector<std::string> levels;
   for (int sheet : workbook_.model().tab_order) {
     if (static_cast<std::size_t>(sheet) >= sheets_.size()) continue;
     const std::vector<int> then = HiddenRows(sheets_[sheet].rows);
@@ -145,9 +169,26 @@ void StateRecorder::AddRows(Lines& lines) const {
     AppendSheetPrefix(prefix, sheet, sheet, workbook_.model());
     AddRuns(then, now, prefix, hidden);
     AddRuns(now, then, prefix, shown);
+    const RowTable& rows = workbook_.sheet(sheet).rows;
+    const double standard = workbook_.sheet(sheet).standard_row_height;
+    const auto differ = [&](auto difference) {
+      return RowsThatDiffer(sheets_[sheet].rows, rows.entries(), rows.standard(), difference);
+    };
+    // A row without height is hidden, which is told.
+    AddRuns({}, differ([&](const RowFormat& a, const RowFormat& b) {
+              return a.height != 0.0 && b.height != 0.0 &&
+                     a.height.value_or(standard) != b.height.value_or(standard);
+            }),
+            prefix, heights);
+    AddRuns({}, differ([](const RowFormat& a, const RowFormat& b) {
+              return a.outline_level != b.outline_level;
+            }),
+            prefix, levels);
   }
   AddPlaces("rows hidden at ", hidden, lines);
   AddPlaces("rows shown at ", shown, lines);
+  AddPlaces("row heights changed at ", heights, lines);
+  AddPlaces("outline levels of rows changed at ", levels, lines);
 }
 
 void StateRecorder::AddView(int sheet, Lines& lines) const {

@@ -52,6 +52,14 @@ class Draft {
   explicit Draft(pugi::xml_node original) { document_.append_copy(original); }
   Draft(pugi::xml_node original, std::string_view prefix) : Draft(original) {
     while (pugi::xml_node extensions = Child(node(), "extLst")) node().remove_child(extensions);
+    // Of namespaces that this workbook's part need not declare.
+    for (pugi::xml_attribute attribute = node().first_attribute(); attribute;) {
+      const pugi::xml_attribute next = attribute.next_attribute();
+      const bool is_foreign =
+          std::string_view(attribute.name()).find(':') != std::string_view::npos;
+      if (is_foreign) node().remove_attribute(attribute);
+      attribute = next;
+    }
     SetPrefix(node(), prefix);
   }
   pugi::xml_node node() { return document_.first_child(); }
@@ -114,11 +122,7 @@ class StyleEditor::Impl {
     if (!original) return 0;
     Draft format(original, prefix_);
     pugi::xml_node xf = format.node();
-    ImportEntry(xf, "fontId", source.fonts_, fonts_);
-    ImportEntry(xf, "fillId", source.fills_, fills_);
-    ImportEntry(xf, "borderId", source.borders_, borders_);
-    SetAttribute(xf, "numFmtId",
-                 std::to_string(ImportNumberFormat(source, Number(original, "numFmtId"))));
+    ImportParts(source, xf);
     SetAttribute(xf, "xfId", std::to_string(ImportNamedStyle(source, Number(original, "xfId"))));
     return StyleOf(kNoStyle, xf);
   }
@@ -142,14 +146,16 @@ class StyleEditor::Impl {
 
   bool changed() const {
     return palette_changed_ || number_formats_.changed() || fonts_.changed() || fills_.changed() ||
-           borders_.changed() || formats_.changed() || differentials_.changed();
+           borders_.changed() || style_formats_.changed() || formats_.changed() ||
+           named_styles_.changed() || differentials_.changed();
   }
 
   std::string Text() const {
     try {
-      return PatchStylesPart(
-          text_, {&number_formats_, &fonts_, &fills_, &borders_, &formats_, &differentials_},
-          palette_changed_ ? &styles_.palette : nullptr);
+      return PatchStylesPart(text_,
+                             {&number_formats_, &fonts_, &fills_, &borders_, &style_formats_,
+                              &formats_, &named_styles_, &differentials_},
+                             palette_changed_ ? &styles_.palette : nullptr);
     } catch (const XmlError& error) {
       ThrowDamaged(part_, error);
     }
@@ -157,12 +163,18 @@ class StyleEditor::Impl {
 
  private:
   static constexpr StyleId kNoStyle = UINT32_MAX;
+  // The BuiltInNumber of the default style.
+  static constexpr std::string_view kNormal = "0,";
 
   // Tables that a sparse part lacks, before anything is added to them: the first entries have a
   // meaning.
   void Complete() {
     if (complete_) return;
     complete_ = true;
+    CompleteTables({&fonts_, &fills_, &borders_, &formats_});
+  }
+
+  void CompleteTables(std::initializer_list<StyleTable*> tables) {
     const pugi::xml_document defaults = Parse(NewStylesPart(), part_);
     pugi::xml_node sheet = Child(defaults, "styleSheet");
     const auto complete = [&](StyleTable& table) {
@@ -174,7 +186,7 @@ class StyleEditor::Impl {
         if (&table == &fills_) reader_.AddFill(draft.node());
       });
     };
-    for (StyleTable* table : {&fonts_, &fills_, &borders_, &formats_}) complete(*table);
+    for (StyleTable* table : tables) complete(*table);
   }
 
   // Changes the entry of `table` that the format uses.
@@ -239,19 +251,54 @@ class StyleEditor::Impl {
     return free_id;
   }
 
-  // The style of the same name; the default one when there is none.
+  // The named style that a cell format of the source stands on: that of this workbook, which keeps
+  // its own look, or the source's, which is added. A built-in style is told by its number, since
+  // its name is in the language of the program that wrote it.
   std::size_t ImportNamedStyle(const Impl& source, std::size_t id) {
-    std::string_view name;
-    ForEachChild(Child(source.root_, "cellStyles"), "cellStyle", [&](pugi::xml_node style) {
-      if (Number(style, "xfId") == id) name = style.attribute("name").value();
-    });
-    std::size_t found = 0;
-    ForEachChild(Child(root_, "cellStyles"), "cellStyle", [&](pugi::xml_node style) {
-      if (!name.empty() && EqualsIgnoreCase(style.attribute("name").value(), name)) {
-        found = Number(style, "xfId");
-      }
-    });
-    return found;
+    const pugi::xml_node named = source.NamedStyleOf(id);
+    if (!named || id >= source.style_formats_.size()) return 0;
+    const std::string built_in = BuiltInNumber(named);
+    const std::string_view name = named.attribute("name").value();
+    for (std::size_t i = 0; i < named_styles_.size(); ++i) {
+      const pugi::xml_node style = named_styles_[i];
+      const bool is_same = built_in.empty()
+                               ? EqualsIgnoreCase(style.attribute("name").value(), name)
+                               : BuiltInNumber(style) == built_in;
+      if (is_same) return Number(style, "xfId");
+    }
+    // A part that names no styles has the default one all the same.
+    if (built_in == kNormal) return 0;
+    CompleteTables({&style_formats_, &named_styles_});
+    Draft format(source.style_formats_[id], prefix_);
+    ImportParts(source, format.node());
+    const std::size_t index = style_formats_.Add(format.node());
+    Draft style(named, prefix_);
+    SetAttribute(style.node(), "xfId", std::to_string(index));
+    named_styles_.Add(style.node());
+    return index;
+  }
+
+  pugi::xml_node NamedStyleOf(std::size_t id) const {
+    for (std::size_t i = 0; i < named_styles_.size(); ++i) {
+      if (Number(named_styles_[i], "xfId") == id) return named_styles_[i];
+    }
+    return {};
+  }
+
+  // With the level of an outline style; "" for a style that a user made.
+  static std::string BuiltInNumber(pugi::xml_node style) {
+    const pugi::xml_attribute number = style.attribute("builtinId");
+    if (!number) return "";
+    return std::string(number.value()) + "," + style.attribute("iLevel").value();
+  }
+
+  // What a format refers to, as entries of this workbook.
+  void ImportParts(const Impl& source, pugi::xml_node xf) {
+    ImportEntry(xf, "fontId", source.fonts_, fonts_);
+    ImportEntry(xf, "fillId", source.fills_, fills_);
+    ImportEntry(xf, "borderId", source.borders_, borders_);
+    SetAttribute(xf, "numFmtId",
+                 std::to_string(ImportNumberFormat(source, Number(xf, "numFmtId"))));
   }
 
   std::string part_;
@@ -267,7 +314,9 @@ class StyleEditor::Impl {
   StyleTable fonts_{root_, prefix_, "fonts", "font"};
   StyleTable fills_{root_, prefix_, "fills", "fill"};
   StyleTable borders_{root_, prefix_, "borders", "border"};
+  StyleTable style_formats_{root_, prefix_, "cellStyleXfs", "xf"};
   StyleTable formats_{root_, prefix_, "cellXfs", "xf"};
+  StyleTable named_styles_{root_, prefix_, "cellStyles", "cellStyle"};
   StyleTable differentials_{root_, prefix_, "dxfs", "dxf"};
   bool complete_ = false;
   bool palette_changed_ = false;

@@ -63,7 +63,8 @@ class StyleEditor {
   StyleId Changed(StyleId style, const FormatChange& change);
   // `style` with the border of another style.
   StyleId WithBorderOf(StyleId style, StyleId border_source);
-  // A style of another workbook: its number format, font, fill, border, alignment and protection.
+  // A style of another workbook: its number format, font, fill, border, alignment and protection, and
+  // the named style that it stands on where this workbook has none of that name.
   // Colours of the palette or the theme are taken as such: they look as this workbook has them.
   StyleId Import(const StyleEditor& source, StyleId style);
 
