@@ -110,6 +110,18 @@ TEST_F(RenamedSheet, IsFollowedByAllThatNamesIt) {
   EXPECT_EQ(again->Range("Sum!B1")->Value(), Value(9.0));
 }
 
+TEST_F(RenamedSheet, TextsThatNameItDoNotFollow) {
+  Open(TwoSheets());
+  session->Range("Sum!F1")->SetFormula("=IFERROR(INDIRECT(\"Data!A1\"),\"gone\")");
+  EXPECT_EQ(session->Range("Sum!F1")->Value(), Value(5.0));
+  session->Worksheet("Data")->SetName("New");
+  session->Calculate();
+  EXPECT_EQ(session->Range("Sum!F1")->Value(), Value("gone"));
+  session->Worksheet("New")->SetName("Data");
+  session->Calculate();
+  EXPECT_EQ(session->Range("Sum!F1")->Value(), Value(5.0));
+}
+
 // Columns that were inserted before are not followed in the parts yet.
 TEST_F(RenamedSheet, FollowsAfterAnInsertionAndMayBeRenamedAgain) {
   Open(TwoSheets());
