@@ -87,14 +87,14 @@ void clsDevelopmentMode::AlignSheets() {
 }
 
 void clsDevelopmentMode::AlignSheet(const WorksheetPtr& sheet) {
-  const bool freezes_row = SheetHasFlag(sheet, kFreezeRowFlag);
-  const bool freezes_column = SheetHasFlag(sheet, kFreezeColumnFlag);
   const int scroll_column = SheetHasFlag(sheet, kScrollColumnFlag)
                                 ? FlagNumber(sheet, kScrollColumnFlag, kUsualScrollColumn)
                                 : 0;
   const int scroll_row =
       SheetHasFlag(sheet, kScrollRowFlag) ? FlagNumber(sheet, kScrollRowFlag, kUsualScrollRow) : 0;
+  const bool freezes_row = SheetHasFlag(sheet, kFreezeRowFlag);
   const int freeze_row = freezes_row ? FlagNumber(sheet, kFreezeRowFlag, kUsualFreezeRow) : 1;
+  const bool freezes_column = SheetHasFlag(sheet, kFreezeColumnFlag);
   const int freeze_column =
       freezes_column ? FlagNumber(sheet, kFreezeColumnFlag, kUsualFreezeColumn) : 1;
   // Freezing comes first: the scroll position is then that of the scrolling pane.

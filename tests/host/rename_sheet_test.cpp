@@ -110,6 +110,18 @@ TEST_F(RenamedSheet, IsFollowedByAllThatNamesIt) {
   EXPECT_EQ(again->Range("Sum!B1")->Value(), Value(9.0));
 }
 
+TEST_F(RenamedSheet, TextsThatNameItDoNotFollow) {
+  Open(TwoSheets());
+  session->Range("Sum!F1")->SetFormula("=IFERROR(INDIRECT(\"Data!A1\"),\"gone\")");
+  EXPECT_EQ(session->Range("Sum!F1")->Value(), Value(5.0));
+  session->Worksheet("Data")->SetName("New");
+  session->Calculate();
+  EXPECT_EQ(session->Range("Sum!F1")->Value(), Value("gone"));
+  session->Worksheet("New")->SetName("Data");
+  session->Calculate();
+  EXPECT_EQ(session->Range("Sum!F1")->Value(), Value(5.0));
+}
+
 // Columns that were inserted before are not followed in the parts yet.
 TEST_F(RenamedSheet, FollowsAfterAnInsertionAndMayBeRenamedAgain) {
   Open(TwoSheets());
@@ -146,6 +158,43 @@ TEST_F(RenamedSheet, IsRefusedWhereItCannotBeFollowed) {
   Open(locked);
   EXPECT_THAT(refusal("Data", "New"), HasSubstr("structure"));
   EXPECT_THAT(refusal("Data", "sum"), HasSubstr("another sheet"));
+  const host::SheetsPtr sheets = session->application()->ActiveWorkbook()->Sheets();
+  EXPECT_THROW(sheets->Add(sheets->Item(1)), HostError);
+  EXPECT_EQ(sheets->Count(), 2);
+}
+
+TEST_F(RenamedSheet, RealWorkbooksCalculateAsBeforeAndNameNoOldSheet) {
+  const auto workbooks = ModelWorkbooks();
+  if (workbooks.empty()) GTEST_SKIP() << "the realistic workbooks are not beside the checkout";
+  for (const auto& path : workbooks) {
+    SCOPED_TRACE(path);
+    session = Session::Open(path);
+    if (session->file().model().structure_is_protected) continue;
+    const Recalculation before = session->RecalculateAll();
+    std::vector<std::string> old_names;
+    for (const auto& sheet : session->application()->ActiveWorkbook()->Worksheets()) {
+      old_names.push_back(sheet->Name());
+      sheet->SetName("New name " + std::to_string(old_names.size()));
+    }
+    session->Save(Path("renamed.xlsx"));
+    const auto again = Session::Open(Path("renamed.xlsx"));
+    const Recalculation after = again->RecalculateAll();
+    EXPECT_EQ(after.formulas, before.formulas);
+    EXPECT_EQ(after.differences.size(), 0u);
+    EXPECT_EQ(after.uncalculated.size(), before.uncalculated.size());
+    OpcPackage& package = again->file().package();
+    for (const std::string& part : package.PartNames()) {
+      if (!part.ends_with(".xml") || part.ends_with("sharedStrings.xml")) continue;
+      // Excel makes the list of titles there anew.
+      if (part == "docProps/app.xml") continue;
+      const std::string text = package.Read(part);
+      for (const std::string& name : old_names) {
+        for (const std::string& prefix : {">" + name + "!", "\"" + name + "!", "'" + name + "'!"}) {
+          EXPECT_EQ(text.find(prefix), std::string::npos) << part << " names " << prefix;
+        }
+      }
+    }
+  }
 }
 
 }  // namespace

@@ -31,6 +31,14 @@ TEST_F(ShiftHistory, MovesColumnsKToNOneToTheLeft) {
   EXPECT_TRUE(ScreenUpdating());
 }
 
+TEST_F(ShiftHistory, ReturnsToAChartSheet) {
+  model.Activate("Cover");
+  model.TurnIntoChartSheet("Cover");
+  YearEnd({"OK"}).ShiftHistory();
+  EXPECT_EQ(model.Get("Data!J3"), Value(12));
+  EXPECT_EQ(model.ActiveSheet(), "Cover");
+}
+
 TEST_F(ShiftHistory, EmptiesCellsOfColumnJThatShowValueErrors) {
   model.Put("Data!K5", {CellError::kValue});
   model.Put("Data!K6", {CellError::kRef});

@@ -330,6 +330,8 @@ TEST_F(ExcelMembersTest, WorksOnSheetsAndWorkbooks) {
       {[&] { EXPECT_EQ(all->Item(2)->Name(), "Chart1"); },
        "Sheets.Item get(2)\nChart.Name get()\n"},
       {[&] { all->Item("Chart1"); }, "Sheets.Item get(\"Chart1\")\n"},
+      {[&] { all->Item(2)->Activate(); }, "Sheets.Item get(2)\nChart.Activate call()\n"},
+      {[&] { all->Item(2)->Select(); }, "Sheets.Item get(2)\nChart.Select call()\n"},
       {[&] { all->Add(all->Item(2)); }, "Sheets.Item get(2)\nSheets.Add call(After:=object)\n"},
       {[&] { workbook->SaveAs("C:\\a.xlsm", host::XlFileFormat::kOpenXmlWorkbookMacroEnabled); },
        "Workbook.SaveAs call(FileFormat:=52, Filename:=\"C:\\a.xlsm\")\n"},

@@ -111,7 +111,7 @@ class OpenWorkbook {
   void SetCommentVisible(int sheet, CellAddress cell, bool visible);
 
   // Adds an empty worksheet behind the sheet `after`, with the next free default name; it becomes
-  // the active one.
+  // the active one. Throws HostError while the workbook's structure is protected.
   int AddSheet(int after);
   // All that names the sheet follows. Throws HostError for a name that no sheet may have or another
   // one has, and where a part that may name it can't be read.

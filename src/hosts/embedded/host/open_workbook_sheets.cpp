@@ -9,6 +9,10 @@
 namespace vantora::embedded {
 
 int OpenWorkbook::AddSheet(int after) {
+  if (model().structure_is_protected) {
+    Refuse("Add method of Sheets class failed: the structure of \"" + file_->name() +
+           "\" is protected.");
+  }
   const int id = file_->AddSheet(FreeSheetName(model()), model().PositionOf(after) + 1);
   // References that span sheets may take the new one in.
   calculator_.NamesChanged();
