@@ -61,9 +61,13 @@ void EditAndSave(const std::filesystem::path& path, const std::filesystem::path&
   Try([&] { session->Calculate(); });
   const std::string sheet = session->file().model().sheets[0]->name;
   Try([&] { session->Worksheet(sheet)->Cells(2, 2)->SetValue(Value("text")); });
-  Try([&] { session->Worksheet(sheet)->Columns(2)->Copy(); });
   Try([&] {
     session->Worksheet(sheet)->Columns(2)->Insert(host::XlInsertShiftDirection::kToRight);
+  });
+  Try([&] { session->Worksheet(sheet)->Columns(3)->Copy(); });
+  Try([&] {
+    session->Worksheet(sheet)->Columns(2)->PasteSpecial(
+        host::XlPasteType::kAll, host::XlPasteSpecialOperation::kNone, false, false);
   });
   Try([&] { session->ShapesOf(sheet); });
   Try([&] { session->Worksheet(sheet)->Cells(3, 3)->Clear(); });

@@ -81,7 +81,7 @@ std::function<void(Parts&)> Row(const std::string& content) {
   return Sheet("<sheetData><row>" + content + "</row></sheetData>");
 }
 
-std::function<void(Parts&)> Replace(const char* part, const char* from, const char* to) {
+std::function<void(Parts&)> Replace(const char* part, const char* from, const std::string& to) {
   return [=](Parts& parts) { ReplaceAll(parts[part], from, to); };
 }
 
@@ -321,6 +321,9 @@ std::vector<RefusedFile> RefusedSizes() {
          ReplaceAll(parts[kBookRelationships], "</Relationships>",
                     relationships + "</Relationships>");
        }},
+      {"257 windows", Replace(kWorkbookPart, "<sheets>",
+                              "<bookViews>" + Repeated("<workbookView/>", kMostWindows + 1) +
+                                  "</bookViews><sheets>")},
       {"more than a million relationships",
        [](Parts& parts) {
          ReplaceAll(parts[kBookRelationships], "</Relationships>",

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "package/cell_patch.h"
+#include "package/file_limits.h"
 #include "package/sheet_reader.h"
 #include "package/xml_scanner.h"
 
@@ -58,6 +59,10 @@ Places FindViews(std::string_view workbook) {
     const bool is_empty = xml.is_empty();
     while (!is_empty && xml.Next() != Token::kEnd) {
       if (xml.token() != Token::kStart) continue;
+      if (places.views.size() == kMostWindows) {
+        throw XmlError("the workbook has more than " + std::to_string(kMostWindows) + " windows",
+                       xml.begin(), FileError::Code::kTooLarge);
+      }
       ViewElement view;
       view.begin = xml.begin();
       view.tag_end = xml.end();

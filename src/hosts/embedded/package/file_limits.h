@@ -28,6 +28,8 @@ inline constexpr std::size_t kLargestModel = std::size_t{2} << 30;
 // sheet with links has up to 65,530.
 inline constexpr std::size_t kMostRelationships = std::size_t{1} << 20;
 inline constexpr std::size_t kMostSheets = 10000;
+// Windows on the workbook: each has a view of each sheet.
+inline constexpr std::size_t kMostWindows = 256;
 // Texts in the table of shared strings.
 inline constexpr std::size_t kMostSharedStrings = std::size_t{1} << 24;
 // Cells of all array formulas of a sheet, and of all its data tables: each becomes a cell.

@@ -26,7 +26,11 @@ void WorkbookFile::ReadParts() {
   std::string workbook = FindWorkbookPart(*package_, name_);
   parts_ =
       std::make_unique<WorkbookParts>(ReadWorkbook(*package_, workbook, model_, active_sheet_));
-  windows_ = ReadBookViews(package_->Read(workbook));
+  try {
+    windows_ = ReadBookViews(package_->Read(workbook));
+  } catch (const XmlError& error) {
+    ThrowDamaged(workbook, error);
+  }
   for (const BookView& window : windows_) {
     const int last = static_cast<int>(model_.tab_order.size()) - 1;
     active_sheets_.push_back(model_.tab_order[std::min(window.active_tab, last)]);
