@@ -136,10 +136,11 @@ void DescribeUndo(CLI::App& undo, UndoOptions& options) {
 }
 
 // Texts that go into the workbook, or are looked for in it; names of files may hold any byte.
-void RequireUtf8(const std::string& text) {
-  if (embedded::FirstInvalidUtf8(text) == std::string::npos) return;
+void RequireText(const std::string& text) {
+  if (embedded::FirstInvalidCharacter(text) == std::string::npos) return;
   throw UsageError("The argument \"" + ui::Printable(text) +
-                   "\" is not UTF-8. Use a terminal, or save the script, in that encoding.");
+                   "\" is not UTF-8, or holds control characters. Use a terminal, or save the "
+                   "script, in that encoding.");
 }
 
 void SplitMethod(const std::string& text, RunOptions& options) {
@@ -156,7 +157,7 @@ std::vector<std::string> MethodArguments(const std::vector<std::string>& remaini
     if (text.starts_with('-') && text.size() > 1 && !TextToNumber(text)) {
       throw UsageError("There is no option " + text + "." + kSeeHelp);
     }
-    RequireUtf8(text);
+    RequireText(text);
   }
   return remaining;
 }
@@ -199,12 +200,12 @@ RunOptions ToOptions(const RawRun& raw) {
   if (!raw.output.empty()) options.target = Target::kOutputFile;
   options.output = raw.output;
   options.further = ParseFurther(raw.further, raw.further_outputs);
-  for (const std::string& text : options.answers) RequireUtf8(text);
+  for (const std::string& text : options.answers) RequireText(text);
   for (const std::string& text : {options.sheet, options.selection, options.caller, raw.pick}) {
-    RequireUtf8(text);
+    RequireText(text);
   }
   for (const std::string& text : raw.cells_to_set) {
-    RequireUtf8(text);
+    RequireText(text);
     options.cells_to_set.push_back(ParseCellToSet(text));
   }
   return options;
