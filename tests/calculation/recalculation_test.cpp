@@ -194,6 +194,38 @@ TEST(Recalculation, VolatileFormulasFollowEveryEdit) {
   EXPECT_EQ(book.Value("C1"), "7");
 }
 
+// Long enough for an index; keys and results are formulas themselves.
+TEST(Recalculation, LookUpsInLongColumnsFollowEdits) {
+  TestBook book;
+  book.Put("A1:A60", "=ROW()+Other!$A$1");
+  book.Put("B1:B60", "=ROW()*10");
+  book.Put("D1:D60", "=VLOOKUP(ROW()+Other!$A$1,$A$1:$B$60,2,FALSE)");
+  book.Put("E1:E60", "=SUMIF($A$1:$A$60,A1,$B$1:$B$60)");
+  book.Put("F1:F60", "=COUNTIF($D$1:D1,D1)");
+  const auto row_of = [&](std::string_view columns, int row) {
+    std::string values;
+    for (char column : columns) values += book.Value(column + std::to_string(row)) + " ";
+    return values;
+  };
+  book.calculator().CalculateAll();
+  EXPECT_EQ(row_of("DEF", 60), "600 600 1 ");
+  book.Put("Other!A1", "5");
+  book.calculator().CalculateAll();
+  for (int row : {1, 30, 60}) {
+    const std::string value = std::to_string(row * 10);
+    EXPECT_EQ(row_of("DEF", row), value + " " + value + " 1 ");
+  }
+  book.Put("B7", "1234");
+  EXPECT_EQ(row_of("DEF", 7), "1234 1234 1 ");
+  book.Put("A7", "=A6");
+  EXPECT_EQ(row_of("DEF", 6), "60 1294 1 ");
+  EXPECT_EQ(row_of("DEF", 7), "#N/A 1294 1 ");
+  book.InsertColumns("Data", "A");
+  EXPECT_EQ(row_of("EFG", 6), "60 1294 1 ");
+  book.Put("C6", "1");
+  EXPECT_EQ(row_of("EFG", 6), "1 1235 1 ");
+}
+
 TEST(Recalculation, AFormulaIsVolatileThroughANameThatIs) {
   TestBook book;
   book.AddName("last", "OFFSET(Data!$A$1,COUNTA(Data!$A$1:$A$3)-1,1)");
