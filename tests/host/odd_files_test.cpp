@@ -117,6 +117,16 @@ std::vector<OddFile> OddFiles() {
          }
        },
        {"xl/_rels/workbook.xml.rels"}},
+      {"relationships to what no part can be named",
+       [](Parts& p) {
+         AddWorkbookPart(p, "styles", "styles.xml", "");
+         AddWorkbookPart(p, "sharedStrings", "strings.xml", "");
+         for (const char* name : {"styles.xml", "strings.xml"}) {
+           ReplaceAll(p["xl/_rels/workbook.xml.rels"], name, "a:" + std::string(name));
+         }
+         p.erase("xl/styles.xml");
+         p.erase("xl/strings.xml");
+       }},
       {"the strict form",
        [](Parts& p) {
          for (auto& [part, text] : p) {
@@ -249,6 +259,7 @@ TEST_F(OddFilesTest, OpenTakeAnEditAndKeepTheRest) {
     session->Save(saved);
     EXPECT_EQ(BytesOfParts(saved), BytesOfParts(path));
     session->Range("Data!A2")->SetValue(Value(1.5));
+    session->Range("Data!A3")->SetValue(Value("text"));
     session->Worksheet("Data")->Columns(2)->Insert(host::XlInsertShiftDirection::kToRight);
     session->Save(saved);
     auto package = OpcPackage::Open(saved);
@@ -261,6 +272,7 @@ TEST_F(OddFilesTest, OpenTakeAnEditAndKeepTheRest) {
     const auto file = WorkbookFile::Open(saved);
     const WorkbookModel& model = file->model();
     EXPECT_EQ(model.sheets[0]->cells.Get({2, 1}).value.number, 1.5);
+    EXPECT_EQ(model.strings[model.sheets[0]->cells.Get({3, 1}).value.text], "text");
     if (has_seven) {
       EXPECT_EQ(model.sheets[0]->cells.Get({1, 3}).value.number, 7);
     }

@@ -397,7 +397,10 @@ const std::vector<Relationship>& OpcPackage::RelationshipsOf(std::string_view pa
                                 DecodedAttribute(scanner, "Target"),
                                 scanner.Attribute("TargetMode") == "External"};
       if (!relationship.external && !relationship.target.starts_with('#')) {
-        relationship.target = ResolveTarget(part, relationship.target);
+        std::string target = ResolveTarget(part, relationship.target);
+        // What no part can be named leads to none, and must not become one.
+        relationship.external = !IsPartName(target);
+        if (!relationship.external) relationship.target = std::move(target);
       }
       relationships.push_back(std::move(relationship));
     });

@@ -94,19 +94,6 @@ void CheckSignature(const std::filesystem::path& path, const std::string& name) 
   }
 }
 
-bool IsSafeName(std::string_view name) {
-  if (name.empty() || name.front() == '/' || name.front() == '\\') return false;
-  if (name.find(':') != std::string_view::npos || name.find('\0') != std::string_view::npos) {
-    return false;
-  }
-  while (!name.empty()) {
-    std::size_t slash = std::min(name.find_first_of("/\\"), name.size());
-    if (name.substr(0, slash) == "..") return false;
-    name.remove_prefix(std::min(slash + 1, name.size()));
-  }
-  return true;
-}
-
 bool IsSuspect(std::uint64_t unpacked, std::uint64_t packed) {
   return unpacked > kSuspectSize && unpacked / kSuspectRatio > packed;
 }
@@ -226,6 +213,19 @@ int FlushToDisk(const std::filesystem::path& path, int flags) {
 
 }  // namespace
 
+bool IsPartName(std::string_view name) {
+  if (name.empty() || name.front() == '/' || name.front() == '\\') return false;
+  if (name.find(':') != std::string_view::npos || name.find('\0') != std::string_view::npos) {
+    return false;
+  }
+  while (!name.empty()) {
+    std::size_t slash = std::min(name.find_first_of("/\\"), name.size());
+    if (name.substr(0, slash) == "..") return false;
+    name.remove_prefix(std::min(slash + 1, name.size()));
+  }
+  return true;
+}
+
 PackedBytes Pack(std::string_view bytes) {
   PackedBytes packed;
   packed.size = bytes.size();
@@ -301,7 +301,7 @@ void ZipArchive::ReadDirectory(std::uint64_t file_size) {
                       Quoted(file_name_) + " is damaged (" + ErrorText(handle_) + ").");
     }
     Entry entry{stat.name, stat.size, stat.comp_size, stat.crc, stat.comp_method == ZIP_CM_DEFLATE};
-    if (!IsSafeName(entry.name)) {
+    if (!IsPartName(entry.name)) {
       throw FileError(FileError::Code::kBadPartName,
                       Quoted(file_name_) + " holds a part named " + Quoted(entry.name) +
                           ", a name that no part can have.",
