@@ -4,6 +4,7 @@
 #include <set>
 
 #include "package/file_limits.h"
+#include "package/part_name.h"
 #include "package/xml_encoding.h"
 #include "package/xml_scanner.h"
 

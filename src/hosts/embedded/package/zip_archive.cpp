@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "package/file_limits.h"
+#include "package/part_name.h"
 
 namespace vantora::embedded {
 namespace {
@@ -212,19 +213,6 @@ int FlushToDisk(const std::filesystem::path& path, int flags) {
 }
 
 }  // namespace
-
-bool IsPartName(std::string_view name) {
-  if (name.empty() || name.front() == '/' || name.front() == '\\') return false;
-  if (name.find(':') != std::string_view::npos || name.find('\0') != std::string_view::npos) {
-    return false;
-  }
-  while (!name.empty()) {
-    std::size_t slash = std::min(name.find_first_of("/\\"), name.size());
-    if (name.substr(0, slash) == "..") return false;
-    name.remove_prefix(std::min(slash + 1, name.size()));
-  }
-  return true;
-}
 
 PackedBytes Pack(std::string_view bytes) {
   PackedBytes packed;

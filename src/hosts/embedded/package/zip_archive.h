@@ -28,9 +28,6 @@ PackedBytes Pack(std::string_view bytes);
 // checksum.
 std::string Unpack(const PackedBytes& packed, std::string_view part);
 
-// False for what no entry can be named: absolute and climbing names, names with a drive.
-bool IsPartName(std::string_view name);
-
 // A file opened for reading. It may be replaced by another one under its name meanwhile.
 class ZipArchive {
  public:
