@@ -364,7 +364,13 @@ class FaultyApplication : public Faulty<host::Application> {
     return Wrap<FaultyWorkbook>(Call().ActiveWorkbook());
   }
   host::WorksheetPtr ActiveSheet() override { return Wrap<FaultyWorksheet>(Call().ActiveSheet()); }
-  host::SheetPtr ActiveAnySheet() override { return Wrap<FaultySheet>(Call().ActiveAnySheet()); }
+  host::SheetPtr ActiveAnySheet() override {
+    host::SheetPtr sheet = Call().ActiveAnySheet();
+    if (auto worksheet = std::dynamic_pointer_cast<host::Worksheet>(sheet)) {
+      return Wrap<FaultyWorksheet>(std::move(worksheet));
+    }
+    return Wrap<FaultySheet>(std::move(sheet));
+  }
   host::RangePtr Selection() override { return Wrap<FaultyRange>(Call().Selection()); }
   void Goto(std::string_view reference) override { Call().Goto(reference); }
   bool ScreenUpdating() override { return Call().ScreenUpdating(); }
