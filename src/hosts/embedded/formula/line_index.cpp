@@ -103,8 +103,9 @@ LineIndex::LineIndex(const CellStore& cells, const StringPool& strings, const Ar
 }
 
 std::span<const LineIndex::Entry> LineIndex::CandidatesFor(const Scalar& value) const {
-  const auto found = std::ranges::equal_range(entries_, HashOf(value), {}, &Entry::hash);
-  return {found.begin(), found.end()};
+  const std::uint32_t hash = HashOf(value);
+  const auto first = std::ranges::lower_bound(entries_, hash, {}, &Entry::hash);
+  return {first, std::ranges::upper_bound(first, entries_.end(), hash, {}, &Entry::hash)};
 }
 
 std::size_t LineIndexes::Hash::operator()(const Block& block) const {

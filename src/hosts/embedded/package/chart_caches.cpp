@@ -225,7 +225,8 @@ class CacheUpdater {
   void UpdateLevels(const std::string& formula, const LevelCache& cache) {
     auto areas = AreasOf(formula, model_);
     if (!areas || areas->size() != 1 || !cache.count.data() || cache.levels.empty()) return;
-    const auto& [sheet, area] = areas->front();
+    const int sheet = areas->front().sheet;
+    const Area area = areas->front().area;
     if (!concerns_(sheet, area)) return;
     if (std::int64_t{area.rows()} * area.columns() > kMostPoints) return;
     const int known = static_cast<int>(cache.levels.size());
