@@ -12,7 +12,7 @@ from workbook import Workbook, column_letters, read_parts
 MADE_BY_EXCEL = sorted((MODELS / 'made-by-excel').glob('*.xls[xm]'))
 
 
-def differing_cells(old, new):
+def changed_places(old, new):
     """The places of the cells whose formula or value differs, if only by a number's last digit.
 
     An empty text and no value are the same.
@@ -37,7 +37,7 @@ class AuthorTools(CommandTestCase):
         run_command(model, f'clsYearEnd.{operation}', *OPERATIONS[operation], '--journal',
                     str(journal), output=result)
         told = {(cell['sheet'], cell['cell']) for cell in self.diff(model, result)['cells']}
-        expected = differing_cells(Workbook(model), Workbook(result))
+        expected = changed_places(Workbook(model), Workbook(result))
         self.assertTrue(expected)
         self.assert_none(sorted(told ^ expected), 'cells told though alike, or the reverse')
         back = self.folder / f'{operation}-back.xlsm'
